@@ -1,0 +1,62 @@
+#include "Cli.h"
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <string>
+
+#include "SiteCommands.h"
+
+namespace loomcrest::cli {
+
+int runLoomcrest(int argc, const char* const* argv, std::ostream& out, std::ostream& err) {
+    CLI::App app{"Loomcrest: sitemaps for the sites you run.", "loomcrest"};
+    app.require_subcommand(1);
+    std::function<int()> command;
+
+    std::string name;
+    std::string url;
+    app.add_subcommand("sites", "List the sites: name, start URL, pages found, total links, "
+                                "pages used")
+        ->callback([&] { command = [&] { return listSites(out, err); }; });
+
+    auto* add = app.add_subcommand("add", "Add a site");
+    add->add_option("NAME", name, "Site name")->required();
+    add->add_option("URL", url, "Start URL")->required();
+    add->callback([&] { command = [&] { return addSite(name, url, err); }; });
+
+    EditRequest edit;
+    auto* editCommand =
+        app.add_subcommand("edit", "Edit or rename a site; fields not given keep their values");
+    editCommand->add_option("NAME", edit.name, "Site name")->required();
+    editCommand->add_option("--name", edit.newName, "New site name");
+    editCommand->add_option("--url", edit.newURL, "New start URL");
+    editCommand->callback([&] { command = [&] { return editSite(edit, err); }; });
+
+    auto* remove = app.add_subcommand("delete", "Delete a site and its folder");
+    remove->add_option("NAME", name, "Site name")->required();
+    remove->callback([&] { command = [&] { return deleteSite(name, err); }; });
+
+    auto* show = app.add_subcommand("show", "Select a site and print its details");
+    show->add_option("NAME", name, "Site name")->required();
+    show->callback([&] { command = [&] { return showSite(name, out, err); }; });
+
+    std::string robotsChoice;
+    auto* robots = app.add_subcommand("robots", "Ignore or obey the site's robots.txt rules");
+    robots->add_option("NAME", name, "Site name")->required();
+    robots->add_option("RULES", robotsChoice, "ignore or obey")
+        ->required()
+        ->check(CLI::IsMember({"ignore", "obey"}));
+    robots->callback([&] {
+        command = [&] { return setIgnoreRobots(name, robotsChoice == "ignore", err); };
+    });
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        const int status = app.exit(error, out, err);
+        return status == static_cast<int>(CLI::ExitCodes::Success) ? kExitSuccess : kExitUsage;
+    }
+    return command ? command() : kExitUsage;
+}
+
+}  // namespace loomcrest::cli

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <ostream>
+
+#include "platform/Alerts.h"
+
+namespace loomcrest::cli {
+
+// Prints every alert and question as its title, a line feed and its message. Questions
+// are answered with their default button: the command itself is the user's answer.
+class ConsoleAlerts : public AlertPresenter {
+public:
+    explicit ConsoleAlerts(std::ostream& err) : err_(err) {}
+
+    void presentAlert(const Alert& alert, AlertCompletion completion) override;
+
+    // Whether an alert (not a question) was shown, which means an action was refused.
+    bool anyAlertShown() const { return anyAlertShown_; }
+
+private:
+    std::ostream& err_;
+    bool anyAlertShown_ = false;
+};
+
+}  // namespace loomcrest::cli

@@ -1,0 +1,26 @@
+#include "SiteSession.h"
+
+#include "sites/DataPaths.h"
+
+namespace loomcrest::cli {
+
+SiteSession::SiteSession(std::ostream& err)
+    : err_(err),
+      alerts_(err),
+      siteList_(scanView_),
+      siteRecords_(siteList_, sheetView_, alerts_) {
+    checkNeededFoldersExist();
+    siteList_.awakeFromNib();
+}
+
+bool SiteSession::selectSite(const std::string& name) {
+    const int row = siteList_.rowOfSite(name);
+    if (row < 0) {
+        err_ << "No site named \"" << name << "\".\n";
+        return false;
+    }
+    siteList_.selectRow(row);
+    return true;
+}
+
+}  // namespace loomcrest::cli

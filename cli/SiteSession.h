@@ -1,0 +1,52 @@
+#pragma once
+
+#include <ostream>
+#include <string>
+
+#include "ConsoleAlerts.h"
+#include "sites/AddEditDeleteSites.h"
+#include "sites/ScanView.h"
+#include "sites/ScanViewController.h"
+#include "sites/SiteSheetView.h"
+
+namespace loomcrest::cli {
+
+// The command line draws no windows; it reads the controllers' state instead.
+class HeadlessScanView : public ScanView {
+public:
+    void scanViewChanged(const ScanViewState&) override {}
+    void siteListChanged(const std::vector<std::string>&, int) override {}
+    void setWindowTitle(std::string_view) override {}
+    void reloadFilterList() override {}
+    void clearScannedLinks() override {}
+};
+
+class HeadlessSiteSheet : public SiteSheetView {
+public:
+    void siteSheetChanged(const SiteSheetState&) override {}
+    void focusNameField() override {}
+};
+
+// What the scan view holds on start: the data folders, the site list and its controllers.
+class SiteSession {
+public:
+    explicit SiteSession(std::ostream& err);
+
+    ConsoleAlerts& alerts() { return alerts_; }
+    ScanViewController& siteList() { return siteList_; }
+    AddEditDeleteSites& siteRecords() { return siteRecords_; }
+
+    // Selects the named site as a click in the list would. Prints a message and returns
+    // false when no site has that name.
+    bool selectSite(const std::string& name);
+
+private:
+    std::ostream& err_;
+    ConsoleAlerts alerts_;
+    HeadlessScanView scanView_;
+    HeadlessSiteSheet sheetView_;
+    ScanViewController siteList_;
+    AddEditDeleteSites siteRecords_;
+};
+
+}  // namespace loomcrest::cli

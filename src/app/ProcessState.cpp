@@ -1,0 +1,11 @@
+#include "app/ProcessState.h"
+
+namespace loomcrest {
+
+std::string vrlmpCurSite;
+std::string vrlmpWinTit = "Loomcrest2";
+bool vrlmpViewChanged = false;
+int vrlmpPLastState = 0;
+std::vector<std::string> vrlmpBadLinkArray;
+
+}  // namespace loomcrest

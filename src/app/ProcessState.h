@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+// State shared by the views of the whole application. Each is touched on the
+// user-interface thread only, one action at a time.
+namespace loomcrest {
+
+// The name of the site selected in the site list; empty when none is selected.
+extern std::string vrlmpCurSite;
+// The window title to restore when a sitemap view is entered.
+extern std::string vrlmpWinTit;
+// Set when a site is selected; cleared by whoever consumes the change.
+extern bool vrlmpViewChanged;
+// 1 while the filters drawer is open.
+extern int vrlmpPLastState;
+// The broken-links lines of the current site.
+extern std::vector<std::string> vrlmpBadLinkArray;
+
+// The notification that tells the crawler to load the current site's filters.
+inline constexpr const char* kLoadFiltersNotification = "vrlmpLFF";
+
+}  // namespace loomcrest

@@ -1,0 +1,186 @@
+#include "platform/FileSystem.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
+#include "platform/Text.h"
+
+namespace fs = std::filesystem;
+
+namespace loomcrest {
+
+namespace {
+
+class FileDescriptor {
+public:
+    explicit FileDescriptor(int fd) : fd_(fd) {}
+    FileDescriptor(const FileDescriptor&) = delete;
+    FileDescriptor& operator=(const FileDescriptor&) = delete;
+    ~FileDescriptor() { close(); }
+
+    int get() const { return fd_; }
+    bool close() {
+        if (fd_ < 0) {
+            return true;
+        }
+        const bool ok = ::close(fd_) == 0;
+        fd_ = -1;
+        return ok;
+    }
+
+private:
+    int fd_;
+};
+
+bool writeAll(int fd, std::string_view data) {
+    while (!data.empty()) {
+        const ssize_t written = ::write(fd, data.data(), data.size());
+        if (written < 0) {
+            if (errno == EINTR) {
+                continue;
+            }
+            return false;
+        }
+        data.remove_prefix(static_cast<size_t>(written));
+    }
+    return true;
+}
+
+mode_t currentUmask() {
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    return mask;
+}
+
+void walkInto(const fs::path& root, const fs::path& relative, std::vector<std::string>& out) {
+    std::error_code error;
+    fs::directory_iterator it(root / relative, fs::directory_options::skip_permission_denied,
+                              error);
+    if (error) {
+        return;
+    }
+    std::vector<fs::directory_entry> entries;
+    for (; it != fs::directory_iterator(); it.increment(error)) {
+        if (error) {
+            break;
+        }
+        entries.push_back(*it);
+    }
+    std::sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) {
+        return a.path().filename().native() < b.path().filename().native();
+    });
+    for (const auto& entry : entries) {
+        const fs::path entryRelative = relative / entry.path().filename();
+        out.push_back(entryRelative.generic_string());
+        std::error_code statusError;
+        if (entry.is_directory(statusError) && !entry.is_symlink(statusError)) {
+            walkInto(root, entryRelative, out);
+        }
+    }
+}
+
+}  // namespace
+
+std::optional<std::string> readTextFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) {
+        return std::nullopt;
+    }
+    std::ostringstream contents;
+    contents << in.rdbuf();
+    if (in.bad()) {
+        return std::nullopt;
+    }
+    std::string text = std::move(contents).str();
+    if (!isValidUtf8(text)) {
+        return std::nullopt;
+    }
+    return text;
+}
+
+bool writeFileAtomically(const std::string& path, std::string_view contents) {
+    const fs::path target(path);
+    const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
+    std::string pattern = (folder / ("." + target.filename().string() + ".XXXXXX")).string();
+    FileDescriptor fd(::mkstemp(pattern.data()));
+    if (fd.get() < 0) {
+        return false;
+    }
+    // mkstemp creates the file for the owner only; give it the permissions a plain
+    // create would, or keep those of the file being replaced.
+    struct stat existing {};
+    const mode_t mode = ::stat(path.c_str(), &existing) == 0 ? (existing.st_mode & 07777)
+                                                             : (0666 & ~currentUmask());
+    const bool written = ::fchmod(fd.get(), mode) == 0 && writeAll(fd.get(), contents) &&
+                         ::fsync(fd.get()) == 0;
+    if (!fd.close() || !written || ::rename(pattern.c_str(), path.c_str()) != 0) {
+        ::unlink(pattern.c_str());
+        return false;
+    }
+    return true;
+}
+
+bool pathExists(const std::string& path) {
+    std::error_code error;
+    return fs::exists(fs::symlink_status(path, error)) && !error;
+}
+
+bool isDirectory(const std::string& path) {
+    std::error_code error;
+    return fs::is_directory(path, error);
+}
+
+bool createFolder(const std::string& path) {
+    std::error_code error;
+    return fs::create_directory(path, error);
+}
+
+bool createFolderWithParents(const std::string& path) {
+    std::error_code error;
+    fs::create_directories(path, error);
+    return !error && isDirectory(path);
+}
+
+bool movePath(const std::string& from, const std::string& to) {
+    std::error_code error;
+    fs::rename(from, to, error);
+    return !error;
+}
+
+bool removeFile(const std::string& path) {
+    std::error_code error;
+    return fs::remove(path, error);
+}
+
+bool removeRecursively(const std::string& path) {
+    std::error_code error;
+    fs::remove_all(path, error);
+    return !error;
+}
+
+std::vector<std::string> walkFolder(const std::string& root) {
+    std::vector<std::string> entries;
+    walkInto(fs::path(root), fs::path(), entries);
+    return entries;
+}
+
+std::string_view pathExtension(std::string_view path) {
+    const size_t slash = path.rfind('/');
+    const std::string_view name = slash == std::string_view::npos ? path : path.substr(slash + 1);
+    const size_t dot = name.rfind('.');
+    if (dot == std::string_view::npos || dot == 0) {
+        return {};
+    }
+    return name.substr(dot + 1);
+}
+
+}  // namespace loomcrest

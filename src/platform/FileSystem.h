@@ -1,0 +1,34 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace loomcrest {
+
+// The whole file as UTF-8 text; nothing when it is missing, unreadable or not valid UTF-8.
+std::optional<std::string> readTextFile(const std::string& path);
+
+// Writes into a temporary file beside `path`, then renames it over `path`, so a reader
+// sees either the old or the new contents and a failed write leaves the old file alone.
+bool writeFileAtomically(const std::string& path, std::string_view contents);
+
+bool pathExists(const std::string& path);
+bool isDirectory(const std::string& path);
+// One level only: fails when the parent folder is missing.
+bool createFolder(const std::string& path);
+bool createFolderWithParents(const std::string& path);
+bool movePath(const std::string& from, const std::string& to);
+bool removeFile(const std::string& path);
+bool removeRecursively(const std::string& path);
+
+// Every entry below `root` (files and folders), as paths relative to it joined with "/".
+// Each folder's entries come in byte order of their names and a folder's contents follow
+// it directly. Links to folders are listed but not entered.
+std::vector<std::string> walkFolder(const std::string& root);
+
+// The text after the last "." of the last path component, or empty when there is none.
+std::string_view pathExtension(std::string_view path);
+
+}  // namespace loomcrest

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace loomcrest {
+
+bool isValidUtf8(std::string_view text);
+
+// Every occurrence of `from`, left to right and not overlapping, replaced by `to`.
+std::string replaceAll(std::string_view text, std::string_view from, std::string_view to);
+
+// Plain substring search that ignores the case of ASCII letters.
+bool containsIgnoringCase(std::string_view text, std::string_view needle);
+
+// Splits at every occurrence of `separator`; n separators give n + 1 pieces.
+std::vector<std::string> split(std::string_view text, char separator);
+
+// The whole number a text starts with, as a lenient reader of counts sees it: leading
+// blanks skipped, an optional sign, digits up to the first non-digit, clamped to 32 bits.
+// Text without leading digits reads as 0.
+int leadingIntegerValue(std::string_view text);
+
+}  // namespace loomcrest

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace loomcrest {
+
+// The site-details fields of the scan view, as text shown to the user.
+struct SiteDetailsFields {
+    std::string siteName;
+    std::string siteURL;
+    std::string totalLinksFound;
+    std::string pagesFound;
+    std::string linksScanned;
+    std::string brokenLinks;
+};
+
+struct ScanViewState {
+    SiteDetailsFields details;
+    bool ignoreRobotsChecked = false;
+    // The broken-links button is enabled and visible, or disabled and transparent.
+    bool brokenLinksButtonShown = false;
+    bool scanButtonEnabled = false;
+    // The filters-drawer button, the filter input box, the add-filter and delete-filter
+    // buttons, the delete-site button and the Edit Site menu item.
+    bool siteControlsEnabled = false;
+    bool filterDrawerOpen = false;
+};
+
+// What the scan view's controller needs from whatever draws it.
+class ScanView {
+public:
+    virtual ~ScanView() = default;
+    virtual void scanViewChanged(const ScanViewState& state) = 0;
+    virtual void siteListChanged(const std::vector<std::string>& names, int selectedRow) = 0;
+    virtual void setWindowTitle(std::string_view title) = 0;
+    virtual void reloadFilterList() = 0;
+    virtual void clearScannedLinks() = 0;
+};
+
+}  // namespace loomcrest

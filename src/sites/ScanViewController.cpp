@@ -1,0 +1,177 @@
+#include "sites/ScanViewController.h"
+
+#include <algorithm>
+
+#include "app/ProcessState.h"
+#include "platform/FileSystem.h"
+#include "platform/NotificationCenter.h"
+#include "platform/Text.h"
+#include "sites/DataPaths.h"
+#include "sites/SiteFile.h"
+#include "sites/SiteList.h"
+
+namespace loomcrest {
+
+namespace {
+
+constexpr const char* kPlainWindowTitle = "Loomcrest2";
+
+}  // namespace
+
+ScanViewController::ScanViewController(ScanView& view) : view_(view) {}
+
+void ScanViewController::awakeFromNib() {
+    state_ = ScanViewState{};
+    populateSiteTable();
+    showState();
+    // The list asks for its rows as soon as it is shown, which converts old site files.
+    reloadSiteList();
+}
+
+void ScanViewController::populateSiteTable() {
+    tableArray_ = siteNamesWithExtension("vrLMP");
+}
+
+int ScanViewController::siteTableRows() {
+    updatedOldFile_ = convertOldSiteFiles();
+    populateSiteTable();
+    return static_cast<int>(tableArray_.size());
+}
+
+void ScanViewController::reloadSiteList() {
+    const int rows = siteTableRows();
+    if (updatedOldFile_) {
+        // The converted sites are listed now; the second count converts nothing.
+        siteTableRows();
+    }
+    if (selectedRow_ >= rows) {
+        deselectAll();
+    }
+    view_.siteListChanged(tableArray_, selectedRow_);
+}
+
+int ScanViewController::rowOfSite(const std::string& name) const {
+    const auto it = std::find(tableArray_.begin(), tableArray_.end(), name);
+    return it == tableArray_.end() ? -1 : static_cast<int>(it - tableArray_.begin());
+}
+
+void ScanViewController::selectRow(int row) {
+    if (row < 0 || row >= static_cast<int>(tableArray_.size())) {
+        deselectAll();
+        return;
+    }
+    if (row != selectedRow_) {
+        selectedRow_ = row;
+        tableViewSelectionDidChange();
+    }
+}
+
+void ScanViewController::deselectAll() {
+    if (selectedRow_ >= 0) {
+        selectedRow_ = -1;
+        tableViewSelectionDidChange();
+    }
+}
+
+void ScanViewController::tableViewSelectionDidChange() {
+    vrlmpBadLinkArray.clear();
+    state_.details.linksScanned.clear();
+    if (selectedRow_ < 0 || selectedRow_ >= static_cast<int>(tableArray_.size())) {
+        selectionCleared();
+    } else {
+        siteSelected(tableArray_[static_cast<size_t>(selectedRow_)]);
+    }
+}
+
+void ScanViewController::selectionCleared() {
+    vrlmpCurSite.clear();
+    vrlmpWinTit = kPlainWindowTitle;
+    view_.setWindowTitle(vrlmpWinTit);
+    state_.details = SiteDetailsFields{};
+    state_.brokenLinksButtonShown = false;
+    state_.scanButtonEnabled = false;
+    state_.siteControlsEnabled = false;
+    view_.clearScannedLinks();
+    showState();
+}
+
+void ScanViewController::siteSelected(const std::string& name) {
+    vrlmpCurSite = name;
+    const std::string text = completeSiteFile(name);
+    const std::string nameFromFile = readSiteField(text, SiteField::SiteName).value_or("");
+    const std::string urlFromFile = readSiteField(text, SiteField::SiteURL).value_or("");
+
+    vrlmpWinTit = std::string(kPlainWindowTitle) + " - " + nameFromFile;
+    view_.setWindowTitle(vrlmpWinTit);
+
+    state_.ignoreRobotsChecked = readSiteField(text, SiteField::IgnoreRobotFile) == "YES";
+    state_.details.totalLinksFound = countForDisplay(readSiteField(text, SiteField::TotalLinks));
+    state_.details.pagesFound = countForDisplay(readSiteField(text, SiteField::PagesFound));
+    state_.details.linksScanned = countForDisplay(readSiteField(text, SiteField::PagesUsed));
+    loadBrokenLinks(nameFromFile);
+    state_.details.siteName = nameFromFile;
+    state_.details.siteURL = urlFromFile;
+
+    state_.scanButtonEnabled = true;
+    state_.siteControlsEnabled = true;
+    view_.reloadFilterList();
+    vrlmpViewChanged = true;
+    view_.clearScannedLinks();
+    showState();
+    NotificationCenter::defaultCenter().post(kLoadFiltersNotification);
+}
+
+void ScanViewController::loadBrokenLinks(const std::string& siteNameFromFile) {
+    const std::string path = parentFolderOf(returnFullFileLocation(siteNameFromFile)) +
+                             "/badLinks.txt";
+    if (!pathExists(path)) {
+        state_.details.brokenLinks = "0";
+        state_.brokenLinksButtonShown = false;
+        return;
+    }
+    std::vector<std::string> lines = split(readTextFile(path).value_or(std::string()), '\n');
+    if (lines.back().empty()) {
+        lines.pop_back();
+    }
+    vrlmpBadLinkArray.insert(vrlmpBadLinkArray.end(), lines.begin(), lines.end());
+    state_.details.brokenLinks = std::to_string(vrlmpBadLinkArray.size());
+    state_.brokenLinksButtonShown = !vrlmpBadLinkArray.empty();
+}
+
+void ScanViewController::ignoreRobotsAction(bool checked) {
+    state_.ignoreRobotsChecked = checked;
+    showState();
+    if (selectedRow_ < 0 || state_.details.siteName.empty()) {
+        return;
+    }
+    // Read from the selected row and written to the shown name: the two agree unless the
+    // file's name element was changed by hand.
+    const auto text =
+        readTextFile(returnFullFileLocation(tableArray_[static_cast<size_t>(selectedRow_)]));
+    if (!text) {
+        return;
+    }
+    writeFileAtomically(returnFullFileLocation(state_.details.siteName),
+                        siteFileTextWithRobotsFlag(*text, checked));
+}
+
+void ScanViewController::filterAddPanel() {
+    vrlmpPLastState = vrlmpPLastState != 0 ? 0 : 1;
+    state_.filterDrawerOpen = vrlmpPLastState != 0;
+    showState();
+}
+
+void ScanViewController::clearSiteDetails() {
+    const std::string linksScanned = state_.details.linksScanned;
+    state_.details = SiteDetailsFields{};
+    state_.details.linksScanned = linksScanned;
+    showState();
+}
+
+bool ScanViewController::passViewChanged() { return vrlmpViewChanged; }
+
+void ScanViewController::setViewChanged() { vrlmpViewChanged = false; }
+
+void ScanViewController::showState() { view_.scanViewChanged(state_); }
+
+}  // namespace loomcrest

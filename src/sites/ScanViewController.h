@@ -1,0 +1,64 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "sites/ScanView.h"
+
+namespace loomcrest {
+
+// The site list and the selected site's details. Selecting a site makes it the current
+// site of the whole application and announces it with the "vrlmpLFF" notification.
+class ScanViewController {
+public:
+    explicit ScanViewController(ScanView& view);
+
+    // Prepares the view once, when it is created.
+    void awakeFromNib();
+
+    // Rebuilds the list from the data root without converting old site files.
+    void populateSiteTable();
+    // Converts old site files, rebuilds the list and returns its length.
+    int siteTableRows();
+    // What the list does when asked to reload: recount its rows (once more when old files
+    // were converted), drop a selection that no longer exists, and redraw.
+    void reloadSiteList();
+
+    const std::vector<std::string>& tableArray() const { return tableArray_; }
+    bool updatedOldFile() const { return updatedOldFile_; }
+    int selectedRow() const { return selectedRow_; }
+    // The row of the site with this name, or -1.
+    int rowOfSite(const std::string& name) const;
+
+    // Selection changes as the list reports them; each runs tableViewSelectionDidChange
+    // when the selection actually changes.
+    void selectRow(int row);
+    void deselectAll();
+    void tableViewSelectionDidChange();
+
+    void ignoreRobotsAction(bool checked);
+    void filterAddPanel();
+
+    // Empties the name, URL, total-links, pages-found and broken-links fields.
+    void clearSiteDetails();
+
+    const ScanViewState& state() const { return state_; }
+
+    static bool passViewChanged();
+    // Clears the flag, whatever its name suggests.
+    static void setViewChanged();
+
+private:
+    void selectionCleared();
+    void siteSelected(const std::string& name);
+    void loadBrokenLinks(const std::string& siteNameFromFile);
+    void showState();
+
+    ScanView& view_;
+    ScanViewState state_;
+    std::vector<std::string> tableArray_;
+    bool updatedOldFile_ = false;
+    int selectedRow_ = -1;
+};
+
+}  // namespace loomcrest
