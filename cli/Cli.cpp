@@ -15,8 +15,9 @@ int runLoomcrest(int argc, const char* const* argv, std::ostream& out, std::ostr
 
     std::string name;
     std::string url;
-    app.add_subcommand("sites", "List the sites: name, start URL, pages found, total links, "
-                                "pages used")
+    app.add_subcommand("sites",
+                       "List the sites: name, start URL, pages found, total links, "
+                       "pages used")
         ->callback([&] { command = [&] { return listSites(out, err); }; });
 
     auto* add = app.add_subcommand("add", "Add a site");
@@ -46,9 +47,8 @@ int runLoomcrest(int argc, const char* const* argv, std::ostream& out, std::ostr
     robots->add_option("RULES", robotsChoice, "ignore or obey")
         ->required()
         ->check(CLI::IsMember({"ignore", "obey"}));
-    robots->callback([&] {
-        command = [&] { return setIgnoreRobots(name, robotsChoice == "ignore", err); };
-    });
+    robots->callback(
+        [&] { command = [&] { return setIgnoreRobots(name, robotsChoice == "ignore", err); }; });
 
     try {
         app.parse(argc, argv);

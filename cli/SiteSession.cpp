@@ -5,10 +5,7 @@
 namespace loomcrest::cli {
 
 SiteSession::SiteSession(std::ostream& err)
-    : err_(err),
-      alerts_(err),
-      siteList_(scanView_),
-      siteRecords_(siteList_, sheetView_, alerts_) {
+    : err_(err), alerts_(err), siteList_(scanView_), siteRecords_(siteList_, sheetView_, alerts_) {
     checkNeededFoldersExist();
     siteList_.awakeFromNib();
 }

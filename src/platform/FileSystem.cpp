@@ -91,6 +91,10 @@ void walkInto(const fs::path& root, const fs::path& relative, std::vector<std::s
 }  // namespace
 
 std::optional<std::string> readTextFile(const std::string& path) {
+    std::error_code error;
+    if (!fs::is_regular_file(path, error)) {
+        return std::nullopt;
+    }
     std::ifstream in(path, std::ios::binary);
     if (!in) {
         return std::nullopt;
@@ -120,8 +124,8 @@ bool writeFileAtomically(const std::string& path, std::string_view contents) {
     struct stat existing {};
     const mode_t mode = ::stat(path.c_str(), &existing) == 0 ? (existing.st_mode & 07777)
                                                              : (0666 & ~currentUmask());
-    const bool written = ::fchmod(fd.get(), mode) == 0 && writeAll(fd.get(), contents) &&
-                         ::fsync(fd.get()) == 0;
+    const bool written =
+        ::fchmod(fd.get(), mode) == 0 && writeAll(fd.get(), contents) && ::fsync(fd.get()) == 0;
     if (!fd.close() || !written || ::rename(pattern.c_str(), path.c_str()) != 0) {
         ::unlink(pattern.c_str());
         return false;

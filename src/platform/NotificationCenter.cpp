@@ -16,7 +16,9 @@ NotificationCenter::Token NotificationCenter::addObserver(std::string_view name,
     return token;
 }
 
-void NotificationCenter::removeObserver(Token token) { registrations_.erase(token); }
+void NotificationCenter::removeObserver(Token token) {
+    registrations_.erase(token);
+}
 
 void NotificationCenter::post(std::string_view name) {
     // An observer may add or remove observers, so deliver to a snapshot.

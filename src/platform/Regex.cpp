@@ -17,7 +17,9 @@ struct MatchDataDeleter {
 
 }  // namespace
 
-void Regex::CodeDeleter::operator()(pcre2_code* code) const { pcre2_code_free(code); }
+void Regex::CodeDeleter::operator()(pcre2_code* code) const {
+    pcre2_code_free(code);
+}
 
 Regex::Regex(std::string_view pattern, Case caseMode) {
     std::unique_ptr<pcre2_compile_context, CompileContextDeleter> context(
@@ -32,8 +34,8 @@ Regex::Regex(std::string_view pattern, Case caseMode) {
     }
     int errorCode = 0;
     PCRE2_SIZE errorOffset = 0;
-    code_.reset(pcre2_compile(reinterpret_cast<PCRE2_SPTR>(pattern.data()), pattern.size(),
-                              options, &errorCode, &errorOffset, context.get()));
+    code_.reset(pcre2_compile(reinterpret_cast<PCRE2_SPTR>(pattern.data()), pattern.size(), options,
+                              &errorCode, &errorOffset, context.get()));
 }
 
 Regex::Regex(Regex&&) noexcept = default;

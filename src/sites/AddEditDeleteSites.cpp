@@ -58,9 +58,13 @@ void AddEditDeleteSites::setSheetFields(std::string name, std::string url) {
     sheet_.siteURL = std::move(url);
 }
 
-void AddEditDeleteSites::defaultAction() { checkInputIsOK(); }
+void AddEditDeleteSites::defaultAction() {
+    checkInputIsOK();
+}
 
-void AddEditDeleteSites::alternateAction() { resetAndClose(); }
+void AddEditDeleteSites::alternateAction() {
+    resetAndClose();
+}
 
 void AddEditDeleteSites::checkInputIsOK() {
     const SiteInput input = checkSiteInput(sheet_.siteName, sheet_.siteURL);
@@ -78,9 +82,10 @@ void AddEditDeleteSites::checkInputIsOK() {
 void AddEditDeleteSites::createNewSite(std::string_view name, std::string_view url) {
     const std::string folder = siteFolderLocation(name);
     if (pathExists(folder)) {
-        alertOnSheet("The site you are trying to create already exists, please select a "
-                     "different name.",
-                     "");
+        alertOnSheet(
+            "The site you are trying to create already exists, please select a "
+            "different name.",
+            "");
         return;
     }
     createFolder(folder);

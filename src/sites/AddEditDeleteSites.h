@@ -14,8 +14,7 @@ class ScanViewController;
 // is checked by checkInputIsOK before anything touches the disk.
 class AddEditDeleteSites {
 public:
-    AddEditDeleteSites(ScanViewController& siteList, SiteSheetView& sheet,
-                       AlertPresenter& alerts);
+    AddEditDeleteSites(ScanViewController& siteList, SiteSheetView& sheet, AlertPresenter& alerts);
 
     void addNewSite();
     // Edits the site shown in the details; does nothing when none is shown.

@@ -27,7 +27,9 @@ std::string makerFolderLocation() {
     return homeFolder() + "/Library/Application Support/Quillmoor";
 }
 
-std::string homeFolderLocation() { return makerFolderLocation() + "/Loomcrest"; }
+std::string homeFolderLocation() {
+    return makerFolderLocation() + "/Loomcrest";
+}
 
 std::string siteFolderLocation(std::string_view name) {
     return homeFolderLocation() + "/" + std::string(name);

@@ -122,8 +122,8 @@ void ScanViewController::siteSelected(const std::string& name) {
 }
 
 void ScanViewController::loadBrokenLinks(const std::string& siteNameFromFile) {
-    const std::string path = parentFolderOf(returnFullFileLocation(siteNameFromFile)) +
-                             "/badLinks.txt";
+    const std::string path =
+        parentFolderOf(returnFullFileLocation(siteNameFromFile)) + "/badLinks.txt";
     if (!pathExists(path)) {
         state_.details.brokenLinks = "0";
         state_.brokenLinksButtonShown = false;
@@ -168,10 +168,16 @@ void ScanViewController::clearSiteDetails() {
     showState();
 }
 
-bool ScanViewController::passViewChanged() { return vrlmpViewChanged; }
+bool ScanViewController::passViewChanged() {
+    return vrlmpViewChanged;
+}
 
-void ScanViewController::setViewChanged() { vrlmpViewChanged = false; }
+void ScanViewController::setViewChanged() {
+    vrlmpViewChanged = false;
+}
 
-void ScanViewController::showState() { view_.scanViewChanged(state_); }
+void ScanViewController::showState() {
+    view_.scanViewChanged(state_);
+}
 
 }  // namespace loomcrest

@@ -35,11 +35,15 @@ std::optional<std::string> matchGroup(std::string_view text, SiteField field, si
     return match->capture(group);
 }
 
-std::string openingTag(SiteField field) { return "<" + std::string(fieldTagName(field)) + ">"; }
+std::string openingTag(SiteField field) {
+    return "<" + std::string(fieldTagName(field)) + ">";
+}
 
 }  // namespace
 
-std::string_view fieldTagName(SiteField field) { return kTagNames[static_cast<size_t>(field)]; }
+std::string_view fieldTagName(SiteField field) {
+    return kTagNames[static_cast<size_t>(field)];
+}
 
 std::string siteFileElement(SiteField field, std::string_view value) {
     const std::string tag(fieldTagName(field));
@@ -77,9 +81,9 @@ std::string siteFileTextWithStatistics(std::string_view text, int totalLinks, in
     if (!totalLinksElement || !pagesFoundElement || !pagesUsedElement) {
         return std::string(text);
     }
-    std::string result = replaceAll(text, *totalLinksElement,
-                                    siteFileElement(SiteField::TotalLinks,
-                                                    std::to_string(totalLinks)));
+    std::string result =
+        replaceAll(text, *totalLinksElement,
+                   siteFileElement(SiteField::TotalLinks, std::to_string(totalLinks)));
     result = replaceAll(result, *pagesFoundElement,
                         siteFileElement(SiteField::PagesFound, std::to_string(pagesFound)));
     return replaceAll(result, *pagesUsedElement,
@@ -94,8 +98,8 @@ std::string siteFileTextWithRobotsFlag(std::string_view text, bool ignoreRobots)
 
 std::string completedSiteFileText(std::string_view text) {
     std::string result(text);
-    for (const SiteField field : {SiteField::PagesFound, SiteField::TotalLinks,
-                                  SiteField::PagesUsed}) {
+    for (const SiteField field :
+         {SiteField::PagesFound, SiteField::TotalLinks, SiteField::PagesUsed}) {
         if (!containsIgnoringCase(result, openingTag(field))) {
             result += "\n" + siteFileElement(field, "0");
         }

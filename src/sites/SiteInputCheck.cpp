@@ -15,7 +15,7 @@ constexpr std::array<char, 4> kForbiddenNameCharacters = {'/', '\\', '.', '?'};
 // The extensions that mark a URL as naming a page rather than a folder. They are searched
 // anywhere in the URL, host name included.
 constexpr std::array<std::string_view, 14> kPageExtensions = {
-    ".aspx", ".asp", ".cfm",  ".html",  ".htm",  ".jsp",  ".php",
+    ".aspx", ".asp",  ".cfm",  ".html",  ".htm",  ".jsp",  ".php",
     ".phps", ".cfml", ".shtm", ".shtml", ".php3", ".php4", ".php5"};
 
 // Each loop trims from the opposite end, so any surrounding blank empties the field.
@@ -32,10 +32,9 @@ std::string stripBlanks(std::string_view typed) {
 }
 
 bool namesAPage(std::string_view url) {
-    return std::any_of(kPageExtensions.begin(), kPageExtensions.end(),
-                       [&](std::string_view extension) {
-                           return containsIgnoringCase(url, extension);
-                       });
+    return std::any_of(
+        kPageExtensions.begin(), kPageExtensions.end(),
+        [&](std::string_view extension) { return containsIgnoringCase(url, extension); });
 }
 
 }  // namespace
@@ -57,7 +56,8 @@ SiteInput checkSiteInput(std::string_view typedName, std::string_view typedURL) 
 
     const auto scheme = urlScheme(input.url);
     if (scheme == "ftp" || scheme == "ftps") {
-        input.errors += "\nURLs must begin http:// or https://\nftp:// etc scans are not available.";
+        input.errors +=
+            "\nURLs must begin http:// or https://\nftp:// etc scans are not available.";
         input.url.clear();
     } else if (scheme != "http" && scheme != "https") {
         input.url.insert(0, "http://");

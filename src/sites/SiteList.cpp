@@ -11,9 +11,9 @@ namespace loomcrest {
 
 namespace {
 
-constexpr std::array<std::string_view, 6> kOldSitemapNames = {
-    "sitemap.html",  "sitemap2.html", "sitemap3.html",
-    "sitemap4.html", "sitemap5.html", "sitemap6.html"};
+constexpr std::array<std::string_view, 6> kOldSitemapNames = {"sitemap.html",  "sitemap2.html",
+                                                              "sitemap3.html", "sitemap4.html",
+                                                              "sitemap5.html", "sitemap6.html"};
 
 std::string wholeMatchOrEmpty(const Regex& pattern, std::string_view text) {
     const auto match = pattern.firstMatch(text);

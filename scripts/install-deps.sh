@@ -1,0 +1,27 @@
+#!/usr/bin/env bash
+# Installs everything Loomcrest needs to build and test, from Debian 12's packages.
+set -euo pipefail
+
+packages=(
+    cmake g++ make pkg-config
+    libcurl4-openssl-dev libxml2-dev libpcre2-dev liburiparser-dev
+    libcli11-dev libgtest-dev libgmock-dev libcpp-httplib-dev
+)
+
+missing=()
+for package in "${packages[@]}"; do
+    if ! dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed"; then
+        missing+=("$package")
+    fi
+done
+if [ ${#missing[@]} -eq 0 ]; then
+    exit 0
+fi
+
+sudo=()
+if [ "$(id -u)" -ne 0 ]; then
+    sudo=(sudo)
+fi
+echo "Installing: ${missing[*]}"
+"${sudo[@]}" apt-get update -qq
+DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"

@@ -1,0 +1,118 @@
+#include <gtest/gtest.h>
+
+#include "support/RunCommand.h"
+#include "support/TemporaryHome.h"
+
+namespace loomcrest {
+namespace {
+
+using test::fileContents;
+using test::runLoomcrest;
+using test::TemporaryHome;
+using test::writeFile;
+
+class CommandLine : public testing::Test {
+protected:
+    std::string siteFile(const std::string& name) const {
+        return fileContents(home.dataRoot() + "/" + name + "/" + name + ".vrLMP");
+    }
+
+    TemporaryHome home;
+};
+
+TEST_F(CommandLine, AddThenShowLeavesTheCompletedSiteFile) {
+    const auto add = runLoomcrest(home, {"add", "Example", "example.com"});
+    EXPECT_EQ(add.exitCode, 0);
+    EXPECT_EQ(add.out, "");
+    EXPECT_EQ(add.err, "");
+    EXPECT_EQ(siteFile("Example"),
+              "<siteName>Example</siteName>\n<siteURL>http://example.com/</siteURL>\n"
+              "<ignoreRobotFile>NO</ignoreRobotFile>\n<pagesFound>0</pagesFound>\n"
+              "<totalLinks>0</totalLinks>");
+
+    const auto show = runLoomcrest(home, {"show", "Example"});
+    EXPECT_EQ(show.exitCode, 0);
+    EXPECT_EQ(show.out,
+              "Name: Example\nURL: http://example.com/\nIgnore robots: no\nTotal links: 0\n"
+              "Pages found: 0\nPages used: 0\nBroken links: 0\n");
+    EXPECT_EQ(siteFile("Example"),
+              "<siteName>Example</siteName>\n<siteURL>http://example.com/</siteURL>\n"
+              "<ignoreRobotFile>NO</ignoreRobotFile>\n<pagesFound>0</pagesFound>\n"
+              "<totalLinks>0</totalLinks>\n<pagesUsed>0</pagesUsed>");
+}
+
+TEST_F(CommandLine, SitesListsEveryFieldSeparatedByTabs) {
+    runLoomcrest(home, {"add", "Beta", "https://beta.org/index.html"});
+    runLoomcrest(home, {"add", "Alpha", "alpha.com"});
+    writeFile(home.dataRoot() + "/Old/Old.vrlmp",
+              "<siteName>Old</siteName>\n<siteURL>http://old.com/</siteURL>");
+    const auto sites = runLoomcrest(home, {"sites"});
+    EXPECT_EQ(sites.exitCode, 0);
+    EXPECT_EQ(sites.out,
+              "Alpha\thttp://alpha.com/\t0\t0\t0\n"
+              "Beta\thttps://beta.org/index.html\t0\t0\t0\n"
+              "Old\thttp://old.com/\t0\t0\t0\n");
+}
+
+TEST_F(CommandLine, RefusedInputPrintsTheAlertAndExitsOne) {
+    const auto result = runLoomcrest(home, {"add", "a.b", "ftp://x.org/"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.err,
+              "The following error has occurred while saving your site.\n"
+              "\nThe site name cannot contain the following characters: / \\ . or ?"
+              "\nURLs must begin http:// or https://\nftp:// etc scans are not available.\n");
+    EXPECT_EQ(runLoomcrest(home, {"sites"}).out, "");
+}
+
+TEST_F(CommandLine, UnknownSitesTouchNothing) {
+    runLoomcrest(home, {"add", "Example", "example.com"});
+    const std::string before = siteFile("Example");
+    for (const auto& arguments : {std::initializer_list<std::string>{"show", "Nope"},
+                                  {"delete", "Nope"},
+                                  {"robots", "Nope", "ignore"},
+                                  {"edit", "Nope", "--url", "x.com"}}) {
+        const auto result = runLoomcrest(home, arguments);
+        EXPECT_EQ(result.exitCode, 1);
+        EXPECT_EQ(result.err, "No site named \"Nope\".\n");
+    }
+    EXPECT_EQ(siteFile("Example"), before);
+}
+
+TEST_F(CommandLine, EditRobotsAndDelete) {
+    runLoomcrest(home, {"add", "Example", "example.com"});
+    EXPECT_EQ(runLoomcrest(home, {"robots", "Example", "ignore"}).exitCode, 0);
+    EXPECT_EQ(runLoomcrest(home, {"edit", "Example", "--url", "example.org/a b"}).exitCode, 0);
+    EXPECT_EQ(runLoomcrest(home, {"edit", "Example", "--name", "Renamed"}).exitCode, 0);
+    EXPECT_EQ(siteFile("Renamed"),
+              "<siteName>Renamed</siteName>\n<siteURL>http://example.org/a%20b/</siteURL>\n"
+              "<ignoreRobotFile>YES</ignoreRobotFile>\n<pagesFound>0</pagesFound>\n"
+              "<totalLinks>0</totalLinks>\n<pagesUsed>0</pagesUsed>");
+
+    const auto removal = runLoomcrest(home, {"delete", "Renamed"});
+    EXPECT_EQ(removal.exitCode, 0);
+    EXPECT_EQ(removal.err, "Do you really want to delete the site:\nRenamed\n\n");
+    EXPECT_EQ(runLoomcrest(home, {"sites"}).out, "");
+}
+
+TEST_F(CommandLine, RenameOntoAnExistingSiteWarnsAndExitsOne) {
+    runLoomcrest(home, {"add", "First", "first.com"});
+    runLoomcrest(home, {"add", "Second", "second.com"});
+    const auto result = runLoomcrest(home, {"edit", "First", "--name", "Second"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.err,
+              "A site with the name \"Second\" already exists, please delete this site first or "
+              "select a different name.\n\n");
+    EXPECT_EQ(runLoomcrest(home, {"sites"}).out,
+              "First\thttp://first.com/\t0\t0\t0\nSecond\thttp://first.com/\t0\t0\t0\n");
+}
+
+TEST_F(CommandLine, UsageErrorsExitTwo) {
+    EXPECT_EQ(runLoomcrest(home, {}).exitCode, 2);
+    EXPECT_EQ(runLoomcrest(home, {"bogus"}).exitCode, 2);
+    EXPECT_EQ(runLoomcrest(home, {"add", "OnlyName"}).exitCode, 2);
+    EXPECT_EQ(runLoomcrest(home, {"robots", "Example", "sometimes"}).exitCode, 2);
+    EXPECT_EQ(runLoomcrest(home, {"--help"}).exitCode, 0);
+}
+
+}  // namespace
+}  // namespace loomcrest

@@ -1,0 +1,171 @@
+#include "sites/SiteFile.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/FileSystem.h"
+#include "sites/DataPaths.h"
+#include "support/TemporaryHome.h"
+
+namespace loomcrest {
+namespace {
+
+using test::fileContents;
+using test::TemporaryHome;
+using test::writeFile;
+
+constexpr const char* kNewSite =
+    "<siteName>Example</siteName>\n"
+    "<siteURL>http://example.com/</siteURL>\n"
+    "<ignoreRobotFile>NO</ignoreRobotFile>\n"
+    "<pagesFound>0</pagesFound>\n"
+    "<totalLinks>0</totalLinks>";
+
+TEST(SiteFilePaths, DataRootAndSiteFileLiveUnderHome) {
+    TemporaryHome home;
+    EXPECT_EQ(homeFolderLocation(),
+              home.path() + "/Library/Application Support/Quillmoor/Loomcrest");
+    EXPECT_EQ(returnFullFileLocation("My Site"), home.dataRoot() + "/My Site/My Site.vrLMP");
+    EXPECT_EQ(parentFolderOf(returnFullFileLocation("Example")), home.dataRoot() + "/Example");
+}
+
+TEST(SiteFilePaths, FoldersAreCreatedWithTheirMissingParents) {
+    TemporaryHome home;
+    ASSERT_FALSE(pathExists(home.path() + "/Library"));
+    checkNeededFoldersExist();
+    EXPECT_TRUE(isDirectory(home.dataRoot()));
+    checkNeededFoldersExist();  // a second start finds everything in place
+    EXPECT_TRUE(isDirectory(home.dataRoot()));
+}
+
+TEST(SiteFileText, NewSiteHasFiveLinesAndNoFinalLineFeed) {
+    EXPECT_EQ(newSiteFileText("Example", "http://example.com/"), kNewSite);
+}
+
+TEST(SiteFileText, ValuesAreWrittenUnescaped) {
+    EXPECT_EQ(siteFileElement(SiteField::SiteURL, "http://a.com/?x=1&y=<2>"),
+              "<siteURL>http://a.com/?x=1&y=<2></siteURL>");
+}
+
+TEST(SiteFileText, FieldsAreReadFromTheirOwnLineAndFirstMatchWins) {
+    const std::string text =
+        "<siteName>One</siteName>\n<siteName>Two</siteName>\n<siteURL>a\nb</siteURL>";
+    EXPECT_EQ(readSiteField(text, SiteField::SiteName), "One");
+    EXPECT_EQ(readSiteField(text, SiteField::SiteURL), std::nullopt);
+    EXPECT_EQ(readSiteField(text, SiteField::PagesUsed), std::nullopt);
+}
+
+TEST(SiteFileText, FieldReadingIsGreedyWithinTheLine) {
+    const std::string text = "<pagesFound>1</pagesFound><pagesFound>2</pagesFound>";
+    EXPECT_EQ(readSiteField(text, SiteField::PagesFound), "1</pagesFound><pagesFound>2");
+}
+
+TEST(SiteFileText, FieldTagsAreCaseSensitive) {
+    EXPECT_EQ(readSiteField("<SITENAME>x</SITENAME>", SiteField::SiteName), std::nullopt);
+}
+
+TEST(SiteFileText, ReplacingAnElementReplacesEveryLiteralCopy) {
+    const std::string text = "<siteURL>u</siteURL>\nx<siteURL>u</siteURL>";
+    EXPECT_EQ(replaceSiteElement(text, SiteField::SiteURL, "v"),
+              "<siteURL>v</siteURL>\nx<siteURL>v</siteURL>");
+    EXPECT_EQ(replaceSiteElement("no element", SiteField::SiteURL, "v"), "no element");
+}
+
+TEST(SiteFileText, StatisticsReplaceOnlyTheirLines) {
+    const std::string text = std::string(kNewSite) + "\n<pagesUsed>0</pagesUsed>";
+    EXPECT_EQ(siteFileTextWithStatistics(text, 120, 30, -4),
+              "<siteName>Example</siteName>\n"
+              "<siteURL>http://example.com/</siteURL>\n"
+              "<ignoreRobotFile>NO</ignoreRobotFile>\n"
+              "<pagesFound>30</pagesFound>\n"
+              "<totalLinks>120</totalLinks>\n"
+              "<pagesUsed>-4</pagesUsed>");
+}
+
+TEST(SiteFileText, StatisticsNeedAllThreeElements) {
+    EXPECT_EQ(siteFileTextWithStatistics(kNewSite, 1, 2, 3), kNewSite);
+}
+
+TEST(SiteFileText, RobotsFlagIsALiteralElementReplacement) {
+    const std::string ignoring = siteFileTextWithRobotsFlag(kNewSite, true);
+    EXPECT_NE(ignoring.find("<ignoreRobotFile>YES</ignoreRobotFile>\n"), std::string::npos);
+    EXPECT_EQ(siteFileTextWithRobotsFlag(ignoring, false), kNewSite);
+    EXPECT_EQ(siteFileTextWithRobotsFlag(ignoring, true), ignoring);
+
+    const std::string lowerCase = "<ignoreRobotFile>no</ignoreRobotFile>";
+    EXPECT_EQ(siteFileTextWithRobotsFlag(lowerCase, true), lowerCase);
+}
+
+TEST(SiteFileText, CompletionAppendsMissingStatisticsInOrder) {
+    EXPECT_EQ(completedSiteFileText(kNewSite),
+              std::string(kNewSite) + "\n<pagesUsed>0</pagesUsed>");
+    EXPECT_EQ(completedSiteFileText("<siteName>A</siteName>"),
+              "<siteName>A</siteName>\n<pagesFound>0</pagesFound>\n<totalLinks>0</totalLinks>"
+              "\n<pagesUsed>0</pagesUsed>");
+    // The search ignores case, so a differently spelled tag counts as present.
+    EXPECT_EQ(completedSiteFileText("<PAGESFOUND>3</PAGESFOUND>\n<TotalLinks>"),
+              "<PAGESFOUND>3</PAGESFOUND>\n<TotalLinks>\n<pagesUsed>0</pagesUsed>");
+}
+
+TEST(SiteFileText, CountsShowAsStoredOnlyWhenPositive) {
+    EXPECT_EQ(countForDisplay(std::string("42")), "42");
+    EXPECT_EQ(countForDisplay(std::string("-3")), "0");
+    EXPECT_EQ(countForDisplay(std::string("many")), "0");
+    EXPECT_EQ(countForDisplay(std::nullopt), "0");
+}
+
+class SiteFileOnDisk : public testing::Test {
+protected:
+    void SetUp() override {
+        checkNeededFoldersExist();
+        writeFile(returnFullFileLocation("Example"), kNewSite);
+    }
+    std::string siteFile() const { return fileContents(returnFullFileLocation("Example")); }
+
+    TemporaryHome home;
+};
+
+TEST_F(SiteFileOnDisk, CreatingWritesTheTemplate) {
+    createFolder(siteFolderLocation("Other"));
+    ASSERT_TRUE(createSiteFile("Other", "https://other.org/index.php"));
+    EXPECT_EQ(fileContents(returnFullFileLocation("Other")),
+              "<siteName>Other</siteName>\n<siteURL>https://other.org/index.php</siteURL>\n"
+              "<ignoreRobotFile>NO</ignoreRobotFile>\n<pagesFound>0</pagesFound>\n"
+              "<totalLinks>0</totalLinks>");
+}
+
+TEST_F(SiteFileOnDisk, CompletionWritesTheSixthLineOnce) {
+    const std::string completed = completeSiteFile("Example");
+    EXPECT_EQ(completed, std::string(kNewSite) + "\n<pagesUsed>0</pagesUsed>");
+    EXPECT_EQ(siteFile(), completed);
+    EXPECT_EQ(completeSiteFile("Example"), completed);
+    EXPECT_EQ(siteFile(), completed);
+}
+
+TEST_F(SiteFileOnDisk, CompletionOfAMissingFileCreatesNothing) {
+    EXPECT_EQ(completeSiteFile("Missing"),
+              "\n<pagesFound>0</pagesFound>\n<totalLinks>0</totalLinks>\n<pagesUsed>0</pagesUsed>");
+    EXPECT_FALSE(pathExists(siteFolderLocation("Missing")));
+}
+
+TEST_F(SiteFileOnDisk, StatisticsAreWrittenAfterCompletion) {
+    writeSiteStatistics("Example", 5, 6, 7);
+    EXPECT_EQ(siteFile(), kNewSite) << "left alone while pagesUsed is missing";
+    completeSiteFile("Example");
+    writeSiteStatistics("Example", 0, 2147483647, -2147483647 - 1);
+    EXPECT_EQ(siteFile(),
+              "<siteName>Example</siteName>\n<siteURL>http://example.com/</siteURL>\n"
+              "<ignoreRobotFile>NO</ignoreRobotFile>\n<pagesFound>2147483647</pagesFound>\n"
+              "<totalLinks>0</totalLinks>\n<pagesUsed>-2147483648</pagesUsed>");
+}
+
+TEST_F(SiteFileOnDisk, AFileThatIsNotUtf8IsNeverRewritten) {
+    const std::string latin1 = "<siteName>Caf\xe9</siteName>";
+    writeFile(returnFullFileLocation("Example"), latin1);
+    EXPECT_EQ(readSiteFile("Example"), "");
+    completeSiteFile("Example");
+    writeSiteStatistics("Example", 1, 2, 3);
+    EXPECT_EQ(siteFile(), latin1);
+}
+
+}  // namespace
+}  // namespace loomcrest

@@ -1,0 +1,87 @@
+#include "sites/SiteInputCheck.h"
+
+#include <gtest/gtest.h>
+
+namespace loomcrest {
+namespace {
+
+constexpr const char* kBlankName = "The site name field cannot be left blank.";
+constexpr const char* kForbidden =
+    "\nThe site name cannot contain the following characters: / \\ . or ?";
+constexpr const char* kBlankURL = "\nThe site URL field cannot be left blank.";
+constexpr const char* kFtp =
+    "\nURLs must begin http:// or https://\nftp:// etc scans are not available.";
+
+TEST(SiteInputMessages, ValidInputPassesUnchanged) {
+    const SiteInput input = checkSiteInput("Example", "https://example.com/");
+    EXPECT_TRUE(input.isOK());
+    EXPECT_EQ(input.name, "Example");
+    EXPECT_EQ(input.url, "https://example.com/");
+}
+
+TEST(SiteInputMessages, EveryProblemIsListedInOrder) {
+    EXPECT_EQ(checkSiteInput("", "").errors, std::string(kBlankName) + kBlankURL);
+    EXPECT_EQ(checkSiteInput("a/b\\c.d?e", "ftp://host/").errors,
+              std::string(kForbidden) + kForbidden + kForbidden + kForbidden + kFtp);
+    EXPECT_EQ(checkSiteInput("", "ftps://host/").errors, std::string(kBlankName) + kFtp);
+}
+
+TEST(SiteInputMessages, ForbiddenCharacterLineAppearsOncePerKindOfCharacter) {
+    EXPECT_EQ(checkSiteInput("a.b/c", "example.com").errors, std::string(kForbidden) + kForbidden);
+    EXPECT_EQ(checkSiteInput("a..b", "example.com").errors, kForbidden);
+}
+
+TEST(SiteInputBlanks, ASurroundingBlankEmptiesTheField) {
+    EXPECT_EQ(checkSiteInput(" Example", "example.com").errors, kBlankName);
+    EXPECT_EQ(checkSiteInput("Example ", "example.com").errors, kBlankName);
+    EXPECT_EQ(checkSiteInput("Example", " example.com").errors, kBlankURL);
+    EXPECT_EQ(checkSiteInput("Example", "example.com ").errors, kBlankURL);
+}
+
+TEST(SiteInputBlanks, InnerBlanksSurvive) {
+    const SiteInput input = checkSiteInput("My Site", "example.com");
+    EXPECT_TRUE(input.isOK());
+    EXPECT_EQ(input.name, "My Site");
+}
+
+TEST(SiteInputURL, HostOnlyGetsSchemeAndSlash) {
+    EXPECT_EQ(checkSiteInput("A", "example.com").url, "http://example.com/");
+    EXPECT_EQ(checkSiteInput("A", "localhost:8080").url, "http://localhost:8080/");
+}
+
+TEST(SiteInputURL, APageNameKeepsTheURLWithoutSlash) {
+    EXPECT_EQ(checkSiteInput("A", "example.com/index.php").url, "http://example.com/index.php");
+    EXPECT_EQ(checkSiteInput("A", "http://example.com/Home.HTML").url,
+              "http://example.com/Home.HTML");
+    EXPECT_EQ(checkSiteInput("A", "https://example.com/dir/").url, "https://example.com/dir/");
+}
+
+TEST(SiteInputURL, PageExtensionsAreSoughtInTheWholeURL) {
+    EXPECT_EQ(checkSiteInput("A", "http://www.php.net").url, "http://www.php.net");
+    EXPECT_EQ(checkSiteInput("A", "http://example.com/a.aspx/more").url,
+              "http://example.com/a.aspx/more");
+}
+
+TEST(SiteInputURL, SchemeComparisonIsCaseSensitive) {
+    EXPECT_EQ(checkSiteInput("A", "HTTP://example.com/").url, "http://HTTP://example.com/");
+    EXPECT_TRUE(checkSiteInput("A", "FTP://example.com/").isOK());
+}
+
+TEST(SiteInputURL, SpacesBecomeEscapesAndTheDoubledSchemeIsRepaired) {
+    EXPECT_EQ(checkSiteInput("A", "http://example.com/my pages").url,
+              "http://example.com/my%20pages/");
+    EXPECT_EQ(checkSiteInput("A", "example.com/a b.htm").url, "http://example.com/a%20b.htm");
+}
+
+TEST(SiteInputURL, OtherSchemesGetHttpInFront) {
+    EXPECT_EQ(checkSiteInput("A", "mailto:me@example.com").url, "http://mailto:me@example.com/");
+}
+
+TEST(SiteInputURL, FtpEmptiesTheURL) {
+    const SiteInput input = checkSiteInput("A", "ftp://example.com/");
+    EXPECT_EQ(input.errors, kFtp);
+    EXPECT_EQ(input.url, "/");
+}
+
+}  // namespace
+}  // namespace loomcrest

@@ -1,0 +1,89 @@
+#include "sites/SiteList.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/FileSystem.h"
+#include "sites/DataPaths.h"
+#include "support/TemporaryHome.h"
+
+namespace loomcrest {
+namespace {
+
+using test::fileContents;
+using test::TemporaryHome;
+using test::writeFile;
+
+TEST(SiteNameFromPath, StripsTheFileNameBackToTheFolder) {
+    EXPECT_EQ(siteNameFromPath("Example/Example.vrLMP"), "Example");
+    EXPECT_EQ(siteNameFromPath("My Site/sitemap.xml"), "My Site");
+    EXPECT_EQ(siteNameFromPath("Example.vrLMP"), std::nullopt);
+    EXPECT_EQ(siteNameFromPath(".vrLMP"), std::nullopt);
+}
+
+class DataRoot : public testing::Test {
+protected:
+    void SetUp() override { checkNeededFoldersExist(); }
+    std::string at(const std::string& relative) const { return home.dataRoot() + "/" + relative; }
+
+    TemporaryHome home;
+};
+
+TEST_F(DataRoot, ListsSiteFilesWithTheExactExtensionInWalkOrder) {
+    writeFile(at("beta/beta.vrLMP"), "");
+    writeFile(at("Alpha/Alpha.vrLMP"), "");
+    writeFile(at("gamma/gamma.VRLMP"), "");
+    writeFile(at("loose.vrLMP"), "");
+    writeFile(at("alpha/notes.txt"), "");
+    EXPECT_EQ(siteNamesWithExtension("vrLMP"), (std::vector<std::string>{"Alpha", "beta"}));
+    EXPECT_TRUE(siteNamesWithExtension("xml").empty());
+}
+
+TEST_F(DataRoot, AnEmptyOrMissingRootListsNothing) {
+    EXPECT_TRUE(siteNamesWithExtension("vrLMP").empty());
+    removeRecursively(home.dataRoot());
+    EXPECT_TRUE(siteNamesWithExtension("vrLMP").empty());
+    EXPECT_FALSE(convertOldSiteFiles());
+}
+
+TEST_F(DataRoot, OldSiteFilesAreConvertedAndTheirSitemapsDeleted) {
+    writeFile(at("Old/Old.vrlmp"),
+              "<siteName>Old</siteName>\n<siteURL>http://old.com/</siteURL>\n"
+              "<ignoreRobotFile>YES</ignoreRobotFile>\n<pagesFound>9</pagesFound>");
+    for (const char* sitemap : {"sitemap.html", "sitemap2.html", "sitemap6.html"}) {
+        writeFile(at(std::string("Old/") + sitemap), "old");
+    }
+    writeFile(at("Old/sitemap1c.html"), "current");
+
+    EXPECT_TRUE(convertOldSiteFiles());
+
+    EXPECT_FALSE(pathExists(at("Old/Old.vrlmp")));
+    EXPECT_EQ(fileContents(at("Old/Old.vrLMP")),
+              "<siteName>Old</siteName>\n<siteURL>http://old.com/</siteURL>\n"
+              "<ignoreRobotFile>NO</ignoreRobotFile>\n<pagesFound>0</pagesFound>\n"
+              "<totalLinks>0</totalLinks>");
+    EXPECT_FALSE(pathExists(at("Old/sitemap.html")));
+    EXPECT_FALSE(pathExists(at("Old/sitemap2.html")));
+    EXPECT_FALSE(pathExists(at("Old/sitemap6.html")));
+    EXPECT_EQ(fileContents(at("Old/sitemap1c.html")), "current");
+
+    EXPECT_FALSE(convertOldSiteFiles()) << "nothing is left to convert";
+    EXPECT_EQ(siteNamesWithExtension("vrLMP"), std::vector<std::string>{"Old"});
+}
+
+TEST_F(DataRoot, AnOldFileWithoutElementsKeepsEmptyLines) {
+    writeFile(at("Bare/Bare.vrlmp"), "nothing useful");
+    EXPECT_TRUE(convertOldSiteFiles());
+    EXPECT_EQ(fileContents(at("Bare/Bare.vrLMP")),
+              "\n\n<ignoreRobotFile>NO</ignoreRobotFile>\n<pagesFound>0</pagesFound>\n"
+              "<totalLinks>0</totalLinks>");
+}
+
+TEST_F(DataRoot, AnUnreadableOldFileIsLeftInPlace) {
+    writeFile(at("Bad/Bad.vrlmp"), "<siteName>\xff</siteName>");
+    EXPECT_TRUE(convertOldSiteFiles());
+    EXPECT_TRUE(pathExists(at("Bad/Bad.vrlmp")));
+    EXPECT_FALSE(pathExists(at("Bad/Bad.vrLMP")));
+}
+
+}  // namespace
+}  // namespace loomcrest
