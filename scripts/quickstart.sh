@@ -4,7 +4,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/install-deps.sh
-cmake -S . -B build -DCMAKE_BUILD_TYPE=Release
+cmake -S . -B build -DCMAKE_BUILD_TYPE=Release -DLOOMCREST_BUILD_TESTS=OFF
 cmake --build build -j"$(nproc)"
 
 if ! build/loomcrest show Example >/dev/null 2>&1; then
