@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 
+#include "FilterCommands.h"
 #include "SiteCommands.h"
 
 namespace loomcrest::cli {
@@ -49,6 +50,14 @@ int runLoomcrest(int argc, const char* const* argv, std::ostream& out, std::ostr
         ->check(CLI::IsMember({"ignore", "obey"}));
     robots->callback(
         [&] { command = [&] { return setIgnoreRobots(name, robotsChoice == "ignore", err); }; });
+
+    std::vector<std::string> filterArguments;
+    auto* filters = app.add_subcommand(
+        "filters", "List a site's filters, add one (add TEXT) or delete some (delete ROW...)");
+    filters->add_option("NAME", name, "Site name")->required();
+    filters->add_option("ACTION", filterArguments, "add TEXT, or delete ROW... (rows from 1)");
+    filters->callback(
+        [&] { command = [&] { return runFilterCommand(name, filterArguments, out, err); }; });
 
     try {
         app.parse(argc, argv);

@@ -5,7 +5,11 @@
 namespace loomcrest::cli {
 
 SiteSession::SiteSession(std::ostream& err)
-    : err_(err), alerts_(err), siteList_(scanView_), siteRecords_(siteList_, sheetView_, alerts_) {
+    : err_(err),
+      alerts_(err),
+      siteList_(scanView_),
+      siteRecords_(siteList_, sheetView_, alerts_),
+      filters_([this] { return siteList_.state().details.siteName; }, filterView_, alerts_) {
     checkNeededFoldersExist();
     siteList_.awakeFromNib();
 }

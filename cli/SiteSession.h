@@ -4,6 +4,7 @@
 #include <string>
 
 #include "ConsoleAlerts.h"
+#include "crawler/ScanFilters.h"
 #include "sites/AddEditDeleteSites.h"
 #include "sites/ScanView.h"
 #include "sites/ScanViewController.h"
@@ -27,6 +28,12 @@ public:
     void focusNameField() override {}
 };
 
+class HeadlessFilterView : public FilterView {
+public:
+    void reloadFilterTable() override {}
+    void clearNewFilterInput() override {}
+};
+
 // What the scan view holds on start: the data folders, the site list and its controllers.
 class SiteSession {
 public:
@@ -35,6 +42,7 @@ public:
     ConsoleAlerts& alerts() { return alerts_; }
     ScanViewController& siteList() { return siteList_; }
     AddEditDeleteSites& siteRecords() { return siteRecords_; }
+    ScanFilters& filters() { return filters_; }
 
     // Selects the named site as a click in the list would. Prints a message and returns
     // false when no site has that name.
@@ -47,6 +55,8 @@ private:
     HeadlessSiteSheet sheetView_;
     ScanViewController siteList_;
     AddEditDeleteSites siteRecords_;
+    HeadlessFilterView filterView_;
+    ScanFilters filters_;
 };
 
 }  // namespace loomcrest::cli

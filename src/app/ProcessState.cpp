@@ -7,5 +7,7 @@ std::string vrlmpWinTit = "Loomcrest2";
 bool vrlmpViewChanged = false;
 int vrlmpPLastState = 0;
 std::vector<std::string> vrlmpBadLinkArray;
+std::vector<std::string> vrlmpBadLinkReasonArray;
+std::vector<std::string> vrlmpFiltersArray;
 
 }  // namespace loomcrest

@@ -18,6 +18,11 @@ extern int vrlmpPLastState;
 // The broken-links lines of the current site.
 extern std::vector<std::string> vrlmpBadLinkArray;
 
+// Reason texts ("404 - Not Found") of failed start-URL probes; never emptied.
+extern std::vector<std::string> vrlmpBadLinkReasonArray;
+// The filters of the selected site, in file order.
+extern std::vector<std::string> vrlmpFiltersArray;
+
 // The notification that tells the crawler to load the current site's filters.
 inline constexpr const char* kLoadFiltersNotification = "vrlmpLFF";
 

@@ -133,6 +133,15 @@ bool writeFileAtomically(const std::string& path, std::string_view contents) {
     return true;
 }
 
+bool appendToFile(const std::string& path, std::string_view piece) {
+    FileDescriptor fd(::open(path.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC));
+    if (fd.get() < 0) {
+        return false;
+    }
+    const bool written = writeAll(fd.get(), piece);
+    return fd.close() && written;
+}
+
 bool pathExists(const std::string& path) {
     std::error_code error;
     return fs::exists(fs::symlink_status(path, error)) && !error;

@@ -14,6 +14,11 @@ std::optional<std::string> readTextFile(const std::string& path);
 // sees either the old or the new contents and a failed write leaves the old file alone.
 bool writeFileAtomically(const std::string& path, std::string_view contents);
 
+// Appends to an existing file in one write, costing time in proportion to `piece` alone.
+// A missing file is not created and the piece is then lost. Earlier contents are never
+// touched, so a crash can lose at most the piece being written.
+bool appendToFile(const std::string& path, std::string_view piece);
+
 bool pathExists(const std::string& path);
 bool isDirectory(const std::string& path);
 // One level only: fails when the parent folder is missing.

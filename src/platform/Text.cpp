@@ -75,7 +75,7 @@ bool containsIgnoringCase(std::string_view text, std::string_view needle) {
     };
     const auto it = std::search(text.begin(), text.end(), needle.begin(), needle.end(),
                                 [&](char a, char b) { return lower(a) == lower(b); });
-    return it != text.end() || needle.empty();
+    return !needle.empty() && it != text.end();
 }
 
 std::vector<std::string> split(std::string_view text, char separator) {
@@ -108,6 +108,33 @@ int leadingIntegerValue(std::string_view text) {
         value = -value;
     }
     return static_cast<int>(std::clamp<int64_t>(value, INT_MIN, INT_MAX));
+}
+
+std::string trimLineBreaks(std::string_view text) {
+    constexpr std::string_view kMultiByteBreaks[] = {"\xc2\x85", "\xe2\x80\xa8", "\xe2\x80\xa9"};
+    const auto isSingleByteBreak = [](char c) { return c >= '\n' && c <= '\r'; };
+    bool trimmed = true;
+    while (trimmed && !text.empty()) {
+        trimmed = false;
+        if (isSingleByteBreak(text.front())) {
+            text.remove_prefix(1);
+            trimmed = true;
+        } else if (isSingleByteBreak(text.back())) {
+            text.remove_suffix(1);
+            trimmed = true;
+        }
+        for (const std::string_view lineBreak : kMultiByteBreaks) {
+            if (text.starts_with(lineBreak)) {
+                text.remove_prefix(lineBreak.size());
+                trimmed = true;
+            }
+            if (text.ends_with(lineBreak)) {
+                text.remove_suffix(lineBreak.size());
+                trimmed = true;
+            }
+        }
+    }
+    return std::string(text);
 }
 
 }  // namespace loomcrest

@@ -11,7 +11,8 @@ bool isValidUtf8(std::string_view text);
 // Every occurrence of `from`, left to right and not overlapping, replaced by `to`.
 std::string replaceAll(std::string_view text, std::string_view from, std::string_view to);
 
-// Plain substring search that ignores the case of ASCII letters.
+// Plain substring search that ignores the case of ASCII letters. An empty needle is never
+// found.
 bool containsIgnoringCase(std::string_view text, std::string_view needle);
 
 // Splits at every occurrence of `separator`; n separators give n + 1 pieces.
@@ -21,5 +22,9 @@ std::vector<std::string> split(std::string_view text, char separator);
 // blanks skipped, an optional sign, digits up to the first non-digit, clamped to 32 bits.
 // Text without leading digits reads as 0.
 int leadingIntegerValue(std::string_view text);
+
+// `text` without the line-break characters (line feed, vertical tab, form feed, carriage
+// return, NEL, line and paragraph separators) at either end.
+std::string trimLineBreaks(std::string_view text);
 
 }  // namespace loomcrest

@@ -10,4 +10,21 @@ namespace loomcrest {
 // nothing when the text is not a valid reference at all (one holding a space, for instance).
 std::optional<std::string> urlScheme(std::string_view text);
 
+// The parts of a URI reference that the crawler looks at.
+struct UrlParts {
+    std::string scheme;
+    std::string host;
+    // The path with percent escapes decoded, as a reader of the path sees it.
+    std::string path;
+    bool hasQuery = false;
+    std::string query;
+};
+
+// Nothing when the text is not a valid RFC 3986 URI reference.
+std::optional<UrlParts> parseUrl(std::string_view text);
+
+// `reference` resolved against the absolute URI `base` (RFC 3986, section 5.2), printed
+// back as text; nothing when either does not parse.
+std::optional<std::string> resolveUrl(std::string_view base, std::string_view reference);
+
 }  // namespace loomcrest

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "crawler/AllowedMedia.h"
 #include "platform/Text.h"
 #include "platform/Url.h"
 

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <array>
+#include <string_view>
+
+namespace loomcrest {
+
+// The extensions that mark a URL as naming a page the crawler may fetch. The order decides
+// which entry matches first.
+inline constexpr std::array<std::string_view, 14> kAllowedMedia = {
+    ".aspx", ".asp",  ".cfm",  ".html",  ".htm",  ".jsp",  ".php",
+    ".phps", ".cfml", ".shtm", ".shtml", ".php3", ".php4", ".php5"};
+
+}  // namespace loomcrest

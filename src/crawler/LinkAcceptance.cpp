@@ -1,0 +1,121 @@
+#include <algorithm>
+
+#include "app/ProcessState.h"
+#include "crawler/RobotsRules.h"
+#include "crawler/SiteScanner.h"
+#include "platform/Text.h"
+#include "platform/Url.h"
+
+namespace loomcrest {
+
+namespace {
+
+bool isAllowedMedia(const std::vector<std::string>& allowedMedia, std::string_view extension) {
+    return std::find(allowedMedia.begin(), allowedMedia.end(), extension) != allowedMedia.end();
+}
+
+// Host and path without the scheme, a leading "www." and one trailing "/": the key by
+// which a URL is judged to be inside the site.
+std::string hostPathKey(std::string_view url, size_t schemeLength) {
+    std::string key(url.substr(std::min(url.size(), schemeLength + 3)));
+    if (key.starts_with("www.")) {
+        key.erase(0, 4);
+    }
+    if (key.ends_with('/')) {
+        key.pop_back();
+    }
+    return key;
+}
+
+// A query URL may be fetched only when a page extension stands just before its one "?".
+bool queryMayBeQueued(std::string_view url, const std::vector<std::string>& allowedMedia) {
+    if (std::count(url.begin(), url.end(), '?') >= 2) {
+        return false;
+    }
+    const size_t mark = url.find('?');
+    return std::any_of(allowedMedia.begin(), allowedMedia.end(), [&](const std::string& ext) {
+        return mark >= ext.size() && url.substr(mark - ext.size(), ext.size()) == ext;
+    });
+}
+
+}  // namespace
+
+LinkDecision SiteScanner::acceptLink(std::string_view href) {
+    const LinkDecision dropped;
+    if (href.empty()) {
+        return dropped;
+    }
+    auto resolved = resolveUrl(pageBaseURLUnchanged, href);
+    if (!resolved) {
+        return dropped;
+    }
+    std::string url = std::move(*resolved);
+    if (const size_t hash = url.rfind('#'); hash != std::string::npos) {
+        url.erase(hash);
+    }
+
+    const auto parts = parseUrl(url);
+    if (!parts) {
+        return dropped;
+    }
+    const bool isMail = url.starts_with("mailto:");
+    if (!parts->hasQuery && !isMail) {
+        if (const size_t dot = parts->path.find('.'); dot != std::string::npos) {
+            // From the first "." on, so "/docs.old/page.html" gives ".old/page.html".
+            if (!isAllowedMedia(allowedMediaArray, std::string_view(parts->path).substr(dot))) {
+                return dropped;
+            }
+        } else if (std::any_of(
+                       allowedMediaArray.begin(), allowedMediaArray.end(),
+                       [&](const std::string& ext) { return inPageList(url + "index" + ext); })) {
+            return dropped;
+        }
+    }
+
+    if (anyEntryOccursIn(url, vrlmpFiltersArray)) {
+        return dropped;
+    }
+    if (!ignoreRobots && anyEntryOccursIn(url, robotsArray)) {
+        return dropped;
+    }
+    if (url.empty()) {
+        return dropped;
+    }
+
+    const size_t schemeLength = parts->scheme.size();
+    const auto baseParts = parseUrl(siteBaseURL);
+    const size_t baseSchemeLength = baseParts ? baseParts->scheme.size() : 0;
+    if (url.size() <= schemeLength + 3 || siteBaseURL.size() <= baseSchemeLength + 3) {
+        return dropped;
+    }
+    const std::string hostPath = hostPathKey(url, schemeLength);
+    const std::string baseHostPath = hostPathKey(siteBaseURL, baseSchemeLength);
+    if (parts->path.empty()) {
+        url += '/';
+    }
+
+    // A plain prefix test: for the site "http://shop/" the host "shopfront" is inside too.
+    if (!hostPath.starts_with(baseHostPath)) {
+        return LinkDecision{LinkOutcome::Recorded, std::move(url)};
+    }
+
+    std::string indexForm = url;
+    for (const std::string& ext : allowedMediaArray) {
+        if (url.ends_with("index" + ext)) {
+            indexForm = replaceAll(url, "index" + ext, "");
+            break;
+        }
+    }
+    const std::string hostTwin = containsIgnoringCase(url, "://www.")
+                                     ? replaceAll(url, "://www.", "://")
+                                     : replaceAll(url, "://", "://www.");
+    const bool queueable =
+        url.find('?') == std::string::npos || queryMayBeQueued(url, allowedMediaArray);
+    if (queueable && !inPageList(url) && !inPageList(indexForm) && !inPageList(hostTwin)) {
+        uniquePagesLeftMArray.append(url);
+        return LinkDecision{LinkOutcome::Queued, std::move(url)};
+    }
+    return LinkDecision{LinkOutcome::Recorded, std::move(url)};
+}
+
+}  // namespace loomcrest

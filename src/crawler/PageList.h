@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+
+namespace loomcrest {
+
+// An ordered list of URLs that also answers "is this URL in the list" in constant time:
+// the crawl asks that for every link it meets, and big sites have millions of them.
+class PageList {
+public:
+    void append(std::string url);
+    bool contains(std::string_view url) const { return index_.contains(url); }
+    void clear();
+
+    size_t size() const { return urls_.size(); }
+    bool empty() const { return urls_.empty(); }
+    const std::string& operator[](size_t position) const { return urls_[position]; }
+    auto begin() const { return urls_.begin(); }
+    auto end() const { return urls_.end(); }
+
+private:
+    struct Hash {
+        using is_transparent = void;
+        size_t operator()(std::string_view text) const {
+            return std::hash<std::string_view>{}(text);
+        }
+    };
+    // A deque never moves its elements, so the views in the index stay valid.
+    std::deque<std::string> urls_;
+    std::unordered_multiset<std::string_view, Hash, std::equal_to<>> index_;
+};
+
+}  // namespace loomcrest

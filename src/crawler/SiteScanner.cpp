@@ -1,0 +1,94 @@
+#include "crawler/SiteScanner.h"
+
+#include "app/ProcessState.h"
+#include "crawler/AllowedMedia.h"
+#include "crawler/RobotsRules.h"
+#include "platform/FileSystem.h"
+#include "platform/Http.h"
+#include "platform/Text.h"
+#include "platform/Url.h"
+#include "sitemap/HtmlSitemapFormat.h"
+#include "sitemap/LastModified.h"
+#include "sitemap/XmlSitemapFormat.h"
+
+namespace loomcrest {
+
+namespace {
+
+std::string pathOf(std::string_view url) {
+    const auto parts = parseUrl(url);
+    return parts ? parts->path : std::string();
+}
+
+std::string cutBackToSlash(std::string url) {
+    while (!url.empty() && url.back() != '/') {
+        url.pop_back();
+    }
+    return url;
+}
+
+}  // namespace
+
+void SiteScanner::setAllowedMedia() {
+    allowedMediaArray.assign(kAllowedMedia.begin(), kAllowedMedia.end());
+}
+
+void SiteScanner::setSiteBaseURL(std::string_view siteURL) {
+    siteBaseURL = siteURL;
+    if (pathOf(siteBaseURL).find('.') != std::string::npos) {
+        siteBaseURL = cutBackToSlash(siteBaseURL);
+    }
+    if (!siteBaseURL.ends_with('/')) {
+        siteBaseURL = cutBackToSlash(siteBaseURL);
+    }
+}
+
+void SiteScanner::setPageBaseURLs(std::string_view pageURL) {
+    pageBaseURLUnchanged = pageURL;
+    pageBaseURL = pageURL;
+    if (pathOf(pageBaseURL).find('.') != std::string::npos) {
+        pageBaseURL = cutBackToSlash(pageBaseURL);
+    }
+}
+
+bool SiteScanner::httpIsValid(std::string_view url) const {
+    http::Request request;
+    request.url = url;
+    request.redirects = http::Redirects::Report;
+    const http::Response response = http::send(request);
+    if (!response.isHttp) {
+        return false;
+    }
+    if (response.statusCode == 200) {
+        return true;
+    }
+    vrlmpBadLinkReasonArray.push_back(http::statusText(response.statusCode));
+    return false;
+}
+
+void SiteScanner::loadRobotsRules(std::string_view robotsText) {
+    robotsArray = parseRobotsText(robotsText);
+}
+
+std::string SiteScanner::sitemapFile(std::string_view name) const {
+    return sitemapFolder_ + "/" + std::string(name);
+}
+
+void SiteScanner::buildPageTitleSitemap(std::string_view fragment, std::string_view plainLink) {
+    appendToFile(sitemapFile("sitemap1cpo.html"), oneColumnPiece(fragment));
+    appendToFile(sitemapFile("sitemap2cpo.html"), tablePiece(fragment, 2, twoColCountPO));
+    appendToFile(sitemapFile("sitemap3cpo.html"), tablePiece(fragment, 3, threeColCountPO));
+    appendToFile(sitemapFile("sitemap.xml"),
+                 xmlSitemapEntry(plainLink, lastModifiedDate(plainLink)));
+}
+
+void SiteScanner::buildAllLinksSitemaps(std::string_view pageData) {
+    if (pageData.empty() || !isValidUtf8(pageData)) {
+        return;
+    }
+    appendToFile(sitemapFile("sitemap1c.html"), oneColumnPiece(pageData));
+    appendToFile(sitemapFile("sitemap2c.html"), tablePiece(pageData, 2, twoColCountAP));
+    appendToFile(sitemapFile("sitemap3c.html"), tablePiece(pageData, 3, threeColCountAP));
+}
+
+}  // namespace loomcrest

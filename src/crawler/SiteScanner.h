@@ -1,0 +1,93 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "crawler/PageList.h"
+
+namespace loomcrest {
+
+// What the crawl does with one anchor of a page.
+enum class LinkOutcome {
+    Dropped,   // nothing is recorded
+    Recorded,  // listed as a link of the page, never fetched
+    Queued,    // listed, and appended to the page list to be fetched later
+};
+
+struct LinkDecision {
+    LinkOutcome outcome = LinkOutcome::Dropped;
+    // The absolute URL the link stands for; empty when dropped.
+    std::string url;
+
+    bool operator==(const LinkDecision&) const = default;
+};
+
+// The crawler. It judges every link against the site's base, the allowed page extensions,
+// the user's filters and the robots rules, keeps the scan's page list, and grows the
+// sitemap files page by page.
+class SiteScanner {
+public:
+    // Accepted page extensions; refilled at every scan start.
+    void setAllowedMedia();
+
+    // The site base: the start URL cut back to its last "/".
+    void setSiteBaseURL(std::string_view siteURL);
+    // The page being processed, as listed and cut back to its folder.
+    void setPageBaseURLs(std::string_view pageURL);
+
+    // Resolves one raw href of the current page and decides its fate; a queued link has
+    // been appended to uniquePagesLeftMArray.
+    LinkDecision acceptLink(std::string_view href);
+
+    // Resolves an href by plain text rules against the base URLs. Not used by the crawl,
+    // which resolves links by RFC 3986 instead.
+    std::string rebuildHREF(std::string_view href) const;
+
+    // Probes the start URL: true only for a 200 answer to one GET, redirects not followed.
+    // Another status adds its "404 - Not Found" text to vrlmpBadLinkReasonArray.
+    bool httpIsValid(std::string_view url) const;
+
+    // Fills robotsArray from the text of the site's robots.txt.
+    void loadRobotsRules(std::string_view robotsText);
+
+    // The folder whose sitemap files the two builders append to.
+    void setSitemapFolder(std::string folder) { sitemapFolder_ = std::move(folder); }
+    // Appends a page's title line to the three pages-only layouts and its entry to
+    // "sitemap.xml". `plainLink` is the page URL.
+    void buildPageTitleSitemap(std::string_view fragment, std::string_view plainLink);
+    // Appends a page block to the three all-links layouts; a block that is not valid UTF-8
+    // is dropped.
+    void buildAllLinksSitemaps(std::string_view pageData);
+
+    std::string siteBaseURL;
+    std::string pageBaseURL;
+    std::string pageBaseURLUnchanged;
+    std::vector<std::string> allowedMediaArray;
+    PageList uniquePagesLeftMArray;
+    std::vector<std::string> robotsArray;
+    PageList pageInnerLinksMArray;
+    std::vector<std::string> pageInnerLinkNamesMArray;
+    std::string fullPageData;
+
+    // The ignore-robots check box of the site being scanned.
+    std::atomic<bool> ignoreRobots{false};
+
+    // The running link number of the LINKID markers; read by the window while a scan runs.
+    std::atomic<int32_t> totLinks{0};
+    // Cells filled in the open row of each table layout.
+    int32_t twoColCountPO = 0;
+    int32_t threeColCountPO = 0;
+    int32_t twoColCountAP = 0;
+    int32_t threeColCountAP = 0;
+
+private:
+    std::string sitemapFile(std::string_view name) const;
+    bool inPageList(const std::string& url) const { return uniquePagesLeftMArray.contains(url); }
+
+    std::string sitemapFolder_;
+};
+
+}  // namespace loomcrest

@@ -1,0 +1,237 @@
+#include "platform/HtmlDocument.h"
+
+#include <libxml/HTMLparser.h>
+#include <libxml/HTMLtree.h>
+#include <libxml/parser.h>
+#include <libxml/parserInternals.h>
+#include <libxml/tree.h>
+#include <libxml/xpath.h>
+
+#include <libxml/SAX2.h>
+
+#include <algorithm>
+#include <cctype>
+#include <climits>
+
+namespace loomcrest {
+
+namespace {
+
+struct XPathContextDeleter {
+    void operator()(xmlXPathContext* context) const { xmlXPathFreeContext(context); }
+};
+struct XPathObjectDeleter {
+    void operator()(xmlXPathObject* object) const { xmlXPathFreeObject(object); }
+};
+struct XmlBufferDeleter {
+    void operator()(xmlBuffer* buffer) const { xmlBufferFree(buffer); }
+};
+struct XmlCharDeleter {
+    void operator()(xmlChar* text) const { xmlFree(text); }
+};
+
+const xmlChar* asXmlChars(const std::string& text) {
+    return reinterpret_cast<const xmlChar*>(text.c_str());
+}
+
+std::string fromXmlChars(const xmlChar* text) {
+    return text == nullptr ? std::string() : std::string(reinterpret_cast<const char*>(text));
+}
+
+std::string takeXmlChars(xmlChar* text) {
+    const std::unique_ptr<xmlChar, XmlCharDeleter> owned(text);
+    return fromXmlChars(owned.get());
+}
+
+constexpr int kHtmlOptions =
+    HTML_PARSE_RECOVER | HTML_PARSE_NOERROR | HTML_PARSE_NOWARNING | HTML_PARSE_NONET;
+// No start tag is longer than this; a search back for one stops here.
+constexpr size_t kLongestStartTag = size_t{64} * 1024;
+
+constexpr int kXmlOptions =
+    XML_PARSE_RECOVER | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_NONET;
+
+struct ContextDeleter {
+    void operator()(xmlParserCtxt* context) const {
+        if (context->html != 0) {
+            htmlFreeParserCtxt(context);
+        } else {
+            xmlFreeParserCtxt(context);
+        }
+    }
+};
+
+// The parser calls its start-element handler right after the start tag's attributes, so
+// the input position then marks the end of the tag. Recording it lets the node's source
+// markup be cut out later with its original quoting and letter case.
+void recordStartTagEnd(xmlParserCtxt* context) {
+    if (context->node == nullptr || context->input == nullptr || context->_private == nullptr) {
+        return;
+    }
+    const auto position = static_cast<size_t>(context->input->consumed) +
+                          static_cast<size_t>(context->input->cur - context->input->base);
+    static_cast<std::unordered_map<const xmlNode*, size_t>*>(context->_private)
+        ->emplace(context->node, position);
+}
+
+void recordHtmlStartTag(void* userData, const xmlChar* name, const xmlChar** attributes) {
+    xmlSAX2StartElement(userData, name, attributes);
+    recordStartTagEnd(static_cast<xmlParserCtxt*>(userData));
+}
+
+void recordXmlStartTag(void* userData, const xmlChar* localName, const xmlChar* prefix,
+                       const xmlChar* uri, int namespaceCount, const xmlChar** namespaces,
+                       int attributeCount, int defaultedCount, const xmlChar** attributes) {
+    xmlSAX2StartElementNs(userData, localName, prefix, uri, namespaceCount, namespaces,
+                          attributeCount, defaultedCount, attributes);
+    recordStartTagEnd(static_cast<xmlParserCtxt*>(userData));
+}
+
+bool equalsIgnoringCase(std::string_view a, std::string_view b) {
+    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
+               return std::tolower(static_cast<unsigned char>(x)) ==
+                      std::tolower(static_cast<unsigned char>(y));
+           });
+}
+
+}  // namespace
+
+void MarkupDocument::DocumentDeleter::operator()(xmlDoc* document) const {
+    xmlFreeDoc(document);
+}
+
+MarkupDocument::MarkupDocument(MarkupDocument&&) noexcept = default;
+MarkupDocument& MarkupDocument::operator=(MarkupDocument&&) noexcept = default;
+MarkupDocument::~MarkupDocument() = default;
+
+std::optional<MarkupDocument> MarkupDocument::parseHtml(std::string_view bytes) {
+    return parse(bytes, true);
+}
+
+std::optional<MarkupDocument> MarkupDocument::parseXml(std::string_view bytes) {
+    return parse(bytes, false);
+}
+
+std::optional<MarkupDocument> MarkupDocument::parse(std::string_view bytes, bool html) {
+    if (bytes.empty() || bytes.size() > INT_MAX) {
+        return std::nullopt;
+    }
+    const int size = static_cast<int>(bytes.size());
+    const std::unique_ptr<xmlParserCtxt, ContextDeleter> context(
+        html ? htmlCreateMemoryParserCtxt(bytes.data(), size)
+             : xmlCreateMemoryParserCtxt(bytes.data(), size));
+    if (!context || context->sax == nullptr) {
+        return std::nullopt;
+    }
+    MarkupDocument document;
+    document.startTagEnds_ = std::make_unique<std::unordered_map<const xmlNode*, size_t>>();
+    context->_private = document.startTagEnds_.get();
+    if (html) {
+        context->sax->startElement = recordHtmlStartTag;
+        htmlCtxtUseOptions(context.get(), kHtmlOptions);
+        htmlParseDocument(context.get());
+    } else {
+        context->sax->startElementNs = recordXmlStartTag;
+        xmlCtxtUseOptions(context.get(), kXmlOptions);
+        xmlParseDocument(context.get());
+    }
+    document.document_.reset(context->myDoc);
+    context->myDoc = nullptr;
+    if (!document.document_ || xmlDocGetRootElement(document.document_.get()) == nullptr) {
+        return std::nullopt;
+    }
+    document.source_ = std::string(bytes);
+    document.html_ = html;
+    return document;
+}
+
+std::vector<MarkupNode> MarkupDocument::select(std::string_view xpath) const {
+    std::vector<MarkupNode> nodes;
+    const std::unique_ptr<xmlXPathContext, XPathContextDeleter> context(
+        xmlXPathNewContext(document_.get()));
+    if (!context) {
+        return nodes;
+    }
+    context->node = xmlDocGetRootElement(document_.get());
+    const std::string expression(xpath);
+    const std::unique_ptr<xmlXPathObject, XPathObjectDeleter> result(
+        xmlXPathEvalExpression(asXmlChars(expression), context.get()));
+    if (!result || result->type != XPATH_NODESET || result->nodesetval == nullptr) {
+        return nodes;
+    }
+    const xmlNodeSet* set = result->nodesetval;
+    nodes.reserve(static_cast<size_t>(set->nodeNr));
+    for (int i = 0; i < set->nodeNr; ++i) {
+        nodes.emplace_back(*this, set->nodeTab[i]);
+    }
+    return nodes;
+}
+
+bool MarkupNode::isElement() const {
+    return node_->type == XML_ELEMENT_NODE;
+}
+
+std::string MarkupNode::name() const {
+    return fromXmlChars(node_->name);
+}
+
+std::optional<std::string> MarkupNode::attribute(std::string_view attributeName) const {
+    const std::string name(attributeName);
+    if (!isElement() || xmlHasProp(node_, asXmlChars(name)) == nullptr) {
+        return std::nullopt;
+    }
+    return takeXmlChars(xmlGetProp(node_, asXmlChars(name)));
+}
+
+std::string MarkupNode::stringValue() const {
+    return takeXmlChars(xmlNodeGetContent(node_));
+}
+
+std::optional<MarkupNode> MarkupNode::firstChild() const {
+    if (node_->children == nullptr) {
+        return std::nullopt;
+    }
+    return MarkupNode(*document_, node_->children);
+}
+
+std::string MarkupNode::sourceMarkup() const {
+    if (auto markup = document_->startTagSource(node_)) {
+        return *std::move(markup);
+    }
+    const std::unique_ptr<xmlBuffer, XmlBufferDeleter> buffer(xmlBufferCreate());
+    if (!buffer) {
+        return {};
+    }
+    if (document_->html_) {
+        htmlNodeDump(buffer.get(), document_->document_.get(), node_);
+    } else {
+        xmlNodeDump(buffer.get(), document_->document_.get(), node_, 0, 0);
+    }
+    return fromXmlChars(xmlBufferContent(buffer.get()));
+}
+
+std::optional<std::string> MarkupDocument::startTagSource(const xmlNode* node) const {
+    const auto found = startTagEnds_->find(node);
+    if (found == startTagEnds_->end() || found->second > source_.size()) {
+        return std::nullopt;
+    }
+    const std::string opening = "<" + fromXmlChars(node->name);
+    const size_t closing = source_.find('>', found->second);
+    if (closing == std::string::npos || found->second < opening.size()) {
+        return std::nullopt;
+    }
+    // Walk back from the reported position to the "<" that opens a tag of this name.
+    for (size_t start = source_.rfind('<', found->second); start != std::string::npos;
+         start = start == 0 ? std::string::npos : source_.rfind('<', start - 1)) {
+        const std::string_view candidate = std::string_view(source_).substr(start, opening.size());
+        if (equalsIgnoringCase(candidate, opening)) {
+            return source_.substr(start, closing + 1 - start);
+        }
+        if (found->second - start > kLongestStartTag) {
+            break;
+        }
+    }
+    return std::nullopt;
+}
+
+}  // namespace loomcrest

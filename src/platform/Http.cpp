@@ -1,0 +1,182 @@
+#include "platform/Http.h"
+
+#include <curl/curl.h>
+
+#include <algorithm>
+#include <cctype>
+#include <memory>
+
+#include "platform/Text.h"
+
+namespace loomcrest::http {
+
+namespace {
+
+constexpr long kMaxRedirects = 10;
+constexpr const char* kUserAgent = "Loomcrest/0.1";
+// A body larger than this is abandoned as if nothing had answered, so that a hostile
+// server cannot exhaust memory.
+constexpr size_t kMaxBodyBytes = size_t{64} * 1024 * 1024;
+
+struct CurlDeleter {
+    void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
+};
+
+void initialiseCurlOnce() {
+    static const bool initialised = curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK;
+    (void)initialised;
+}
+
+// One handle per thread: libcurl keeps its connection cache in the handle, so reusing it
+// keeps connections to the scanned server alive between requests.
+std::unique_ptr<CURL, CurlDeleter>& threadHandleSlot() {
+    thread_local std::unique_ptr<CURL, CurlDeleter> handle;
+    return handle;
+}
+
+CURL* threadHandle() {
+    initialiseCurlOnce();
+    auto& handle = threadHandleSlot();
+    if (handle) {
+        curl_easy_reset(handle.get());
+    } else {
+        handle.reset(curl_easy_init());
+    }
+    return handle.get();
+}
+
+std::string lowerCase(std::string_view text) {
+    std::string lower(text);
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return lower;
+}
+
+std::string_view trimmed(std::string_view text) {
+    while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) {
+        text.remove_prefix(1);
+    }
+    while (!text.empty() && std::isspace(static_cast<unsigned char>(text.back())) != 0) {
+        text.remove_suffix(1);
+    }
+    return text;
+}
+
+size_t collectBody(char* data, size_t size, size_t count, void* target) {
+    auto* body = static_cast<std::string*>(target);
+    if (body->size() + (size * count) > kMaxBodyBytes) {
+        return 0;
+    }
+    body->append(data, size * count);
+    return size * count;
+}
+
+// Called once per header line; a new status line starts a new response (after a redirect
+// or an interim 100 Continue), so only the last response's fields are kept.
+size_t collectHeader(char* data, size_t size, size_t count, void* target) {
+    auto* headers = static_cast<std::vector<std::pair<std::string, std::string>>*>(target);
+    const std::string_view line(data, size * count);
+    if (line.starts_with("HTTP/")) {
+        headers->clear();
+        return size * count;
+    }
+    const size_t colon = line.find(':');
+    if (colon != std::string_view::npos) {
+        headers->emplace_back(std::string(trimmed(line.substr(0, colon))),
+                              std::string(trimmed(line.substr(colon + 1))));
+    }
+    return size * count;
+}
+
+}  // namespace
+
+std::optional<std::string> Response::header(std::string_view name) const {
+    const std::string wanted = lowerCase(name);
+    for (const auto& [field, value] : headers) {
+        if (lowerCase(field) == wanted) {
+            return value;
+        }
+    }
+    return std::nullopt;
+}
+
+Response send(const Request& request) {
+    Response response;
+    CURL* curl = threadHandle();
+    if (curl == nullptr) {
+        return response;
+    }
+    const std::string url = request.url;
+    curl_easy_setopt(curl, CURLOPT_URL, url.c_str());
+    curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "http,https");
+    curl_easy_setopt(curl, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
+    curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(curl, CURLOPT_USERAGENT, kUserAgent);
+    curl_easy_setopt(curl, CURLOPT_ACCEPT_ENCODING, "");
+    curl_easy_setopt(curl, CURLOPT_TIMEOUT, static_cast<long>(request.timeout.count()));
+    const bool follow = request.redirects == Redirects::Follow;
+    curl_easy_setopt(curl, CURLOPT_FOLLOWLOCATION, follow ? 1L : 0L);
+    curl_easy_setopt(curl, CURLOPT_MAXREDIRS, kMaxRedirects);
+    if (request.method == "HEAD") {
+        curl_easy_setopt(curl, CURLOPT_NOBODY, 1L);
+    } else if (request.method != "GET") {
+        curl_easy_setopt(curl, CURLOPT_CUSTOMREQUEST, request.method.c_str());
+    }
+    curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, collectBody);
+    curl_easy_setopt(curl, CURLOPT_WRITEDATA, &response.body);
+    curl_easy_setopt(curl, CURLOPT_HEADERFUNCTION, collectHeader);
+    curl_easy_setopt(curl, CURLOPT_HEADERDATA, &response.headers);
+
+    const CURLcode result = curl_easy_perform(curl);
+    long status = 0;
+    curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &status);
+    if (result != CURLE_OK || status == 0) {
+        return Response{};
+    }
+    response.isHttp = true;
+    response.statusCode = status;
+    if (const auto contentType = response.header("Content-Type")) {
+        const std::string_view type =
+            std::string_view(*contentType)
+                .substr(0, std::min(contentType->find(';'), contentType->size()));
+        response.mimeType = lowerCase(trimmed(type));
+    }
+    return response;
+}
+
+void closeThreadConnections() {
+    threadHandleSlot().reset();
+}
+
+std::optional<std::string> fetchBytes(std::string_view url) {
+    Request request;
+    request.url = url;
+    Response response = send(request);
+    if (!response.isHttp) {
+        return std::nullopt;
+    }
+    return std::move(response.body);
+}
+
+std::optional<std::string> fetchText(std::string_view url) {
+    auto body = fetchBytes(url);
+    if (!body || !isValidUtf8(*body)) {
+        return std::nullopt;
+    }
+    return body;
+}
+
+std::string statusText(long statusCode) {
+    return std::to_string(statusCode) + " - " + std::string(reasonPhrase(statusCode));
+}
+
+std::optional<std::chrono::system_clock::time_point> parseHttpDate(std::string_view text) {
+    const std::string date(text);
+    const time_t seconds = curl_getdate(date.c_str(), nullptr);
+    if (seconds == -1) {
+        return std::nullopt;
+    }
+    return std::chrono::system_clock::from_time_t(seconds);
+}
+
+}  // namespace loomcrest::http

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+// The HTML sitemap document: a head with its style block, then page-title and link lines in
+// one column or in two- or three-column tables. Every href ends with "---LINKID:N---" and
+// every anchor text with "<!-- LINKID: N -->", which tie a line to its entry.
+namespace loomcrest {
+
+// The 49 lines every layout file starts with, each ended by a line feed.
+std::string_view htmlSitemapHead();
+// Follows the head in the two- and three-column files, with no line feed after it.
+inline constexpr std::string_view kTableOpening =
+    R"(<table width="100%" border="0" cellpadding="10">)";
+
+// A page's title line; the title is given as it stands and has its "&" escaped here.
+std::string pageTitleLine(std::string_view pageURL, int linkId, std::string_view title);
+// A link line; the same escaping of the title.
+std::string linkLine(std::string_view linkURL, int linkId, std::string_view title);
+
+// "&" as "&amp;", the only escaping titles get; "<", ">" and quotes pass through.
+std::string escapeAmpersands(std::string_view text);
+
+// The piece that appends `item` to a one-column file.
+std::string oneColumnPiece(std::string_view item);
+// The piece that appends `item` to a table of `columns` cells a row, given how many cells of
+// the open row are filled; advances that count.
+std::string tablePiece(std::string_view item, int columns, int& filledCells);
+
+}  // namespace loomcrest

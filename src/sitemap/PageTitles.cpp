@@ -1,0 +1,97 @@
+#include "sitemap/PageTitles.h"
+
+#include <array>
+#include <optional>
+
+#include "platform/Http.h"
+#include "platform/Regex.h"
+#include "platform/Text.h"
+
+namespace loomcrest {
+
+namespace {
+
+std::string firstTitle(const std::optional<MarkupDocument>& document) {
+    if (!document) {
+        return std::string(kNoPageTitle);
+    }
+    const auto titles = document->select("//title");
+    if (titles.empty()) {
+        return std::string(kNoPageTitle);
+    }
+    std::string title = titles.front().stringValue();
+    return title.empty() ? std::string(kNoPageTitle) : title;
+}
+
+// The first non-empty capture of the three quotings. The unquoted form is lazy with nothing
+// behind it, so it always captures nothing: an unquoted value never gives a title.
+std::string quotedAttributeValue(std::string_view markup, const std::array<Regex, 3>& patterns) {
+    for (const Regex& pattern : patterns) {
+        if (const auto match = pattern.firstMatch(markup)) {
+            if (auto value = match->capture(1); value && !value->empty()) {
+                return *value;
+            }
+        }
+    }
+    return {};
+}
+
+std::string imageTitle(std::string_view imageMarkup) {
+    static const std::array<Regex, 3> altPatterns = {
+        Regex(R"re(alt="(.*?)")re"), Regex(R"re(alt='(.*?)')re"), Regex("alt=(.*?)")};
+    static const std::array<Regex, 3> titlePatterns = {
+        Regex(R"re(title="(.*?)")re"), Regex(R"re(title='(.*?)')re"), Regex("title=(.*?)")};
+
+    if (containsIgnoringCase(imageMarkup, "alt=")) {
+        std::string alt = quotedAttributeValue(imageMarkup, altPatterns);
+        return alt.empty() ? std::string(kImageWithoutAlt) : alt;
+    }
+    if (containsIgnoringCase(imageMarkup, "title=")) {
+        std::string title = quotedAttributeValue(imageMarkup, titlePatterns);
+        return title.empty() ? std::string(kImageWithoutTitleOrAlt) : title;
+    }
+    return {};
+}
+
+}  // namespace
+
+std::string findPageHTMLTitleElement(std::string_view pageURL) {
+    // The page is asked for as text first and that answer is not used; the title comes
+    // from the bytes of a second request.
+    (void)http::fetchText(pageURL);
+    const auto body = http::fetchBytes(pageURL);
+    if (!body) {
+        return std::string(kNoPageTitle);
+    }
+    return pageTitleFromBody(*body);
+}
+
+std::string pageTitleFromBody(std::string_view body) {
+    std::string title = firstTitle(MarkupDocument::parseHtml(body));
+    if (title == kNoPageTitle) {
+        title = firstTitle(MarkupDocument::parseXml(body));
+    }
+    return title.empty() ? std::string(kNoPageTitle) : title;
+}
+
+std::string findHREFInNode(const MarkupNode& anchor) {
+    return anchor.attribute("href").value_or(std::string());
+}
+
+std::string findLinkTitle(const MarkupNode& anchor) {
+    std::string title = anchor.stringValue();
+    if (title.empty()) {
+        title = anchor.attribute("name").value_or(std::string());
+    }
+    if (title.empty()) {
+        const auto child = anchor.firstChild();
+        if (child && child->isElement() && child->name() == "img") {
+            title = imageTitle(child->sourceMarkup());
+        } else {
+            title = kNoLinkName;
+        }
+    }
+    return title.empty() ? std::string(kNoLinkTitle) : title;
+}
+
+}  // namespace loomcrest

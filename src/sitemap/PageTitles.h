@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/HtmlDocument.h"
+
+// The texts under which the sitemap lists pages and links. None of these fails: each falls
+// back to a fixed text, which then stands in the sitemap as it is.
+namespace loomcrest {
+
+inline constexpr std::string_view kNoPageTitle = "Could not find page title";
+inline constexpr std::string_view kImageWithoutAlt = "Image Link With No Alt Tag";
+inline constexpr std::string_view kImageWithoutTitleOrAlt = "Image Link With No Title or Alt Tags";
+inline constexpr std::string_view kNoLinkName = "No Link Name Found";
+inline constexpr std::string_view kNoLinkTitle = "Could not find link title";
+
+// Fetches the page (twice: once as text, whose result is not used, then as bytes) and
+// returns its title.
+std::string findPageHTMLTitleElement(std::string_view pageURL);
+// The title of a page body: "//title" of the HTML parse, else of the XML parse.
+std::string pageTitleFromBody(std::string_view body);
+
+// The anchor's "href" attribute, or empty text.
+std::string findHREFInNode(const MarkupNode& anchor);
+// The anchor's text; else its name; else the alt or title text of an image that is its
+// first child; else a fallback.
+std::string findLinkTitle(const MarkupNode& anchor);
+
+}  // namespace loomcrest

@@ -1,0 +1,109 @@
+#include "crawler/ScanFilters.h"
+
+#include <gtest/gtest.h>
+
+#include "app/ProcessState.h"
+#include "platform/FileSystem.h"
+#include "sites/DataPaths.h"
+#include "support/Recorders.h"
+#include "support/TemporaryHome.h"
+
+namespace loomcrest {
+namespace {
+
+using test::fileContents;
+using test::RecordingAlerts;
+using test::TemporaryHome;
+using test::writeFile;
+
+class RecordingFilterView : public FilterView {
+public:
+    void reloadFilterTable() override { ++reloads; }
+    void clearNewFilterInput() override { ++clears; }
+    int reloads = 0;
+    int clears = 0;
+};
+
+class Filters : public testing::Test {
+protected:
+    void SetUp() override {
+        checkNeededFoldersExist();
+        createFolder(siteFolderLocation("Example"));
+        vrlmpFiltersArray.clear();
+    }
+    void TearDown() override { vrlmpFiltersArray.clear(); }
+    std::string filterFile() const { return home.dataRoot() + "/Example/filters.zplp"; }
+
+    TemporaryHome home;
+    std::string shownName = "Example";
+    RecordingFilterView view;
+    RecordingAlerts alerts;
+    NotificationCenter notifications;
+    ScanFilters filters{[this] { return shownName; }, view, alerts, notifications};
+};
+
+TEST_F(Filters, SelectingASiteCreatesAndLoadsItsFile) {
+    notifications.post("vrlmpLFF");
+    EXPECT_TRUE(pathExists(filterFile()));
+    EXPECT_EQ(fileContents(filterFile()), "");
+    EXPECT_TRUE(vrlmpFiltersArray.empty());
+    EXPECT_EQ(view.reloads, 1);
+
+    writeFile(filterFile(), "tmp\n\nPDF\n  spaced  \n");
+    notifications.post("vrlmpLFF");
+    EXPECT_EQ(vrlmpFiltersArray, (std::vector<std::string>{"tmp", "PDF", "  spaced  "}));
+    EXPECT_EQ(filters.filterArrayLength(), 3U);
+    EXPECT_EQ(filters.filterArrayObject(1), "PDF");
+    EXPECT_EQ(filters.filterArrayObject(7), "");
+}
+
+TEST_F(Filters, AddingKeepsBlanksTrimsLineBreaksAndAllowsDuplicates) {
+    filters.loadFilterFile();
+    filters.addFilterCommand("  tmp  ");
+    filters.addFilterCommand("\r\nPDF\n");
+    filters.addFilterCommand("PDF");
+    EXPECT_EQ(fileContents(filterFile()), "  tmp  \nPDF\nPDF\n");
+    EXPECT_EQ(vrlmpFiltersArray, (std::vector<std::string>{"  tmp  ", "PDF", "PDF"}));
+    EXPECT_EQ(view.clears, 3);
+    EXPECT_TRUE(alerts.shown.empty());
+}
+
+TEST_F(Filters, AnEmptyFilterIsRefused) {
+    filters.loadFilterFile();
+    filters.addFilterCommand("");
+    ASSERT_EQ(alerts.shown.size(), 1U);
+    EXPECT_EQ(alerts.shown[0].title, "Cannot Add Filter");
+    EXPECT_EQ(alerts.shown[0].message, "There is nothing to add!");
+    EXPECT_EQ(alerts.shown[0].parent, AlertParent::MainWindow);
+    EXPECT_EQ(fileContents(filterFile()), "");
+    EXPECT_EQ(view.clears, 0);
+}
+
+TEST_F(Filters, DeletingSelectedRowsRewritesTheFile) {
+    writeFile(filterFile(), "a\nb\nc\nd\n");
+    filters.loadFilterFile();
+    filters.deleteFilter({0, 2});
+    EXPECT_EQ(fileContents(filterFile()), "b\nd\n");
+    filters.deleteFilter({0, 1});
+    EXPECT_EQ(fileContents(filterFile()), "");
+    EXPECT_TRUE(vrlmpFiltersArray.empty());
+}
+
+TEST_F(Filters, AnUnreadableFileGivesNoFiltersAndIsNotOverwrittenByAdding) {
+    writeFile(filterFile(), "caf\xe9\n");
+    filters.loadFilterFile();
+    EXPECT_TRUE(vrlmpFiltersArray.empty());
+    filters.addFilterCommand("new");
+    EXPECT_EQ(fileContents(filterFile()), "caf\xe9\n");
+}
+
+TEST_F(Filters, WithoutASiteNothingIsWritten) {
+    shownName.clear();
+    filters.loadFilterFile();
+    filters.addFilterCommand("x");
+    EXPECT_TRUE(vrlmpFiltersArray.empty());
+    EXPECT_FALSE(pathExists(home.dataRoot() + "/filters.zplp"));
+}
+
+}  // namespace
+}  // namespace loomcrest

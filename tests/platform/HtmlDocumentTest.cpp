@@ -1,0 +1,43 @@
+#include "platform/HtmlDocument.h"
+
+#include <gtest/gtest.h>
+
+namespace loomcrest {
+namespace {
+
+TEST(MarkupDocument, BrokenHtmlStillGivesItsAnchorsInOrder) {
+    const auto document =
+        MarkupDocument::parseHtml("<p>text <a href=one>1<a href='two'>2</b></div><A HREF=\"3\">");
+    ASSERT_TRUE(document.has_value());
+    const auto anchors = document->select("//a");
+    ASSERT_EQ(anchors.size(), 3U);
+    EXPECT_EQ(anchors[0].attribute("href"), "one");
+    EXPECT_EQ(anchors[1].attribute("href"), "two");
+    EXPECT_EQ(anchors[2].attribute("href"), "3");
+    EXPECT_EQ(anchors[2].name(), "a");
+}
+
+TEST(MarkupDocument, SourceMarkupKeepsQuotingAndCase) {
+    const auto document = MarkupDocument::parseHtml(
+        "<html><body><a href=x><IMG SRC=a.png ALT='It''s'></a><a><img alt=\"q>x\"/></a>");
+    ASSERT_TRUE(document.has_value());
+    const auto anchors = document->select("//a");
+    ASSERT_EQ(anchors.size(), 2U);
+    EXPECT_EQ(anchors[0].firstChild()->sourceMarkup(), "<IMG SRC=a.png ALT='It''s'>");
+    EXPECT_EQ(anchors[1].firstChild()->name(), "img");
+}
+
+TEST(MarkupDocument, XmlModeRecoversWhatItCan) {
+    EXPECT_TRUE(MarkupDocument::parseXml("<root><a href='1'>x</a></root>").has_value());
+    EXPECT_FALSE(MarkupDocument::parseXml("no markup here").has_value());
+    EXPECT_FALSE(MarkupDocument::parseHtml("").has_value());
+}
+
+TEST(MarkupDocument, StringValueJoinsDescendantText) {
+    const auto document = MarkupDocument::parseHtml("<a href=x>A <b>bold</b> move<!-- c --></a>");
+    ASSERT_TRUE(document.has_value());
+    EXPECT_EQ(document->select("//a").front().stringValue(), "A bold move");
+}
+
+}  // namespace
+}  // namespace loomcrest

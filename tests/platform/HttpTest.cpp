@@ -1,0 +1,119 @@
+#include "platform/Http.h"
+
+#include <gtest/gtest.h>
+
+#include <mutex>
+#include <set>
+
+#include "support/TestServer.h"
+
+namespace loomcrest {
+namespace {
+
+using test::TestServer;
+
+class Http : public testing::Test {
+protected:
+    void SetUp() override {
+        auto& routes = server.server();
+        routes.Get("/page", [](const httplib::Request&, httplib::Response& res) {
+            res.set_content("<html>ok</html>", "Text/HTML; charset=utf-8");
+        });
+        routes.Get("/moved", [](const httplib::Request&, httplib::Response& res) {
+            res.set_redirect("/page");
+        });
+        routes.Get("/loop", [](const httplib::Request&, httplib::Response& res) {
+            res.set_redirect("/loop");
+        });
+        routes.Get("/latin1", [](const httplib::Request&, httplib::Response& res) {
+            res.set_content("caf\xe9", "text/plain");
+        });
+        routes.Get("/peer", [this](const httplib::Request& req, httplib::Response& res) {
+            const std::lock_guard lock(peersMutex);
+            peers.insert(req.remote_port);
+            res.set_content("x", "text/plain");
+        });
+        server.start();
+    }
+
+    TestServer server;
+    std::mutex peersMutex;
+    std::set<int> peers;
+};
+
+TEST_F(Http, ReadsStatusTypeAndBody) {
+    http::Request request;
+    request.url = server.url("/page");
+    const auto response = http::send(request);
+    EXPECT_TRUE(response.isHttp);
+    EXPECT_EQ(response.statusCode, 200);
+    EXPECT_EQ(response.mimeType, "text/html");
+    EXPECT_EQ(response.body, "<html>ok</html>");
+    EXPECT_EQ(response.header("content-type"), "Text/HTML; charset=utf-8");
+}
+
+TEST_F(Http, FollowsRedirectsOrReportsThem) {
+    http::Request request;
+    request.url = server.url("/moved");
+    EXPECT_EQ(http::send(request).body, "<html>ok</html>");
+    request.redirects = http::Redirects::Report;
+    const auto reported = http::send(request);
+    EXPECT_EQ(reported.statusCode, 302);
+    EXPECT_TRUE(reported.header("Location").has_value());
+}
+
+TEST_F(Http, EndlessRedirectsCountAsNoAnswer) {
+    http::Request request;
+    request.url = server.url("/loop");
+    EXPECT_FALSE(http::send(request).isHttp);
+}
+
+TEST_F(Http, MissingPagesStillAnswer) {
+    http::Request request;
+    request.url = server.url("/missing");
+    const auto response = http::send(request);
+    EXPECT_TRUE(response.isHttp);
+    EXPECT_EQ(response.statusCode, 404);
+}
+
+TEST_F(Http, NothingListeningAndOtherSchemesGiveNoAnswer) {
+    http::Request request;
+    request.url = "http://127.0.0.1:1/";
+    EXPECT_FALSE(http::send(request).isHttp);
+    request.url = "file:///etc/hostname";
+    EXPECT_FALSE(http::send(request).isHttp);
+    EXPECT_EQ(http::fetchBytes("ftp://127.0.0.1/x"), std::nullopt);
+}
+
+TEST_F(Http, TextFetchesRefuseMalformedUtf8) {
+    EXPECT_EQ(http::fetchBytes(server.url("/latin1")), "caf\xe9");
+    EXPECT_EQ(http::fetchText(server.url("/latin1")), std::nullopt);
+    EXPECT_EQ(http::fetchText(server.url("/page")), "<html>ok</html>");
+}
+
+TEST_F(Http, ConnectionsAreKeptAliveOnAThread) {
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(http::fetchBytes(server.url("/peer")), "x");
+    }
+    const std::lock_guard lock(peersMutex);
+    EXPECT_EQ(peers.size(), 1U) << "every request came over the same connection";
+}
+
+TEST(HttpReasons, StandardPhrasesAndUnknownCodes) {
+    EXPECT_EQ(http::statusText(404), "404 - Not Found");
+    EXPECT_EQ(http::statusText(500), "500 - Internal Server Error");
+    EXPECT_EQ(http::statusText(301), "301 - Moved Permanently");
+    EXPECT_EQ(http::statusText(0), "0 - ");
+    EXPECT_EQ(http::statusText(299), "299 - ");
+}
+
+TEST(HttpDates, ParsesTheUsualForms) {
+    const auto expected = std::chrono::system_clock::from_time_t(784111777);
+    EXPECT_EQ(http::parseHttpDate("Sun, 06 Nov 1994 08:49:37 GMT"), expected);
+    EXPECT_EQ(http::parseHttpDate("Sunday, 06-Nov-94 08:49:37 GMT"), expected);
+    EXPECT_EQ(http::parseHttpDate("Sun Nov  6 08:49:37 1994"), expected);
+    EXPECT_EQ(http::parseHttpDate("yesterday-ish"), std::nullopt);
+}
+
+}  // namespace
+}  // namespace loomcrest
