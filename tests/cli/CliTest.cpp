@@ -116,3 +116,51 @@ TEST_F(CommandLine, UsageErrorsExitTwo) {
 
 }  // namespace
 }  // namespace loomcrest
+
+namespace loomcrest {
+namespace {
+
+using test::fileContents;
+using test::runLoomcrest;
+using test::TemporaryHome;
+
+TEST(FiltersCommand, ListsAddsAndDeletesByRowFromOne) {
+    TemporaryHome home;
+    runLoomcrest(home, {"add", "Example", "example.com"});
+    const std::string file = home.dataRoot() + "/Example/filters.zplp";
+
+    const auto empty = runLoomcrest(home, {"filters", "Example"});
+    EXPECT_EQ(empty.exitCode, 0);
+    EXPECT_EQ(empty.out, "");
+    EXPECT_EQ(fileContents(file), "") << "selecting the site creates the file";
+
+    EXPECT_EQ(runLoomcrest(home, {"filters", "Example", "add", "  tmp  "}).exitCode, 0);
+    EXPECT_EQ(runLoomcrest(home, {"filters", "Example", "add", "PDF"}).exitCode, 0);
+    EXPECT_EQ(runLoomcrest(home, {"filters", "Example", "add", "old"}).exitCode, 0);
+    EXPECT_EQ(runLoomcrest(home, {"filters", "Example"}).out, "  tmp  \nPDF\nold\n");
+
+    EXPECT_EQ(runLoomcrest(home, {"filters", "Example", "delete", "3", "1"}).exitCode, 0);
+    EXPECT_EQ(fileContents(file), "PDF\n");
+}
+
+TEST(FiltersCommand, RefusalsTouchNothing) {
+    TemporaryHome home;
+    runLoomcrest(home, {"add", "Example", "example.com"});
+    runLoomcrest(home, {"filters", "Example", "add", "PDF"});
+    const std::string file = home.dataRoot() + "/Example/filters.zplp";
+
+    const auto nothing = runLoomcrest(home, {"filters", "Example", "add", ""});
+    EXPECT_EQ(nothing.exitCode, 1);
+    EXPECT_EQ(nothing.err, "Cannot Add Filter\nThere is nothing to add!\n");
+
+    const auto pastEnd = runLoomcrest(home, {"filters", "Example", "delete", "1", "2"});
+    EXPECT_EQ(pastEnd.exitCode, 1);
+    EXPECT_EQ(pastEnd.err, "No filter in row 2.\n");
+    EXPECT_EQ(runLoomcrest(home, {"filters", "Example", "delete", "0"}).exitCode, 2);
+    EXPECT_EQ(runLoomcrest(home, {"filters", "Example", "rename"}).exitCode, 2);
+    EXPECT_EQ(runLoomcrest(home, {"filters", "Nope"}).err, "No site named \"Nope\".\n");
+    EXPECT_EQ(fileContents(file), "PDF\n");
+}
+
+}  // namespace
+}  // namespace loomcrest
