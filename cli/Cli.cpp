@@ -5,6 +5,7 @@
 #include <string>
 
 #include "FilterCommands.h"
+#include "ScanCommand.h"
 #include "SiteCommands.h"
 
 namespace loomcrest::cli {
@@ -50,6 +51,25 @@ int runLoomcrest(int argc, const char* const* argv, std::ostream& out, std::ostr
         ->check(CLI::IsMember({"ignore", "obey"}));
     robots->callback(
         [&] { command = [&] { return setIgnoreRobots(name, robotsChoice == "ignore", err); }; });
+
+    std::string onWarning;
+    auto* scan = app.add_subcommand("scan", "Scan a site into its sitemaps");
+    scan->add_option("NAME", name, "Site name")->required();
+    scan->add_option("--on-warning", onWarning,
+                     "Answer to the warning about URLs with several \"?\" (default: continue; "
+                     "asked on a terminal)")
+        ->check(CLI::IsMember({"continue", "cancel"}));
+    scan->callback([&] {
+        command = [&] {
+            WarningAnswer answer = WarningAnswer::AskOnTerminal;
+            if (onWarning == "continue") {
+                answer = WarningAnswer::Continue;
+            } else if (onWarning == "cancel") {
+                answer = WarningAnswer::Cancel;
+            }
+            return scanSite(name, answer, out, err);
+        };
+    });
 
     std::vector<std::string> filterArguments;
     auto* filters = app.add_subcommand(

@@ -8,8 +8,10 @@ void ConsoleAlerts::presentAlert(const Alert& alert, AlertCompletion completion)
     if (!alert.isQuestion()) {
         anyAlertShown_ = true;
     }
+    const int answer =
+        alert.isQuestion() && answerer_ ? answerer_(alert) : kDefaultButtonCode;
     if (completion) {
-        completion(kDefaultButtonCode);
+        completion(answer);
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <ostream>
 
 #include "platform/Alerts.h"
@@ -14,12 +15,18 @@ public:
 
     void presentAlert(const Alert& alert, AlertCompletion completion) override;
 
+    // Decides the answers to questions from now on instead of the default button.
+    void answerQuestionsWith(std::function<int(const Alert&)> answerer) {
+        answerer_ = std::move(answerer);
+    }
+
     // Whether an alert (not a question) was shown, which means an action was refused.
     bool anyAlertShown() const { return anyAlertShown_; }
 
 private:
     std::ostream& err_;
     bool anyAlertShown_ = false;
+    std::function<int(const Alert&)> answerer_;
 };
 
 }  // namespace loomcrest::cli

@@ -20,6 +20,8 @@ public:
     void setWindowTitle(std::string_view) override {}
     void reloadFilterList() override {}
     void clearScannedLinks() override {}
+    void appendScannedLink(std::string_view) override {}
+    void setScannedLinksText(std::string_view) override {}
 };
 
 class HeadlessSiteSheet : public SiteSheetView {

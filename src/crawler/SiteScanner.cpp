@@ -9,6 +9,7 @@
 #include "platform/Url.h"
 #include "sitemap/HtmlSitemapFormat.h"
 #include "sitemap/LastModified.h"
+#include "sitemap/SitemapFiles.h"
 #include "sitemap/XmlSitemapFormat.h"
 
 namespace loomcrest {
@@ -75,20 +76,19 @@ std::string SiteScanner::sitemapFile(std::string_view name) const {
 }
 
 void SiteScanner::buildPageTitleSitemap(std::string_view fragment, std::string_view plainLink) {
-    appendToFile(sitemapFile("sitemap1cpo.html"), oneColumnPiece(fragment));
-    appendToFile(sitemapFile("sitemap2cpo.html"), tablePiece(fragment, 2, twoColCountPO));
-    appendToFile(sitemapFile("sitemap3cpo.html"), tablePiece(fragment, 3, threeColCountPO));
-    appendToFile(sitemapFile("sitemap.xml"),
-                 xmlSitemapEntry(plainLink, lastModifiedDate(plainLink)));
+    appendToFile(sitemapFile(kOneColumnPagesOnly), oneColumnPiece(fragment));
+    appendToFile(sitemapFile(kTwoColumnPagesOnly), tablePiece(fragment, 2, twoColCountPO));
+    appendToFile(sitemapFile(kThreeColumnPagesOnly), tablePiece(fragment, 3, threeColCountPO));
+    appendToFile(sitemapFile(kXmlSitemap), xmlSitemapEntry(plainLink, lastModifiedDate(plainLink)));
 }
 
 void SiteScanner::buildAllLinksSitemaps(std::string_view pageData) {
     if (pageData.empty() || !isValidUtf8(pageData)) {
         return;
     }
-    appendToFile(sitemapFile("sitemap1c.html"), oneColumnPiece(pageData));
-    appendToFile(sitemapFile("sitemap2c.html"), tablePiece(pageData, 2, twoColCountAP));
-    appendToFile(sitemapFile("sitemap3c.html"), tablePiece(pageData, 3, threeColCountAP));
+    appendToFile(sitemapFile(kOneColumnAllLinks), oneColumnPiece(pageData));
+    appendToFile(sitemapFile(kTwoColumnAllLinks), tablePiece(pageData, 2, twoColCountAP));
+    appendToFile(sitemapFile(kThreeColumnAllLinks), tablePiece(pageData, 3, threeColCountAP));
 }
 
 }  // namespace loomcrest

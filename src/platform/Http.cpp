@@ -16,7 +16,7 @@ constexpr long kMaxRedirects = 10;
 constexpr const char* kUserAgent = "Loomcrest/0.1";
 // A body larger than this is abandoned as if nothing had answered, so that a hostile
 // server cannot exhaust memory.
-constexpr size_t kMaxBodyBytes = size_t{64} * 1024 * 1024;
+constexpr size_t kMaxBodyBytes = size_t{50} * 1024 * 1024;
 
 struct CurlDeleter {
     void operator()(CURL* handle) const { curl_easy_cleanup(handle); }

@@ -22,8 +22,11 @@ struct ScanViewState {
     // The broken-links button is enabled and visible, or disabled and transparent.
     bool brokenLinksButtonShown = false;
     bool scanButtonEnabled = false;
+    // The Add Site and Edit Site menu items.
+    bool addSiteEnabled = true;
+    bool editSiteEnabled = false;
     // The filters-drawer button, the filter input box, the add-filter and delete-filter
-    // buttons, the delete-site button and the Edit Site menu item.
+    // buttons and the delete-site button.
     bool siteControlsEnabled = false;
     bool filterDrawerOpen = false;
 };
@@ -36,7 +39,10 @@ public:
     virtual void siteListChanged(const std::vector<std::string>& names, int selectedRow) = 0;
     virtual void setWindowTitle(std::string_view title) = 0;
     virtual void reloadFilterList() = 0;
+    // The read-only list of URLs a scan has queued.
     virtual void clearScannedLinks() = 0;
+    virtual void appendScannedLink(std::string_view url) = 0;
+    virtual void setScannedLinksText(std::string_view text) = 0;
 };
 
 }  // namespace loomcrest

@@ -90,6 +90,7 @@ void ScanViewController::selectionCleared() {
     state_.details = SiteDetailsFields{};
     state_.brokenLinksButtonShown = false;
     state_.scanButtonEnabled = false;
+    state_.editSiteEnabled = false;
     state_.siteControlsEnabled = false;
     view_.clearScannedLinks();
     showState();
@@ -113,6 +114,7 @@ void ScanViewController::siteSelected(const std::string& name) {
     state_.details.siteURL = urlFromFile;
 
     state_.scanButtonEnabled = true;
+    state_.editSiteEnabled = true;
     state_.siteControlsEnabled = true;
     view_.reloadFilterList();
     vrlmpViewChanged = true;
@@ -165,6 +167,40 @@ void ScanViewController::clearSiteDetails() {
     const std::string linksScanned = state_.details.linksScanned;
     state_.details = SiteDetailsFields{};
     state_.details.linksScanned = linksScanned;
+    showState();
+}
+
+void ScanViewController::setScanControlsEnabled(bool enabled) {
+    state_.scanButtonEnabled = enabled;
+    state_.addSiteEnabled = enabled;
+    state_.editSiteEnabled = enabled;
+    showState();
+}
+
+void ScanViewController::setFilterDrawerOpen(bool open) {
+    state_.filterDrawerOpen = open;
+    showState();
+}
+
+void ScanViewController::clearScannedLinks() { view_.clearScannedLinks(); }
+
+void ScanViewController::appendScannedLink(std::string_view url) { view_.appendScannedLink(url); }
+
+void ScanViewController::setScannedLinksText(std::string_view text) {
+    view_.setScannedLinksText(text);
+}
+
+void ScanViewController::showScanStatistics(int32_t totalLinks, size_t pagesFound,
+                                            size_t brokenLinks) {
+    state_.details.totalLinksFound = std::to_string(totalLinks);
+    state_.details.pagesFound = std::to_string(pagesFound);
+    state_.details.brokenLinks = std::to_string(brokenLinks);
+    state_.brokenLinksButtonShown = brokenLinks != 0;
+    showState();
+}
+
+void ScanViewController::showPagesUsed(int32_t pagesUsed) {
+    state_.details.linksScanned = std::to_string(pagesUsed);
     showState();
 }
 

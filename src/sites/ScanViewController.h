@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "sites/ScanView.h"
@@ -41,6 +43,15 @@ public:
 
     // Empties the name, URL, total-links, pages-found and broken-links fields.
     void clearSiteDetails();
+
+    // What a scan changes in this view.
+    void setScanControlsEnabled(bool enabled);
+    void setFilterDrawerOpen(bool open);
+    void clearScannedLinks();
+    void appendScannedLink(std::string_view url);
+    void setScannedLinksText(std::string_view text);
+    void showScanStatistics(int32_t totalLinks, size_t pagesFound, size_t brokenLinks);
+    void showPagesUsed(int32_t pagesUsed);
 
     const ScanViewState& state() const { return state_; }
 

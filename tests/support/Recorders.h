@@ -40,7 +40,14 @@ public:
     }
     void setWindowTitle(std::string_view title) override { windowTitle = title; }
     void reloadFilterList() override { ++filterReloads; }
-    void clearScannedLinks() override { ++scannedLinksClears; }
+    void clearScannedLinks() override {
+        ++scannedLinksClears;
+        scannedLinks.clear();
+    }
+    void appendScannedLink(std::string_view url) override {
+        scannedLinks.append(url).append("\n");
+    }
+    void setScannedLinksText(std::string_view text) override { scannedLinks = text; }
 
     ScanViewState state;
     std::vector<std::string> names;
@@ -49,6 +56,7 @@ public:
     std::string windowTitle;
     int filterReloads = 0;
     int scannedLinksClears = 0;
+    std::string scannedLinks;
 };
 
 class RecordingSiteSheet : public SiteSheetView {

@@ -1,0 +1,111 @@
+#include "ScanCommand.h"
+
+#include <unistd.h>
+
+#include <atomic>
+#include <csignal>
+#include <iostream>
+
+#include "ConsoleScanSheet.h"
+#include "SiteCommands.h"
+#include "SiteSession.h"
+#include "app/ProcessState.h"
+#include "crawler/ScanDriver.h"
+#include "platform/RunLoop.h"
+#include "sites/DataPaths.h"
+
+namespace loomcrest::cli {
+
+namespace {
+
+std::atomic<bool> interruptRequested{false};
+
+extern "C" void requestInterrupt(int /*signal*/) { interruptRequested = true; }
+
+// Ctrl-C stops the scan as its Cancel button would; a second Ctrl-C ends the program.
+class InterruptGuard {
+public:
+    InterruptGuard() {
+        interruptRequested = false;
+        struct sigaction action {};
+        action.sa_handler = requestInterrupt;
+        action.sa_flags = SA_RESETHAND;
+        sigemptyset(&action.sa_mask);
+        sigaction(SIGINT, &action, &previous_);
+    }
+    InterruptGuard(const InterruptGuard&) = delete;
+    InterruptGuard& operator=(const InterruptGuard&) = delete;
+    ~InterruptGuard() { sigaction(SIGINT, &previous_, nullptr); }
+
+private:
+    struct sigaction previous_ {};
+};
+
+int askOnTerminal(const Alert& alert, std::ostream& err) {
+    err << "[" << alert.defaultButton << "/" << alert.otherButton << "] (default "
+        << alert.defaultButton << "): " << std::flush;
+    std::string reply;
+    std::getline(std::cin, reply);
+    const bool declined = !reply.empty() && (reply[0] == 'c' || reply[0] == 'C' ||
+                                             reply[0] == 'n' || reply[0] == 'N');
+    return declined ? kOtherButtonCode : kDefaultButtonCode;
+}
+
+void configureWarningAnswer(ConsoleAlerts& alerts, WarningAnswer onWarning, std::ostream& err) {
+    const bool interactive = onWarning == WarningAnswer::AskOnTerminal && isatty(STDIN_FILENO);
+    alerts.answerQuestionsWith([onWarning, interactive, &err](const Alert& alert) {
+        if (interactive) {
+            return askOnTerminal(alert, err);
+        }
+        return onWarning == WarningAnswer::Cancel ? kOtherButtonCode : kDefaultButtonCode;
+    });
+}
+
+}  // namespace
+
+int scanSite(const std::string& name, WarningAnswer onWarning, std::ostream& out,
+             std::ostream& err) {
+    SiteSession session(err);
+    return scanSite(session, name, onWarning, out, err);
+}
+
+int scanSite(SiteSession& session, const std::string& name, WarningAnswer onWarning,
+             std::ostream& out, std::ostream& err) {
+    if (!session.selectSite(name)) {
+        return kExitRefused;
+    }
+    configureWarningAnswer(session.alerts(), onWarning, err);
+
+    RunLoop loop;
+    ConsoleScanSheet sheet(err, isatty(STDERR_FILENO) != 0, [&loop] { loop.stop(); });
+    ScanDriver driver(session.siteList(), sheet, session.alerts(), loop);
+    const InterruptGuard interruptGuard;
+    bool interrupted = false;
+
+    loop.perform([&] {
+        driver.scanSiteAction();
+        if (!driver.isScanning()) {
+            loop.stop();
+        }
+    });
+    loop.run([&] {
+        if (interruptRequested && !interrupted) {
+            interrupted = true;
+            err << "\nStopping: closing the sitemap files..." << std::endl;
+            driver.cancelScan();
+        }
+    });
+    if (session.alerts().anyAlertShown()) {
+        return kExitRefused;
+    }
+
+    const SiteDetailsFields& details = session.siteList().state().details;
+    out << "Pages found: " << details.pagesFound << '\n'
+        << "Pages used: " << details.linksScanned << '\n'
+        << "Total links: " << details.totalLinksFound << '\n'
+        << "Broken links: " << details.brokenLinks << '\n'
+        << "Files in: " << siteFolderLocation(vrlmpCurSite) << '\n';
+    return interrupted ? kExitInterrupted : kExitSuccess;
+}
+
+}  // namespace loomcrest::cli

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <ostream>
+#include <string>
+
+namespace loomcrest::cli {
+
+class SiteSession;
+
+// How the multiple-"?" warning is answered.
+enum class WarningAnswer { Continue, Cancel, AskOnTerminal };
+
+// Exit status of a scan stopped by Ctrl-C: its files are closed and its figures stored.
+inline constexpr int kExitInterrupted = 130;
+
+// Selects the site, scans it and prints a summary.
+int scanSite(const std::string& name, WarningAnswer onWarning, std::ostream& out,
+             std::ostream& err);
+// The same within a session that is already open.
+int scanSite(SiteSession& session, const std::string& name, WarningAnswer onWarning,
+             std::ostream& out, std::ostream& err);
+
+}  // namespace loomcrest::cli

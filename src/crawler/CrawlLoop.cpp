@@ -1,0 +1,178 @@
+#include <optional>
+
+#include "app/ProcessState.h"
+#include "crawler/ScanDriver.h"
+#include "platform/HtmlDocument.h"
+#include "platform/Http.h"
+#include "platform/Text.h"
+#include "sitemap/HtmlSitemapFormat.h"
+#include "sitemap/PageTitles.h"
+#include "sites/ScanViewController.h"
+
+namespace loomcrest {
+
+namespace {
+
+constexpr http::Seconds kPageTimeout{20};
+// How often a busy page refreshes the progress sheet; the figures a person can read do
+// not change faster, and each refresh waits for the user-interface thread.
+constexpr std::chrono::milliseconds kSheetRefreshInterval{50};
+// Four "?" in a page URL, five pieces when split at them, raise the warning.
+constexpr size_t kSuspiciousQueryPieces = 5;
+
+}  // namespace
+
+struct ScanDriver::PageFetch {
+    bool good = false;
+    std::optional<std::string> body;
+};
+
+void ScanDriver::extractLinksFromPage() {
+    errCont_ = true;
+    lastSheetRefresh_ = {};
+    // The list grows while it is walked; its length is read afresh at every turn.
+    for (size_t i = 0; i < scanner_.uniquePagesLeftMArray.size(); ++i) {
+        const std::string url = scanner_.uniquePagesLeftMArray[i];
+        const std::string title = findPageHTMLTitleElement(url);
+        // A server's listing of a folder: counted, but neither mapped nor broken.
+        if (!escapeAmpersands(title).starts_with("Index of /")) {
+            if (split(url, '?').size() >= kSuspiciousQueryPieces && errCont_) {
+                warnAboutQueryMarks();
+            }
+            if (terminateScan_) {
+                break;
+            }
+            crawlPage(url, title);
+        }
+        afterPage();
+    }
+    scanFinished();
+}
+
+void ScanDriver::warnAboutQueryMarks() {
+    errCont_ = false;
+    ui_.performAndWait([this] { loopingError("stop"); });
+    ui_.perform([this] {
+        alerts_.presentAlert(
+            Alert::question("There may be an issue with the site you are scanning.",
+                            "URL parameters have been found containing multiple ?s which may "
+                            "be invalid.",
+                            "Continue", "", "Cancel Scan"),
+            [this](int returnCode) { sheetDidEndShouldStopScan(returnCode); });
+        sheet_.bringWindowToFront();
+    });
+    {
+        std::unique_lock lock(answerMutex_);
+        answered_.wait(lock, [this] { return errCont_.load(); });
+    }
+    // Answered: the warning never comes back in this scan.
+    errCont_ = false;
+    ui_.performAndWait([this] { loopingError("restart"); });
+}
+
+ScanDriver::PageFetch ScanDriver::fetchPage(const std::string& url) const {
+    http::Request request;
+    request.url = url;
+    request.timeout = kPageTimeout;
+    PageFetch fetch;
+    const http::Response first = http::send(request);
+    if (!first.isHttp) {
+        // Nothing answered, so there is no media type either: the page ends up broken.
+        return fetch;
+    }
+    // The page is asked for twice; the second answer gives the body and the media type.
+    http::Response second = http::send(request);
+    fetch.good = first.statusCode < 400 && second.isHttp && second.mimeType == "text/html";
+    if (second.isHttp) {
+        fetch.body = std::move(second.body);
+    }
+    return fetch;
+}
+
+void ScanDriver::crawlPage(const std::string& url, const std::string& title) {
+    PageFetch fetch = fetchPage(url);
+    scanner_.setPageBaseURLs(url);
+    if (!fetch.good) {
+        vrlmpBadLinkArray.push_back(scanner_.pageBaseURLUnchanged);
+        return;
+    }
+    const std::string fragment = pageTitleLine(url, scanner_.totLinks, title);
+    scanner_.fullPageData += fragment;
+    scanner_.buildPageTitleSitemap(fragment, url.empty() ? "Not Found" : url);
+
+    // Asked for once more as text; the answer is not used.
+    (void)http::fetchText(url);
+    if (!fetch.body || fetch.body->empty()) {
+        fetch.body = http::fetchBytes(url);
+    }
+    // Without a body the title line stays in fullPageData and goes out with the next
+    // parsed page's block.
+    if (fetch.body) {
+        extractLinks(*fetch.body);
+    }
+}
+
+void ScanDriver::extractLinks(const std::string& body) {
+    auto document = MarkupDocument::parseHtml(body);
+    if (!document) {
+        document = MarkupDocument::parseXml(body);
+    }
+    if (!document) {
+        return;
+    }
+    const std::vector<MarkupNode> anchors = document->select("//a");
+    ++scanner_.totLinks;  // the page itself counts as a link
+    refreshTotalLinks();
+    for (const MarkupNode& anchor : anchors) {
+        ++scanner_.totLinks;
+        refreshTotalLinks();
+        if (terminateScan_) {
+            break;
+        }
+        refreshScanSheet(false);
+        const LinkDecision decision = scanner_.acceptLink(findHREFInNode(anchor));
+        if (decision.outcome == LinkOutcome::Queued) {
+            ui_.performAndWait([this, &decision] { updateScanLinksList(decision.url); });
+        }
+        if (decision.outcome == LinkOutcome::Dropped ||
+            scanner_.pageInnerLinksMArray.contains(decision.url)) {
+            continue;
+        }
+        const std::string name = findLinkTitle(anchor);
+        scanner_.pageInnerLinksMArray.append(decision.url);
+        scanner_.pageInnerLinkNamesMArray.push_back(name);
+        scanner_.fullPageData += linkLine(decision.url, scanner_.totLinks, name);
+    }
+    scanner_.buildAllLinksSitemaps(scanner_.fullPageData);
+    scanner_.fullPageData.clear();
+    scanner_.pageInnerLinksMArray.clear();
+    scanner_.pageInnerLinkNamesMArray.clear();
+}
+
+void ScanDriver::afterPage() {
+    ++ssf_;
+    refreshTotalLinks();
+    refreshScanSheet(true);
+}
+
+void ScanDriver::refreshScanSheet(bool force) {
+    const auto now = std::chrono::steady_clock::now();
+    if (!force && now - lastSheetRefresh_ < kSheetRefreshInterval) {
+        return;
+    }
+    lastSheetRefresh_ = now;
+    ui_.performAndWait([this] { updateScanSheet(); });
+}
+
+// Not waited for; while one refresh is still queued another adds nothing, since it would
+// show the same counter.
+void ScanDriver::refreshTotalLinks() {
+    if (!totalLinksUpdateQueued_.exchange(true)) {
+        ui_.perform([this] {
+            totalLinksUpdateQueued_ = false;
+            updateTotLink();
+        });
+    }
+}
+
+}  // namespace loomcrest

@@ -1,0 +1,151 @@
+#include "crawler/ScanDriver.h"
+
+#include "app/ProcessState.h"
+#include "platform/Http.h"
+#include "sitemap/SitemapFiles.h"
+#include "sites/DataPaths.h"
+#include "sites/ScanViewController.h"
+
+namespace loomcrest {
+
+namespace {
+
+constexpr std::chrono::milliseconds kPauseDelay{500};
+
+}  // namespace
+
+ScanDriver::ScanDriver(ScanViewController& siteView, ScanSheetView& sheet, AlertPresenter& alerts,
+                       UiThread& ui)
+    : siteView_(siteView), sheet_(sheet), alerts_(alerts), ui_(ui) {}
+
+ScanDriver::~ScanDriver() {
+    terminateScan_ = true;
+    if (worker_.joinable()) {
+        worker_.join();
+    }
+}
+
+void ScanDriver::scanSiteAction() {
+    if (scanning_ || vrlmpCurSite.empty()) {
+        return;
+    }
+    if (worker_.joinable()) {
+        worker_.join();
+    }
+
+    reopenFilterDrawer_ = siteView_.state().filterDrawerOpen;
+    if (reopenFilterDrawer_) {
+        siteView_.setFilterDrawerOpen(false);
+    }
+    siteView_.setScanControlsEnabled(false);
+
+    scanner_.uniquePagesLeftMArray.clear();
+    fileLocationsArray_.clear();
+    vrlmpBadLinkArray.clear();
+    scanner_.pageInnerLinksMArray.clear();
+    terminateScan_ = false;
+    ssf_ = 0;
+    scanner_.totLinks = 0;
+    scanner_.twoColCountPO = 0;
+    scanner_.threeColCountPO = 0;
+    scanner_.twoColCountAP = 0;
+    scanner_.threeColCountAP = 0;
+    siteView_.clearScannedLinks();
+    scanner_.setAllowedMedia();
+    sheet_.showConnectionSheet(true);
+
+    sitemapFolder_ = siteFolderLocation(vrlmpCurSite);
+    scanner_.setSitemapFolder(sitemapFolder_);
+    writeSitemapHeaders(sitemapFolder_);
+
+    const std::string typedURL = siteView_.state().details.siteURL;
+    const bool reachable = scanner_.httpIsValid(typedURL);
+    scanner_.setSiteBaseURL(typedURL);
+    if (!reachable) {
+        reportUnreachable();
+        return;
+    }
+
+    // The site base ends in "/", so the request holds a double slash; servers that
+    // normalise paths find the file all the same.
+    const auto robots = http::fetchText(scanner_.siteBaseURL + "/robots.txt");
+    scanner_.loadRobotsRules(robots.value_or(std::string()));
+    scanner_.ignoreRobots = siteView_.state().ignoreRobotsChecked;
+    scanner_.uniquePagesLeftMArray.append(typedURL);
+
+    sheet_.showConnectionSheet(false);
+    sheet_.showProgressSheet(true);
+    startWorker();
+}
+
+void ScanDriver::reportUnreachable() {
+    http::Request request;
+    request.url = scanner_.siteBaseURL;
+    const http::Response response = http::send(request);
+    std::string codeText;
+    if (!response.isHttp || response.statusCode != 200) {
+        codeText = http::statusText(response.isHttp ? response.statusCode : 0);
+    }
+    sheet_.showConnectionSheet(false);
+    schedulePause();
+    siteView_.setScanControlsEnabled(true);
+    alerts_.presentAlert(Alert::notice("The Site URL Could Not Be Reached", "Error Code: " + codeText),
+                         [](int) {});
+}
+
+void ScanDriver::startWorker() {
+    scanning_ = true;
+    worker_ = std::thread([this] { extractLinksFromPage(); });
+}
+
+void ScanDriver::cancelScan() { terminateScan_ = true; }
+
+void ScanDriver::updateScanSheet() {
+    const auto listed = static_cast<int64_t>(scanner_.uniquePagesLeftMArray.size());
+    const int64_t dealtWith = ssf_;
+    ScanProgress progress;
+    progress.pagesLeft = listed - dealtWith;
+    progress.pagesScanned = dealtWith;
+    progress.brokenLinks = static_cast<int64_t>(vrlmpBadLinkArray.size());
+    if (listed > 1) {
+        progress.barMaximum = listed;
+        progress.barValue = dealtWith;
+    }
+    sheet_.showProgress(progress);
+}
+
+void ScanDriver::updateScanLinksList(const std::string& url) { siteView_.appendScannedLink(url); }
+
+void ScanDriver::updateTotLink() { sheet_.showTotalLinks(scanner_.totLinks); }
+
+void ScanDriver::loopingError(const std::string& command) {
+    if (command == "stop") {
+        sheet_.showProgressSheet(false);
+        schedulePause();
+    } else if (command == "restart") {
+        sheet_.showProgressSheet(true);
+    }
+}
+
+void ScanDriver::sheetDidEndShouldStopScan(int returnCode) {
+    {
+        const std::lock_guard lock(answerMutex_);
+        if (returnCode != kDefaultButtonCode) {
+            terminateScan_ = true;
+        }
+        errCont_ = true;
+    }
+    answered_.notify_all();
+}
+
+void ScanDriver::endStartAlert() { sheet_.showEndPanel(true); }
+
+void ScanDriver::endStopAlert() { sheet_.showEndPanel(false); }
+
+void ScanDriver::reopenFilterDrawer() { siteView_.setFilterDrawerOpen(true); }
+
+void ScanDriver::schedulePause() {
+    ui_.performAfter(kPauseDelay, [this] { pause(); });
+}
+
+}  // namespace loomcrest

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "crawler/ScanSheetView.h"
+#include "crawler/SiteScanner.h"
+#include "platform/Alerts.h"
+#include "platform/UiThread.h"
+
+namespace loomcrest {
+
+class ScanViewController;
+
+// Runs a scan of the selected site: on the user-interface thread it recreates the sitemap
+// files, probes the start URL and reads robots.txt, then crawls on one worker thread that
+// reaches the views only through the UiThread, and closes the files at the end.
+class ScanDriver {
+public:
+    ScanDriver(ScanViewController& siteView, ScanSheetView& sheet, AlertPresenter& alerts,
+               UiThread& ui);
+    ScanDriver(const ScanDriver&) = delete;
+    ScanDriver& operator=(const ScanDriver&) = delete;
+    // Waits for a running crawl to notice that it should stop.
+    ~ScanDriver();
+
+    // The Scan button. Returns at once; the crawl goes on on its worker thread.
+    void scanSiteAction();
+    // The progress sheet's Cancel button: the crawl stops at its next check.
+    void cancelScan();
+    // Whether a worker is crawling or closing the files.
+    bool isScanning() const { return scanning_; }
+
+    // User-interface thread: the progress sheet, the scanned-links list, the total-links
+    // field, the warning's sheet juggling, the end panel, the drawer.
+    void updateScanSheet();
+    void updateScanLinksList(const std::string& url);
+    void updateTotLink();
+    void loopingError(const std::string& command);
+    void sheetDidEndShouldStopScan(int returnCode);
+    void endStartAlert();
+    void endStopAlert();
+    void reopenFilterDrawer();
+    void pause() {}
+
+    // The crawl loop; runs on the worker thread.
+    void extractLinksFromPage();
+    // The end of a scan; runs on the worker thread.
+    void scanFinished();
+    // User-interface thread: statistics into the window and the site file, "badLinks.txt".
+    void updateAllScanDetails();
+
+    SiteScanner& scanner() { return scanner_; }
+    int32_t pagesDealtWith() const { return ssf_; }
+
+private:
+    struct PageFetch;
+
+    void startWorker();
+    void reportUnreachable();
+    void warnAboutQueryMarks();
+    void crawlPage(const std::string& url, const std::string& title);
+    void extractLinks(const std::string& body);
+    void afterPage();
+    PageFetch fetchPage(const std::string& url) const;
+    void refreshScanSheet(bool force);
+    void refreshTotalLinks();
+    void schedulePause();
+    std::string siteFolder() const;
+
+    ScanViewController& siteView_;
+    ScanSheetView& sheet_;
+    AlertPresenter& alerts_;
+    UiThread& ui_;
+    SiteScanner scanner_;
+    std::thread worker_;
+
+    // Flags shared between the threads.
+    std::atomic<bool> terminateScan_{false};
+    std::atomic<bool> scanning_{false};
+    std::atomic<int32_t> ssf_{0};
+    std::atomic<bool> totalLinksUpdateQueued_{false};
+    // Set while the multiple-"?" warning may still be shown, and again when it is answered.
+    std::atomic<bool> errCont_{false};
+    std::mutex answerMutex_;
+    std::condition_variable answered_;
+
+    // Worker thread only.
+    std::chrono::steady_clock::time_point lastSheetRefresh_;
+    std::string sitemapFolder_;
+
+    // User-interface thread only.
+    bool reopenFilterDrawer_ = false;
+    std::vector<std::string> fileLocationsArray_;
+};
+
+}  // namespace loomcrest
