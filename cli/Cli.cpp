@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 
+#include "DemoCommand.h"
 #include "FilterCommands.h"
 #include "ScanCommand.h"
 #include "SiteCommands.h"
@@ -70,6 +71,9 @@ int runLoomcrest(int argc, const char* const* argv, std::ostream& out, std::ostr
             return scanSite(name, answer, out, err);
         };
     });
+
+    app.add_subcommand("demo", "Serve the bundled demo site on 127.0.0.1 and scan it as \"Demo\"")
+        ->callback([&] { command = [&] { return runDemo(out, err); }; });
 
     std::vector<std::string> filterArguments;
     auto* filters = app.add_subcommand(

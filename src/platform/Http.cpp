@@ -3,6 +3,7 @@
 #include <curl/curl.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cctype>
 #include <memory>
 
@@ -17,6 +18,8 @@ constexpr const char* kUserAgent = "Loomcrest/0.1";
 // A body larger than this is abandoned as if nothing had answered, so that a hostile
 // server cannot exhaust memory.
 constexpr size_t kMaxBodyBytes = size_t{50} * 1024 * 1024;
+
+std::atomic<int64_t> timeoutLimitMilliseconds{0};
 
 struct CurlDeleter {
     void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
@@ -113,7 +116,11 @@ Response send(const Request& request) {
     curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(curl, CURLOPT_USERAGENT, kUserAgent);
     curl_easy_setopt(curl, CURLOPT_ACCEPT_ENCODING, "");
-    curl_easy_setopt(curl, CURLOPT_TIMEOUT, static_cast<long>(request.timeout.count()));
+    auto timeout = std::chrono::duration_cast<std::chrono::milliseconds>(request.timeout);
+    if (const int64_t limit = timeoutLimitMilliseconds; limit > 0) {
+        timeout = std::min(timeout, std::chrono::milliseconds(limit));
+    }
+    curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, static_cast<long>(timeout.count()));
     const bool follow = request.redirects == Redirects::Follow;
     curl_easy_setopt(curl, CURLOPT_FOLLOWLOCATION, follow ? 1L : 0L);
     curl_easy_setopt(curl, CURLOPT_MAXREDIRS, kMaxRedirects);
@@ -143,6 +150,8 @@ Response send(const Request& request) {
     }
     return response;
 }
+
+void setTimeoutLimit(std::chrono::milliseconds limit) { timeoutLimitMilliseconds = limit.count(); }
 
 void closeThreadConnections() {
     threadHandleSlot().reset();

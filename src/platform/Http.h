@@ -41,6 +41,10 @@ struct Response {
 
 Response send(const Request& request);
 
+// Caps the time-out of every request from now on, on every thread; zero lifts the cap.
+// Tests of unresponsive servers use it to keep their runs short.
+void setTimeoutLimit(std::chrono::milliseconds limit);
+
 // Closes the connections this thread keeps alive.
 void closeThreadConnections();
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -32,7 +33,12 @@ public:
 
 class RecordingScanView : public ScanView {
 public:
-    void scanViewChanged(const ScanViewState& newState) override { state = newState; }
+    void scanViewChanged(const ScanViewState& newState) override {
+        state = newState;
+        if (onStateChanged) {
+            onStateChanged(newState);
+        }
+    }
     void siteListChanged(const std::vector<std::string>& newNames, int row) override {
         names = newNames;
         selectedRow = row;
@@ -46,6 +52,9 @@ public:
     }
     void appendScannedLink(std::string_view url) override {
         scannedLinks.append(url).append("\n");
+        if (onScannedLinkAppended) {
+            onScannedLinkAppended();
+        }
     }
     void setScannedLinksText(std::string_view text) override { scannedLinks = text; }
 
@@ -57,6 +66,8 @@ public:
     int filterReloads = 0;
     int scannedLinksClears = 0;
     std::string scannedLinks;
+    std::function<void(const ScanViewState&)> onStateChanged;
+    std::function<void()> onScannedLinkAppended;
 };
 
 class RecordingSiteSheet : public SiteSheetView {

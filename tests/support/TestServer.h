@@ -29,6 +29,7 @@ public:
     httplib::Server& server() { return server_; }
 
     void start() {
+        server_.set_tcp_nodelay(true);
         port_ = server_.bind_to_any_port("127.0.0.1");
         thread_ = std::thread([this] { server_.listen_after_bind(); });
         while (!server_.is_running()) {

@@ -1,0 +1,121 @@
+#pragma once
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+namespace loomcrest::test {
+
+// A bare HTTP server on 127.0.0.1 for what a well-behaved server library will not do:
+// odd request targets, no answer at all, endless or dribbling bodies. Each connection gets
+// the request head and writes whatever it likes, one connection at a time.
+class RawHttpServer {
+public:
+    // Called with the connection and the request head; returns when done with it.
+    using Handler = std::function<void(int connection, const std::string& requestHead,
+                                       const std::atomic<bool>& stopping)>;
+
+    explicit RawHttpServer(Handler handler) : handler_(std::move(handler)) {
+        listener_ = ::socket(AF_INET, SOCK_STREAM, 0);
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        ::bind(listener_, reinterpret_cast<sockaddr*>(&address), sizeof address);
+        ::listen(listener_, 16);
+        socklen_t length = sizeof address;
+        ::getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &length);
+        port_ = ntohs(address.sin_port);
+        thread_ = std::thread([this] { serve(); });
+    }
+    RawHttpServer(const RawHttpServer&) = delete;
+    RawHttpServer& operator=(const RawHttpServer&) = delete;
+    ~RawHttpServer() {
+        stopping_ = true;
+        thread_.join();
+        ::close(listener_);
+    }
+
+    std::string url(const std::string& target = "/") const {
+        return "http://127.0.0.1:" + std::to_string(port_) + target;
+    }
+    std::vector<std::string> requestLines() const {
+        std::vector<std::string> copy;
+        {
+            const std::lock_guard lock(mutex_);
+            copy = requestLines_;
+        }
+        return copy;
+    }
+
+    // Writes all of `data`; false once the client has gone.
+    static bool send(int connection, std::string_view data) {
+        while (!data.empty()) {
+            const ssize_t sent = ::send(connection, data.data(), data.size(), MSG_NOSIGNAL);
+            if (sent <= 0) {
+                return false;
+            }
+            data.remove_prefix(static_cast<size_t>(sent));
+        }
+        return true;
+    }
+
+    static std::string response(std::string_view status, std::string_view contentType,
+                                std::string_view body) {
+        return "HTTP/1.1 " + std::string(status) + "\r\nContent-Type: " +
+               std::string(contentType) + "\r\nContent-Length: " +
+               std::to_string(body.size()) + "\r\nConnection: close\r\n\r\n" + std::string(body);
+    }
+
+private:
+    void serve() {
+        while (!stopping_) {
+            pollfd waiting{listener_, POLLIN, 0};
+            if (::poll(&waiting, 1, 20) <= 0) {
+                continue;
+            }
+            const int connection = ::accept(listener_, nullptr, nullptr);
+            if (connection < 0) {
+                continue;
+            }
+            std::string head;
+            char buffer[4096];
+            while (head.find("\r\n\r\n") == std::string::npos && !stopping_) {
+                pollfd readable{connection, POLLIN, 0};
+                if (::poll(&readable, 1, 20) <= 0) {
+                    continue;
+                }
+                const ssize_t got = ::recv(connection, buffer, sizeof buffer, 0);
+                if (got <= 0) {
+                    break;
+                }
+                head.append(buffer, static_cast<size_t>(got));
+            }
+            {
+                const std::lock_guard lock(mutex_);
+                requestLines_.push_back(head.substr(0, head.find("\r\n")));
+            }
+            handler_(connection, head, stopping_);
+            ::close(connection);
+        }
+    }
+
+    Handler handler_;
+    int listener_ = -1;
+    int port_ = 0;
+    std::atomic<bool> stopping_{false};
+    std::thread thread_;
+    mutable std::mutex mutex_;
+    std::vector<std::string> requestLines_;
+};
+
+}  // namespace loomcrest::test
