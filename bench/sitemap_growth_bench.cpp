@@ -56,10 +56,11 @@ void benchAppends(int pages) {
         }
     }
     const auto size = std::filesystem::file_size(folder / "sitemap1c.html");
-    std::printf("append %d page blocks to 3 layouts: %.0f ms in all, %.3f ms a page; "
-                "last tenth / first tenth = %.2f; sitemap1c.html %.1f MB\n",
-                pages, millisecondsSince(start), millisecondsSince(start) / pages,
-                lastTenth / firstTenth, static_cast<double>(size) / 1e6);
+    std::printf(
+        "append %d page blocks to 3 layouts: %.0f ms in all, %.3f ms a page; "
+        "last tenth / first tenth = %.2f; sitemap1c.html %.1f MB\n",
+        pages, millisecondsSince(start), millisecondsSince(start) / pages, lastTenth / firstTenth,
+        static_cast<double>(size) / 1e6);
     std::filesystem::remove_all(folder);
 }
 

@@ -8,8 +8,7 @@ void ConsoleAlerts::presentAlert(const Alert& alert, AlertCompletion completion)
     if (!alert.isQuestion()) {
         anyAlertShown_ = true;
     }
-    const int answer =
-        alert.isQuestion() && answerer_ ? answerer_(alert) : kDefaultButtonCode;
+    const int answer = alert.isQuestion() && answerer_ ? answerer_(alert) : kDefaultButtonCode;
     if (completion) {
         completion(answer);
     }

@@ -53,8 +53,7 @@ void ConsoleScanSheet::printLine(bool force) {
         return;
     }
     lastPrint_ = now;
-    const auto seconds =
-        std::chrono::duration_cast<std::chrono::seconds>(now - start_).count();
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(now - start_).count();
     char line[160];
     std::snprintf(line, sizeof line,
                   "\r\033[KScanned %lld pages, %lld left, %lld broken, %d links, %lld:%02lld",

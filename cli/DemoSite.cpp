@@ -13,7 +13,7 @@ constexpr std::string_view kNavigation =
     R"(<li><a href="/team/">Team</a></li><li><a href="/contact.html">Contact</a></li></ul>)";
 
 constexpr std::array<std::string_view, 8> kProducts = {
-    "Copper kettle", "Oak shelf", "Wool blanket", "Linen apron",
+    "Copper kettle", "Oak shelf", "Wool blanket",  "Linen apron",
     "Stone mortar",  "Glass jar", "Cast-iron pan", "Willow basket"};
 constexpr std::array<std::string_view, 4> kTeam = {"Ada", "Bram", "Carys", "Dov"};
 constexpr int kBlogPosts = 10;

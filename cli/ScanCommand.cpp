@@ -20,7 +20,9 @@ namespace {
 
 std::atomic<bool> interruptRequested{false};
 
-extern "C" void requestInterrupt(int /*signal*/) { interruptRequested = true; }
+extern "C" void requestInterrupt(int /*signal*/) {
+    interruptRequested = true;
+}
 
 // Ctrl-C stops the scan as its Cancel button would; a second Ctrl-C ends the program.
 class InterruptGuard {

@@ -14,9 +14,6 @@ namespace loomcrest {
 namespace {
 
 constexpr http::Seconds kPageTimeout{20};
-// How often a busy page refreshes the progress sheet; the figures a person can read do
-// not change faster, and each refresh waits for the user-interface thread.
-constexpr std::chrono::milliseconds kSheetRefreshInterval{50};
 // Four "?" in a page URL, five pieces when split at them, raise the warning.
 constexpr size_t kSuspiciousQueryPieces = 5;
 
@@ -30,12 +27,15 @@ struct ScanDriver::PageFetch {
 void ScanDriver::extractLinksFromPage() {
     errCont_ = true;
     lastSheetRefresh_ = {};
+    lastTotalLinksRefresh_ = {};
+    lastScannedLinksRefresh_ = {};
+    pendingScannedLinks_.clear();
     // The list grows while it is walked; its length is read afresh at every turn.
     for (size_t i = 0; i < scanner_.uniquePagesLeftMArray.size(); ++i) {
         const std::string url = scanner_.uniquePagesLeftMArray[i];
-        const std::string title = findPageHTMLTitleElement(url);
+        PageTitleLookup title = lookUpPageTitle(url);
         // A server's listing of a folder: counted, but neither mapped nor broken.
-        if (!escapeAmpersands(title).starts_with("Index of /")) {
+        if (!escapeAmpersands(title.title).starts_with("Index of /")) {
             if (split(url, '?').size() >= kSuspiciousQueryPieces && errCont_) {
                 warnAboutQueryMarks();
             }
@@ -46,10 +46,14 @@ void ScanDriver::extractLinksFromPage() {
         }
         afterPage();
     }
+    refreshScannedLinks(true);
+    refreshTotalLinks(true);
+    refreshScanSheet(true);
     scanFinished();
 }
 
 void ScanDriver::warnAboutQueryMarks() {
+    refreshScannedLinks(true);
     errCont_ = false;
     ui_.performAndWait([this] { loopingError("stop"); });
     ui_.perform([this] {
@@ -89,14 +93,14 @@ ScanDriver::PageFetch ScanDriver::fetchPage(const std::string& url) const {
     return fetch;
 }
 
-void ScanDriver::crawlPage(const std::string& url, const std::string& title) {
+void ScanDriver::crawlPage(const std::string& url, PageTitleLookup& title) {
     PageFetch fetch = fetchPage(url);
     scanner_.setPageBaseURLs(url);
     if (!fetch.good) {
         vrlmpBadLinkArray.push_back(scanner_.pageBaseURLUnchanged);
         return;
     }
-    const std::string fragment = pageTitleLine(url, scanner_.totLinks, title);
+    const std::string fragment = pageTitleLine(url, scanner_.totLinks, title.title);
     scanner_.fullPageData += fragment;
     scanner_.buildPageTitleSitemap(fragment, url.empty() ? "Not Found" : url);
 
@@ -107,32 +111,38 @@ void ScanDriver::crawlPage(const std::string& url, const std::string& title) {
     }
     // Without a body the title line stays in fullPageData and goes out with the next
     // parsed page's block.
-    if (fetch.body) {
-        extractLinks(*fetch.body);
+    if (!fetch.body) {
+        return;
+    }
+    // The same bytes parse to the same document, so the title's parse serves again.
+    if (title.htmlDocument && title.bytes == fetch.body) {
+        extractLinks(*title.htmlDocument);
+        return;
+    }
+    auto document = MarkupDocument::parseHtml(*fetch.body);
+    if (!document) {
+        document = MarkupDocument::parseXml(*fetch.body);
+    }
+    if (document) {
+        extractLinks(*document);
     }
 }
 
-void ScanDriver::extractLinks(const std::string& body) {
-    auto document = MarkupDocument::parseHtml(body);
-    if (!document) {
-        document = MarkupDocument::parseXml(body);
-    }
-    if (!document) {
-        return;
-    }
-    const std::vector<MarkupNode> anchors = document->select("//a");
+void ScanDriver::extractLinks(const MarkupDocument& document) {
+    const std::vector<MarkupNode> anchors = document.select("//a");
     ++scanner_.totLinks;  // the page itself counts as a link
-    refreshTotalLinks();
+    refreshTotalLinks(false);
     for (const MarkupNode& anchor : anchors) {
         ++scanner_.totLinks;
-        refreshTotalLinks();
+        refreshTotalLinks(false);
         if (terminateScan_) {
             break;
         }
         refreshScanSheet(false);
         const LinkDecision decision = scanner_.acceptLink(findHREFInNode(anchor));
         if (decision.outcome == LinkOutcome::Queued) {
-            ui_.performAndWait([this, &decision] { updateScanLinksList(decision.url); });
+            pendingScannedLinks_.push_back(decision.url);
+            refreshScannedLinks(false);
         }
         if (decision.outcome == LinkOutcome::Dropped ||
             scanner_.pageInnerLinksMArray.contains(decision.url)) {
@@ -151,22 +161,44 @@ void ScanDriver::extractLinks(const std::string& body) {
 
 void ScanDriver::afterPage() {
     ++ssf_;
-    refreshTotalLinks();
-    refreshScanSheet(true);
+    refreshScannedLinks(false);
+    refreshTotalLinks(false);
+    refreshScanSheet(false);
+}
+
+// Queued pages reach the scanned-links list in batches, each waited for.
+void ScanDriver::refreshScannedLinks(bool force) {
+    const auto now = std::chrono::steady_clock::now();
+    if (pendingScannedLinks_.empty() ||
+        (!force && now - lastScannedLinksRefresh_ < refreshInterval_)) {
+        return;
+    }
+    lastScannedLinksRefresh_ = now;
+    ui_.performAndWait([this] {
+        for (const std::string& url : pendingScannedLinks_) {
+            updateScanLinksList(url);
+        }
+    });
+    pendingScannedLinks_.clear();
 }
 
 void ScanDriver::refreshScanSheet(bool force) {
     const auto now = std::chrono::steady_clock::now();
-    if (!force && now - lastSheetRefresh_ < kSheetRefreshInterval) {
+    if (!force && now - lastSheetRefresh_ < refreshInterval_) {
         return;
     }
     lastSheetRefresh_ = now;
     ui_.performAndWait([this] { updateScanSheet(); });
 }
 
-// Not waited for; while one refresh is still queued another adds nothing, since it would
-// show the same counter.
-void ScanDriver::refreshTotalLinks() {
+// Not waited for. Like the sheet it is refreshed only as often as a person can read it, and
+// while one refresh is still queued another would add nothing.
+void ScanDriver::refreshTotalLinks(bool force) {
+    const auto now = std::chrono::steady_clock::now();
+    if (!force && now - lastTotalLinksRefresh_ < refreshInterval_) {
+        return;
+    }
+    lastTotalLinksRefresh_ = now;
     if (!totalLinksUpdateQueued_.exchange(true)) {
         ui_.perform([this] {
             totalLinksUpdateQueued_ = false;

@@ -89,8 +89,8 @@ void ScanDriver::reportUnreachable() {
     sheet_.showConnectionSheet(false);
     schedulePause();
     siteView_.setScanControlsEnabled(true);
-    alerts_.presentAlert(Alert::notice("The Site URL Could Not Be Reached", "Error Code: " + codeText),
-                         [](int) {});
+    alerts_.presentAlert(
+        Alert::notice("The Site URL Could Not Be Reached", "Error Code: " + codeText), [](int) {});
 }
 
 void ScanDriver::startWorker() {
@@ -98,7 +98,9 @@ void ScanDriver::startWorker() {
     worker_ = std::thread([this] { extractLinksFromPage(); });
 }
 
-void ScanDriver::cancelScan() { terminateScan_ = true; }
+void ScanDriver::cancelScan() {
+    terminateScan_ = true;
+}
 
 void ScanDriver::updateScanSheet() {
     const auto listed = static_cast<int64_t>(scanner_.uniquePagesLeftMArray.size());
@@ -114,9 +116,13 @@ void ScanDriver::updateScanSheet() {
     sheet_.showProgress(progress);
 }
 
-void ScanDriver::updateScanLinksList(const std::string& url) { siteView_.appendScannedLink(url); }
+void ScanDriver::updateScanLinksList(const std::string& url) {
+    siteView_.appendScannedLink(url);
+}
 
-void ScanDriver::updateTotLink() { sheet_.showTotalLinks(scanner_.totLinks); }
+void ScanDriver::updateTotLink() {
+    sheet_.showTotalLinks(scanner_.totLinks);
+}
 
 void ScanDriver::loopingError(const std::string& command) {
     if (command == "stop") {
@@ -138,11 +144,17 @@ void ScanDriver::sheetDidEndShouldStopScan(int returnCode) {
     answered_.notify_all();
 }
 
-void ScanDriver::endStartAlert() { sheet_.showEndPanel(true); }
+void ScanDriver::endStartAlert() {
+    sheet_.showEndPanel(true);
+}
 
-void ScanDriver::endStopAlert() { sheet_.showEndPanel(false); }
+void ScanDriver::endStopAlert() {
+    sheet_.showEndPanel(false);
+}
 
-void ScanDriver::reopenFilterDrawer() { siteView_.setFilterDrawerOpen(true); }
+void ScanDriver::reopenFilterDrawer() {
+    siteView_.setFilterDrawerOpen(true);
+}
 
 void ScanDriver::schedulePause() {
     ui_.performAfter(kPauseDelay, [this] { pause(); });

@@ -12,7 +12,9 @@
 #include "crawler/ScanSheetView.h"
 #include "crawler/SiteScanner.h"
 #include "platform/Alerts.h"
+#include "platform/HtmlDocument.h"
 #include "platform/UiThread.h"
+#include "sitemap/PageTitles.h"
 
 namespace loomcrest {
 
@@ -57,6 +59,11 @@ public:
     void updateAllScanDetails();
 
     SiteScanner& scanner() { return scanner_; }
+
+    // How often the crawl refreshes the views while a page is busy: the figures a person
+    // can read do not change faster, and each refresh makes the crawl wait for the
+    // user-interface thread. Zero refreshes them at every step.
+    void setViewRefreshInterval(std::chrono::milliseconds interval) { refreshInterval_ = interval; }
     int32_t pagesDealtWith() const { return ssf_; }
 
 private:
@@ -65,12 +72,13 @@ private:
     void startWorker();
     void reportUnreachable();
     void warnAboutQueryMarks();
-    void crawlPage(const std::string& url, const std::string& title);
-    void extractLinks(const std::string& body);
+    void crawlPage(const std::string& url, PageTitleLookup& title);
+    void extractLinks(const MarkupDocument& document);
     void afterPage();
     PageFetch fetchPage(const std::string& url) const;
     void refreshScanSheet(bool force);
-    void refreshTotalLinks();
+    void refreshTotalLinks(bool force);
+    void refreshScannedLinks(bool force);
     void schedulePause();
     std::string siteFolder() const;
 
@@ -93,6 +101,10 @@ private:
 
     // Worker thread only.
     std::chrono::steady_clock::time_point lastSheetRefresh_;
+    std::chrono::steady_clock::time_point lastTotalLinksRefresh_;
+    std::chrono::steady_clock::time_point lastScannedLinksRefresh_;
+    std::vector<std::string> pendingScannedLinks_;
+    std::chrono::milliseconds refreshInterval_{50};
     std::string sitemapFolder_;
 
     // User-interface thread only.

@@ -18,6 +18,7 @@ void ScanDriver::scanFinished() {
     });
     ui_.perform([this] { updateAllScanDetails(); });
 
+    scanner_.releaseSitemapFiles();
     closeSitemapFiles(sitemapFolder_, scanner_.twoColCountAP, scanner_.threeColCountAP);
 
     ui_.performAndWait([this] { endStopAlert(); });

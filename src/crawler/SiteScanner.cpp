@@ -71,24 +71,32 @@ void SiteScanner::loadRobotsRules(std::string_view robotsText) {
     robotsArray = parseRobotsText(robotsText);
 }
 
+void SiteScanner::setSitemapFolder(std::string folder) {
+    sitemapFiles_.closeAll();
+    sitemapFolder_ = std::move(folder);
+}
+
 std::string SiteScanner::sitemapFile(std::string_view name) const {
     return sitemapFolder_ + "/" + std::string(name);
 }
 
 void SiteScanner::buildPageTitleSitemap(std::string_view fragment, std::string_view plainLink) {
-    appendToFile(sitemapFile(kOneColumnPagesOnly), oneColumnPiece(fragment));
-    appendToFile(sitemapFile(kTwoColumnPagesOnly), tablePiece(fragment, 2, twoColCountPO));
-    appendToFile(sitemapFile(kThreeColumnPagesOnly), tablePiece(fragment, 3, threeColCountPO));
-    appendToFile(sitemapFile(kXmlSitemap), xmlSitemapEntry(plainLink, lastModifiedDate(plainLink)));
+    sitemapFiles_.append(sitemapFile(kOneColumnPagesOnly), oneColumnPiece(fragment));
+    sitemapFiles_.append(sitemapFile(kTwoColumnPagesOnly), tablePiece(fragment, 2, twoColCountPO));
+    sitemapFiles_.append(sitemapFile(kThreeColumnPagesOnly),
+                         tablePiece(fragment, 3, threeColCountPO));
+    sitemapFiles_.append(sitemapFile(kXmlSitemap),
+                         xmlSitemapEntry(plainLink, lastModifiedDate(plainLink)));
 }
 
 void SiteScanner::buildAllLinksSitemaps(std::string_view pageData) {
     if (pageData.empty() || !isValidUtf8(pageData)) {
         return;
     }
-    appendToFile(sitemapFile(kOneColumnAllLinks), oneColumnPiece(pageData));
-    appendToFile(sitemapFile(kTwoColumnAllLinks), tablePiece(pageData, 2, twoColCountAP));
-    appendToFile(sitemapFile(kThreeColumnAllLinks), tablePiece(pageData, 3, threeColCountAP));
+    sitemapFiles_.append(sitemapFile(kOneColumnAllLinks), oneColumnPiece(pageData));
+    sitemapFiles_.append(sitemapFile(kTwoColumnAllLinks), tablePiece(pageData, 2, twoColCountAP));
+    sitemapFiles_.append(sitemapFile(kThreeColumnAllLinks),
+                         tablePiece(pageData, 3, threeColCountAP));
 }
 
 }  // namespace loomcrest

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "crawler/PageList.h"
+#include "platform/FileSystem.h"
 
 namespace loomcrest {
 
@@ -54,7 +55,9 @@ public:
     void loadRobotsRules(std::string_view robotsText);
 
     // The folder whose sitemap files the two builders append to.
-    void setSitemapFolder(std::string folder) { sitemapFolder_ = std::move(folder); }
+    void setSitemapFolder(std::string folder);
+    // Lets go of the sitemap files the builders hold open.
+    void releaseSitemapFiles() { sitemapFiles_.closeAll(); }
     // Appends a page's title line to the three pages-only layouts and its entry to
     // "sitemap.xml". `plainLink` is the page URL.
     void buildPageTitleSitemap(std::string_view fragment, std::string_view plainLink);
@@ -88,6 +91,7 @@ private:
     bool inPageList(const std::string& url) const { return uniquePagesLeftMArray.contains(url); }
 
     std::string sitemapFolder_;
+    AppendingFiles sitemapFiles_;
 };
 
 }  // namespace loomcrest

@@ -142,6 +142,28 @@ bool appendToFile(const std::string& path, std::string_view piece) {
     return fd.close() && written;
 }
 
+bool AppendingFiles::append(const std::string& path, std::string_view piece) {
+    auto found = std::find_if(open_.begin(), open_.end(),
+                              [&](const auto& entry) { return entry.first == path; });
+    if (found == open_.end()) {
+        // A missing file is not created; the next append tries again.
+        const int fd = ::open(path.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
+        if (fd < 0) {
+            return false;
+        }
+        open_.emplace_back(path, fd);
+        found = std::prev(open_.end());
+    }
+    return writeAll(found->second, piece);
+}
+
+void AppendingFiles::closeAll() {
+    for (const auto& entry : open_) {
+        ::close(entry.second);
+    }
+    open_.clear();
+}
+
 bool pathExists(const std::string& path) {
     std::error_code error;
     return fs::exists(fs::symlink_status(path, error)) && !error;

@@ -151,7 +151,9 @@ Response send(const Request& request) {
     return response;
 }
 
-void setTimeoutLimit(std::chrono::milliseconds limit) { timeoutLimitMilliseconds = limit.count(); }
+void setTimeoutLimit(std::chrono::milliseconds limit) {
+    timeoutLimitMilliseconds = limit.count();
+}
 
 void closeThreadConnections() {
     threadHandleSlot().reset();

@@ -21,7 +21,8 @@ public:
 
     // Runs queued and timed work until stop(). `idle`, when given, runs on this thread
     // about every `tick`, busy or not.
-    void run(const Work& idle = {}, std::chrono::milliseconds tick = std::chrono::milliseconds(100));
+    void run(const Work& idle = {},
+             std::chrono::milliseconds tick = std::chrono::milliseconds(100));
     // Ends run() once the work already queued has been carried out; timers still pending
     // are dropped.
     void stop();

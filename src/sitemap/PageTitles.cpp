@@ -56,14 +56,25 @@ std::string imageTitle(std::string_view imageMarkup) {
 }  // namespace
 
 std::string findPageHTMLTitleElement(std::string_view pageURL) {
+    return lookUpPageTitle(pageURL).title;
+}
+
+PageTitleLookup lookUpPageTitle(std::string_view pageURL) {
+    PageTitleLookup lookup;
     // The page is asked for as text first and that answer is not used; the title comes
     // from the bytes of a second request.
     (void)http::fetchText(pageURL);
-    const auto body = http::fetchBytes(pageURL);
-    if (!body) {
-        return std::string(kNoPageTitle);
+    lookup.bytes = http::fetchBytes(pageURL);
+    if (!lookup.bytes) {
+        lookup.title = kNoPageTitle;
+        return lookup;
     }
-    return pageTitleFromBody(*body);
+    lookup.htmlDocument = MarkupDocument::parseHtml(*lookup.bytes);
+    lookup.title = firstTitle(lookup.htmlDocument);
+    if (lookup.title == kNoPageTitle) {
+        lookup.title = firstTitle(MarkupDocument::parseXml(*lookup.bytes));
+    }
+    return lookup;
 }
 
 std::string pageTitleFromBody(std::string_view body) {
@@ -71,7 +82,7 @@ std::string pageTitleFromBody(std::string_view body) {
     if (title == kNoPageTitle) {
         title = firstTitle(MarkupDocument::parseXml(body));
     }
-    return title.empty() ? std::string(kNoPageTitle) : title;
+    return title;
 }
 
 std::string findHREFInNode(const MarkupNode& anchor) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,6 +19,15 @@ inline constexpr std::string_view kNoLinkTitle = "Could not find link title";
 // Fetches the page (twice: once as text, whose result is not used, then as bytes) and
 // returns its title.
 std::string findPageHTMLTitleElement(std::string_view pageURL);
+
+// What finding a page's title fetched and parsed on the way, so that the crawl need not
+// parse the same bytes again.
+struct PageTitleLookup {
+    std::string title;
+    std::optional<std::string> bytes;
+    std::optional<MarkupDocument> htmlDocument;
+};
+PageTitleLookup lookUpPageTitle(std::string_view pageURL);
 // The title of a page body: "//title" of the HTML parse, else of the XML parse.
 std::string pageTitleFromBody(std::string_view body);
 

@@ -28,9 +28,13 @@ std::string inFolder(const std::string& folder, std::string_view name) {
 
 }  // namespace
 
-std::string_view xmlSitemapHeader() { return kXmlHeader; }
+std::string_view xmlSitemapHeader() {
+    return kXmlHeader;
+}
 
-std::string_view oneColumnClosing() { return "\n</body>\n</html>"; }
+std::string_view oneColumnClosing() {
+    return "\n</body>\n</html>";
+}
 
 std::string_view twoColumnClosing(int32_t filledCells) {
     return filledCells == 0 ? kTableClosing : kPaddedRowClosing;

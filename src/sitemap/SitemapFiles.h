@@ -30,7 +30,6 @@ inline constexpr std::string_view kXmlSitemapClosing = "\n</urlset>";
 // Writes every file with its header alone, atomically, replacing earlier ones.
 void writeSitemapHeaders(const std::string& folder);
 // Appends the closing pieces.
-void closeSitemapFiles(const std::string& folder, int32_t twoColumnCells,
-                       int32_t threeColumnCells);
+void closeSitemapFiles(const std::string& folder, int32_t twoColumnCells, int32_t threeColumnCells);
 
 }  // namespace loomcrest

@@ -182,9 +182,13 @@ void ScanViewController::setFilterDrawerOpen(bool open) {
     showState();
 }
 
-void ScanViewController::clearScannedLinks() { view_.clearScannedLinks(); }
+void ScanViewController::clearScannedLinks() {
+    view_.clearScannedLinks();
+}
 
-void ScanViewController::appendScannedLink(std::string_view url) { view_.appendScannedLink(url); }
+void ScanViewController::appendScannedLink(std::string_view url) {
+    view_.appendScannedLink(url);
+}
 
 void ScanViewController::setScannedLinksText(std::string_view text) {
     view_.setScannedLinksText(text);

@@ -38,8 +38,10 @@ TEST(ScanCommand, ScansASiteAndSummarises) {
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.err, "") << "no progress line when standard error is no terminal";
     const std::string folder = home.dataRoot() + "/Site";
-    EXPECT_EQ(result.out, "Pages found: 3\nPages used: 2\nTotal links: 4\nBroken links: 1\n"
-                          "Files in: " + folder + "\n");
+    EXPECT_EQ(result.out,
+              "Pages found: 3\nPages used: 2\nTotal links: 4\nBroken links: 1\n"
+              "Files in: " +
+                  folder + "\n");
     EXPECT_EQ(fileContents(folder + "/badLinks.txt"), server.url("/gone.html") + "\n");
     EXPECT_NE(fileContents(folder + "/Site.vrLMP").find("<pagesUsed>2</pagesUsed>"),
               std::string::npos);
@@ -61,15 +63,16 @@ TEST(ScanCommand, AnUnreachableStartUrlPrintsTheAlert) {
 TEST(ScanCommand, TheWarningIsAnsweredByTheOption) {
     TemporaryHome home;
     test::RawHttpServer server([](int connection, const std::string&, const std::atomic<bool>&) {
-        test::RawHttpServer::send(connection,
-                                  test::RawHttpServer::response("200 OK", "text/html", "<title>Q</title>"));
+        test::RawHttpServer::send(
+            connection, test::RawHttpServer::response("200 OK", "text/html", "<title>Q</title>"));
     });
     runLoomcrest(home, {"add", "Site", server.url("/p.php?a?b?c?d")});
     const auto cancelled = runLoomcrest(home, {"scan", "Site", "--on-warning", "cancel"});
     EXPECT_EQ(cancelled.exitCode, 0);
-    EXPECT_EQ(cancelled.err, "There may be an issue with the site you are scanning.\n"
-                             "URL parameters have been found containing multiple ?s which may be "
-                             "invalid.\n");
+    EXPECT_EQ(cancelled.err,
+              "There may be an issue with the site you are scanning.\n"
+              "URL parameters have been found containing multiple ?s which may be "
+              "invalid.\n");
     EXPECT_NE(cancelled.out.find("Pages used: 0\n"), std::string::npos);
 
     const auto continued = runLoomcrest(home, {"scan", "Site"});
@@ -80,20 +83,21 @@ TEST(ScanCommand, TheWarningIsAnsweredByTheOption) {
 TEST(ScanCommand, CtrlCStopsLikeTheCancelButton) {
     TemporaryHome home;
     std::atomic<bool> secondPageAsked{false};
-    test::RawHttpServer server([&](int connection, const std::string& head,
-                                   const std::atomic<bool>& stopping) {
-        if (head.starts_with("GET /slow.html")) {
-            secondPageAsked = true;
-            // Answers only after a while, so the interrupt lands during the crawl.
-            for (int i = 0; i < 20 && !stopping; ++i) {
-                std::this_thread::sleep_for(10ms);
+    test::RawHttpServer server(
+        [&](int connection, const std::string& head, const std::atomic<bool>& stopping) {
+            if (head.starts_with("GET /slow.html")) {
+                secondPageAsked = true;
+                // Answers only after a while, so the interrupt lands during the crawl.
+                for (int i = 0; i < 20 && !stopping; ++i) {
+                    std::this_thread::sleep_for(10ms);
+                }
             }
-        }
-        test::RawHttpServer::send(
-            connection, test::RawHttpServer::response(
-                            "200 OK", "text/html",
-                            "<title>T</title><a href=\"slow.html\">S</a><a href=\"more.html\">M</a>"));
-    });
+            test::RawHttpServer::send(
+                connection,
+                test::RawHttpServer::response(
+                    "200 OK", "text/html",
+                    "<title>T</title><a href=\"slow.html\">S</a><a href=\"more.html\">M</a>"));
+        });
     runLoomcrest(home, {"add", "Site", server.url("/")});
 
     const std::string homeVariable = "HOME=" + home.path();
@@ -107,7 +111,8 @@ TEST(ScanCommand, CtrlCStopsLikeTheCancelButton) {
     std::vector<char*> environment = {const_cast<char*>(homeVariable.c_str()), nullptr};
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 1, outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    posix_spawn_file_actions_addopen(&actions, 1, outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC,
+                                     0644);
     posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
     pid_t child = 0;
     ASSERT_EQ(posix_spawn(&child, argv[0], &actions, nullptr, argv.data(), environment.data()), 0);

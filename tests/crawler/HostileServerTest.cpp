@@ -40,16 +40,20 @@ void answer(int connection, const std::string& head, const std::atomic<bool>& st
         return requestLine.find(" " + std::string(path) + " ") != std::string::npos;
     };
     if (asked("/")) {
-        RawHttpServer::send(connection, RawHttpServer::response(
-            "200 OK", "text/html",
-            "<title>Home</title><a href=\"silent.html\">1</a><a href=\"slow.html\">2</a>"
-            "<a href=\"endless.html\">3</a><a href=\"binary.html\">4</a>"
-            "<a href=\"latin1.html\">5</a><a href=\"loop.html\">6</a><a href=\"many.html\">7</a>"));
+        RawHttpServer::send(
+            connection,
+            RawHttpServer::response(
+                "200 OK", "text/html",
+                "<title>Home</title><a href=\"silent.html\">1</a><a href=\"slow.html\">2</a>"
+                "<a href=\"endless.html\">3</a><a href=\"binary.html\">4</a>"
+                "<a href=\"latin1.html\">5</a><a href=\"loop.html\">6</a><a "
+                "href=\"many.html\">7</a>"));
     } else if (asked("/silent.html")) {
         waitForHangUp(connection, stopping);
     } else if (asked("/slow.html")) {
-        RawHttpServer::send(connection, "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\n"
-                                        "Content-Length: 100000\r\n\r\n<title>");
+        RawHttpServer::send(connection,
+                            "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\n"
+                            "Content-Length: 100000\r\n\r\n<title>");
         while (!stopping && RawHttpServer::send(connection, "x")) {
             std::this_thread::sleep_for(100ms);
         }
@@ -65,13 +69,17 @@ void answer(int connection, const std::string& head, const std::atomic<bool>& st
         }
         RawHttpServer::send(connection, RawHttpServer::response("200 OK", "text/html", noise));
     } else if (asked("/latin1.html")) {
-        RawHttpServer::send(connection, RawHttpServer::response(
-            "200 OK", "text/html", "<title>Caf\xe9</title><a href=\"/\">\xe0 la maison</a>"));
+        RawHttpServer::send(
+            connection,
+            RawHttpServer::response("200 OK", "text/html",
+                                    "<title>Caf\xe9</title><a href=\"/\">\xe0 la maison</a>"));
     } else if (asked("/loop.html")) {
-        RawHttpServer::send(connection, "HTTP/1.1 302 Found\r\nLocation: /loop.html\r\n"
-                                        "Content-Length: 0\r\nConnection: close\r\n\r\n");
+        RawHttpServer::send(connection,
+                            "HTTP/1.1 302 Found\r\nLocation: /loop.html\r\n"
+                            "Content-Length: 0\r\nConnection: close\r\n\r\n");
     } else if (asked("/many.html")) {
-        RawHttpServer::send(connection, RawHttpServer::response("200 OK", "text/html", manyAnchors()));
+        RawHttpServer::send(connection,
+                            RawHttpServer::response("200 OK", "text/html", manyAnchors()));
     } else {
         RawHttpServer::send(connection, RawHttpServer::response("404 Not Found", "text/html", ""));
     }

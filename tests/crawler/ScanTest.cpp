@@ -18,8 +18,12 @@ const std::string kRowClosing = "\n\t\t</td>\n\t</tr>";
 const std::string kOneColumnEnd = "\n</body>\n</html>";
 const std::string kTableEnd = "\n</table>\n</body>\n</html>";
 
-std::string head() { return std::string(htmlSitemapHead()); }
-std::string tableHead() { return head() + std::string(kTableOpening); }
+std::string head() {
+    return std::string(htmlSitemapHead());
+}
+std::string tableHead() {
+    return head() + std::string(kTableOpening);
+}
 
 class Scan : public test::ScanFixture {
 protected:
@@ -48,18 +52,18 @@ TEST_F(Scan, ASmallSiteBecomesItsSixLayoutsXmlAndStatistics) {
 
     EXPECT_EQ(siteFile("sitemap1cpo.html"),
               head() + "\n" + titleHome + kClearer + "\n" + titleA + kClearer + kOneColumnEnd);
-    EXPECT_EQ(siteFile("sitemap2cpo.html"), tableHead() + kRowOpening + titleHome +
-                                                kCellSeparator + titleA + kRowClosing + kTableEnd);
-    EXPECT_EQ(siteFile("sitemap3cpo.html"),
-              tableHead() + kRowOpening + titleHome + kCellSeparator + titleA + kCellSeparator +
-                  "&nbsp;</td>\n\t</tr>\n</table>\n</body>\n</html>");
+    EXPECT_EQ(siteFile("sitemap2cpo.html"), tableHead() + kRowOpening + titleHome + kCellSeparator +
+                                                titleA + kRowClosing + kTableEnd);
+    EXPECT_EQ(siteFile("sitemap3cpo.html"), tableHead() + kRowOpening + titleHome + kCellSeparator +
+                                                titleA + kCellSeparator +
+                                                "&nbsp;</td>\n\t</tr>\n</table>\n</body>\n</html>");
     EXPECT_EQ(siteFile("sitemap1c.html"),
               head() + "\n" + blockHome + kClearer + "\n" + blockA + kClearer + kOneColumnEnd);
     EXPECT_EQ(siteFile("sitemap2c.html"), tableHead() + kRowOpening + blockHome + kCellSeparator +
                                               blockA + kRowClosing + kTableEnd);
-    EXPECT_EQ(siteFile("sitemap3c.html"),
-              tableHead() + kRowOpening + blockHome + kCellSeparator + blockA + kCellSeparator +
-                  "&nbsp;</td>\n\t</tr>\n</table>\n</body>\n</html>");
+    EXPECT_EQ(siteFile("sitemap3c.html"), tableHead() + kRowOpening + blockHome + kCellSeparator +
+                                              blockA + kCellSeparator +
+                                              "&nbsp;</td>\n\t</tr>\n</table>\n</body>\n</html>");
     EXPECT_EQ(siteFile("sitemap.xml"), std::string(xmlSitemapHeader()) +
                                            xmlSitemapEntry(home, "2024-05-17") +
                                            xmlSitemapEntry(url("/a.html"), "") + "\n</urlset>");
@@ -88,19 +92,18 @@ TEST_F(Scan, EachPageIsRequestedInTheOrderTheCrawlNeedsIt) {
     addSite();
     scan();
     EXPECT_EQ(requestLog(), (std::vector<std::string>{
-                                "GET /",              // start-URL probe
-                                "GET //robots.txt",   // robots, with its double slash
-                                "GET /", "GET /",     // title: as text, then as bytes
-                                "GET /", "GET /",     // the page, twice
-                                "HEAD /",             // last-modified date
-                                "GET /",              // once more as text
+                                "GET /",             // start-URL probe
+                                "GET //robots.txt",  // robots, with its double slash
+                                "GET /", "GET /",    // title: as text, then as bytes
+                                "GET /", "GET /",    // the page, twice
+                                "HEAD /",            // last-modified date
+                                "GET /",             // once more as text
                             }));
     EXPECT_EQ(siteFile("sitemap1c.html"),
               head() + "\n" + pageTitleLine(url("/"), 0, "Only") + kClearer + kOneColumnEnd);
-    EXPECT_EQ(siteFile("sitemap3c.html"), tableHead() + kRowOpening +
-                                              pageTitleLine(url("/"), 0, "Only") + kCellSeparator +
-                                              "&nbsp;</td>\n\t\t<td>&nbsp;</td>\n\t</tr>" +
-                                              kTableEnd);
+    EXPECT_EQ(siteFile("sitemap3c.html"),
+              tableHead() + kRowOpening + pageTitleLine(url("/"), 0, "Only") + kCellSeparator +
+                  "&nbsp;</td>\n\t\t<td>&nbsp;</td>\n\t</tr>" + kTableEnd);
     EXPECT_FALSE(pathExists(home.dataRoot() + "/Test/badLinks.txt"));
 }
 
@@ -111,7 +114,8 @@ TEST_F(Scan, BrokenNonHtmlAndListingPagesAreToldApart) {
     servePage("/files/", {"<title>Index of /files</title><a href=\"x.html\">x</a>"});
     addSite();
     scan();
-    EXPECT_EQ(vrlmpBadLinkArray, (std::vector<std::string>{url("/gone.html"), url("/r.php?f=pdf")}));
+    EXPECT_EQ(vrlmpBadLinkArray,
+              (std::vector<std::string>{url("/gone.html"), url("/r.php?f=pdf")}));
     EXPECT_EQ(siteFile("badLinks.txt"), url("/gone.html") + "\n" + url("/r.php?f=pdf") + "\n");
     EXPECT_EQ(siteFile("sitemap1cpo.html"),
               head() + "\n" + pageTitleLine(url("/"), 0, "Home") + kClearer + kOneColumnEnd)
@@ -130,9 +134,10 @@ TEST_F(Scan, AnUnparsableBodyLeavesItsTitleForTheNextBlock) {
                                   linkLine(url("/empty.html"), 2, "E") +
                                   linkLine(url("/c.html"), 3, "C");
     // The empty page keeps the counter where the last page left it and shares it with C.
-    const std::string titleEmpty = pageTitleLine(url("/empty.html"), 3, "Could not find page title");
-    const std::string blockC = titleEmpty + pageTitleLine(url("/c.html"), 3, "C") +
-                               linkLine(url("/"), 5, "Back");
+    const std::string titleEmpty =
+        pageTitleLine(url("/empty.html"), 3, "Could not find page title");
+    const std::string blockC =
+        titleEmpty + pageTitleLine(url("/c.html"), 3, "C") + linkLine(url("/"), 5, "Back");
     EXPECT_EQ(siteFile("sitemap1c.html"),
               head() + "\n" + blockHome + kClearer + "\n" + blockC + kClearer + kOneColumnEnd);
     // The pages-only tables hold three items but are closed by the all-links counters.
@@ -146,12 +151,12 @@ TEST_F(Scan, AnUnparsableBodyLeavesItsTitleForTheNextBlock) {
 // cpp-httplib refuses request targets with several "?", so these pages come from a bare
 // server that answers everything with one page.
 std::unique_ptr<test::RawHttpServer> oddQueryServer() {
-    return std::make_unique<test::RawHttpServer>(
-        [](int connection, const std::string&, const std::atomic<bool>&) {
-            test::RawHttpServer::send(
-                connection, test::RawHttpServer::response(
-                                "200 OK", "text/html", "<title>Odd</title><a href=\"p.html\">P</a>"));
-        });
+    return std::make_unique<test::RawHttpServer>([](int connection, const std::string&,
+                                                    const std::atomic<bool>&) {
+        test::RawHttpServer::send(
+            connection, test::RawHttpServer::response(
+                            "200 OK", "text/html", "<title>Odd</title><a href=\"p.html\">P</a>"));
+    });
 }
 
 TEST_F(Scan, FourQueryMarksWarnOnceAndContinue) {
@@ -161,7 +166,8 @@ TEST_F(Scan, FourQueryMarksWarnOnceAndContinue) {
     ASSERT_EQ(alerts.shown.size(), 1U);
     const Alert& warning = alerts.shown[0];
     EXPECT_EQ(warning.title, "There may be an issue with the site you are scanning.");
-    EXPECT_EQ(warning.message, "URL parameters have been found containing multiple ?s which may be invalid.");
+    EXPECT_EQ(warning.message,
+              "URL parameters have been found containing multiple ?s which may be invalid.");
     EXPECT_EQ(warning.defaultButton, "Continue");
     EXPECT_EQ(warning.otherButton, "Cancel Scan");
     EXPECT_EQ(siteView.state().details.pagesFound, "2");
@@ -184,14 +190,16 @@ TEST_F(Scan, CancelInTheMiddleOfAPageKeepsWhatWasSeen) {
     servePage("/", {R"(<title>Home</title><a href="a.html">A</a><a href="b.html">B</a>)"});
     servePage("/a.html", {"<title>A</title>"});
     addSite();
+    driver.setViewRefreshInterval(std::chrono::milliseconds(0));
     scanView.onScannedLinkAppended = [this] { driver.cancelScan(); };
     scan();
-    EXPECT_EQ(siteFile("sitemap1c.html"),
-              head() + "\n" + pageTitleLine(url("/"), 0, "Home") +
-                  linkLine(url("/a.html"), 2, "A") + kClearer + kOneColumnEnd);
+    EXPECT_EQ(siteFile("sitemap1c.html"), head() + "\n" + pageTitleLine(url("/"), 0, "Home") +
+                                              linkLine(url("/a.html"), 2, "A") + kClearer +
+                                              kOneColumnEnd);
     EXPECT_EQ(siteView.state().details.pagesFound, "2");
     EXPECT_EQ(siteView.state().details.linksScanned, "1");
-    EXPECT_EQ(siteView.state().details.totalLinksFound, "3") << "the anchor that saw the stop counts";
+    EXPECT_EQ(siteView.state().details.totalLinksFound, "3")
+        << "the anchor that saw the stop counts";
     const auto log = requestLog();
     EXPECT_EQ(std::count(log.begin(), log.end(), "GET /a.html"), 2)
         << "the next page's title is fetched before the stop is seen";
@@ -223,7 +231,8 @@ TEST_F(Scan, ANotAnsweringStartUrlShowsCodeZero) {
 }
 
 TEST_F(Scan, RobotsRulesAreObeyedUnlessIgnoredAndFiltersAlwaysApply) {
-    servePage("/", {R"(<title>Home</title><a href="private/p.html">P</a><a href="tmp.html">T</a>)"});
+    servePage("/",
+              {R"(<title>Home</title><a href="private/p.html">P</a><a href="tmp.html">T</a>)"});
     servePage("//robots.txt", {"User-agent: *\nDisallow: /private\n", "text/plain"});
     servePage("/private/p.html", {"<title>Private</title>"});
     servePage("/tmp.html", {"<title>Tmp</title>"});
@@ -259,9 +268,7 @@ TEST_F(Scan, TheFilterDrawerIsClosedForTheScanAndReopenedAfter) {
     siteView.filterAddPanel();
     ASSERT_TRUE(siteView.state().filterDrawerOpen);
     bool openWhileScanning = true;
-    sheet.onEnded = [&] {
-        loop.stop();
-    };
+    sheet.onEnded = [&] { loop.stop(); };
     scanView.onStateChanged = [&](const ScanViewState& state) {
         if (!state.scanButtonEnabled && state.filterDrawerOpen) {
             openWhileScanning = true;

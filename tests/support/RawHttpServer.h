@@ -71,9 +71,9 @@ public:
 
     static std::string response(std::string_view status, std::string_view contentType,
                                 std::string_view body) {
-        return "HTTP/1.1 " + std::string(status) + "\r\nContent-Type: " +
-               std::string(contentType) + "\r\nContent-Length: " +
-               std::to_string(body.size()) + "\r\nConnection: close\r\n\r\n" + std::string(body);
+        return "HTTP/1.1 " + std::string(status) + "\r\nContent-Type: " + std::string(contentType) +
+               "\r\nContent-Length: " + std::to_string(body.size()) +
+               "\r\nConnection: close\r\n\r\n" + std::string(body);
     }
 
 private:

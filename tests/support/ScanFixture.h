@@ -22,11 +22,17 @@ namespace loomcrest::test {
 
 class RecordingScanSheet : public ScanSheetView {
 public:
-    void showConnectionSheet(bool shown) override { events.push_back(shown ? "connect" : "connected"); }
-    void showProgressSheet(bool shown) override { events.push_back(shown ? "progress" : "no progress"); }
+    void showConnectionSheet(bool shown) override {
+        events.push_back(shown ? "connect" : "connected");
+    }
+    void showProgressSheet(bool shown) override {
+        events.push_back(shown ? "progress" : "no progress");
+    }
     void showProgress(const ScanProgress& progress) override { lastProgress = progress; }
     void showTotalLinks(int32_t totalLinks) override { lastTotalLinks = totalLinks; }
-    void showEndPanel(bool shown) override { events.push_back(shown ? "end panel" : "no end panel"); }
+    void showEndPanel(bool shown) override {
+        events.push_back(shown ? "end panel" : "no end panel");
+    }
     void bringWindowToFront() override {}
     void scanEnded() override {
         events.push_back("ended");
@@ -64,10 +70,10 @@ class ScanFixture : public testing::Test {
 protected:
     void SetUp() override {
         checkNeededFoldersExist();
-        server.server().Get(".*", [this](const httplib::Request& request,
-                                         httplib::Response& response) {
-            serve(request, response);
-        });
+        server.server().Get(".*",
+                            [this](const httplib::Request& request, httplib::Response& response) {
+                                serve(request, response);
+                            });
         server.start();
         vrlmpFiltersArray.clear();
         vrlmpBadLinkReasonArray.clear();
