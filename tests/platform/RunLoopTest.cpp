@@ -1,0 +1,69 @@
+#include "platform/RunLoop.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+#include <vector>
+
+namespace loomcrest {
+namespace {
+
+using namespace std::chrono_literals;
+
+TEST(RunLoop, WorkFromAnotherThreadRunsOnTheLoopThreadInOrder) {
+    RunLoop loop;
+    std::vector<int> order;
+    std::thread::id ranOn;
+    std::thread worker([&] {
+        loop.perform([&] { order.push_back(1); });
+        loop.performAndWait([&] {
+            order.push_back(2);
+            ranOn = std::this_thread::get_id();
+        });
+        order.push_back(3);  // only after the loop ran the waited-for work
+        loop.perform([&] { loop.stop(); });
+    });
+    loop.run();
+    worker.join();
+    EXPECT_EQ(order, (std::vector<int>{1, 2, 3}));
+    EXPECT_EQ(ranOn, std::this_thread::get_id());
+}
+
+TEST(RunLoop, WaitingOnTheLoopThreadRunsDirectly) {
+    RunLoop loop;
+    bool ran = false;
+    loop.perform([&] {
+        loop.performAndWait([&] { ran = true; });
+        loop.stop();
+    });
+    loop.run();
+    EXPECT_TRUE(ran);
+}
+
+TEST(RunLoop, TimersFireInDeadlineOrderAndPendingOnesAreDroppedAtStop) {
+    RunLoop loop;
+    std::vector<std::string> fired;
+    loop.performAfter(30ms, [&] { fired.push_back("late"); });
+    loop.performAfter(10ms, [&] { fired.push_back("early"); });
+    loop.performAfter(60ms, [&] { loop.stop(); });
+    loop.performAfter(10s, [&] { fired.push_back("never"); });
+    loop.run();
+    EXPECT_EQ(fired, (std::vector<std::string>{"early", "late"}));
+}
+
+TEST(RunLoop, IdleWorkRunsWhileTheLoopWaits) {
+    RunLoop loop;
+    int idleCalls = 0;
+    loop.run(
+        [&] {
+            if (++idleCalls == 3) {
+                loop.stop();
+            }
+        },
+        5ms);
+    EXPECT_EQ(idleCalls, 3);
+}
+
+}  // namespace
+}  // namespace loomcrest
