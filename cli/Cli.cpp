@@ -8,6 +8,7 @@
 #include "FilterCommands.h"
 #include "ScanCommand.h"
 #include "SiteCommands.h"
+#include "XmlCommands.h"
 
 namespace loomcrest::cli {
 
@@ -74,6 +75,17 @@ int runLoomcrest(int argc, const char* const* argv, std::ostream& out, std::ostr
 
     app.add_subcommand("demo", "Serve the bundled demo site on 127.0.0.1 and scan it as \"Demo\"")
         ->callback([&] { command = [&] { return runDemo(out, err); }; });
+
+    std::vector<std::string> xmlArguments;
+    auto* xml = app.add_subcommand(
+        "xml",
+        "List a scanned site's XML sitemap entries, change one (set ROW FIELD VALUE) or "
+        "delete one (delete ROW)");
+    xml->add_option("NAME", name, "Site name")->required();
+    xml->add_option("ACTION", xmlArguments,
+                    "set ROW loc|lastmod|changefreq|priority VALUE, or "
+                    "delete ROW (rows from 1)");
+    xml->callback([&] { command = [&] { return runXmlCommand(name, xmlArguments, out, err); }; });
 
     std::vector<std::string> filterArguments;
     auto* filters = app.add_subcommand(

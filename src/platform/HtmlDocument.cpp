@@ -5,6 +5,7 @@
 #include <libxml/parser.h>
 #include <libxml/parserInternals.h>
 #include <libxml/tree.h>
+#include <libxml/xmlsave.h>
 #include <libxml/xpath.h>
 
 #include <libxml/SAX2.h>
@@ -94,7 +95,46 @@ bool equalsIgnoringCase(std::string_view a, std::string_view b) {
            });
 }
 
+bool isReferenceAt(std::string_view text, size_t ampersand) {
+    size_t i = ampersand + 1;
+    const auto isDigit = [](char c) { return std::isdigit(static_cast<unsigned char>(c)) != 0; };
+    const auto isHex = [](char c) { return std::isxdigit(static_cast<unsigned char>(c)) != 0; };
+    const auto isNameChar = [](char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0; };
+    size_t start = i;
+    if (i < text.size() && text[i] == '#') {
+        ++i;
+        const bool hex = i < text.size() && (text[i] == 'x' || text[i] == 'X');
+        if (hex) {
+            ++i;
+        }
+        start = i;
+        while (i < text.size() && (hex ? isHex(text[i]) : isDigit(text[i]))) {
+            ++i;
+        }
+    } else {
+        if (i >= text.size() || std::isalpha(static_cast<unsigned char>(text[i])) == 0) {
+            return false;
+        }
+        while (i < text.size() && isNameChar(text[i])) {
+            ++i;
+        }
+    }
+    return i > start && i < text.size() && text[i] == ';';
+}
+
 }  // namespace
+
+std::string escapeBareAmpersands(std::string_view text) {
+    std::string escaped;
+    escaped.reserve(text.size());
+    for (size_t i = 0; i < text.size(); ++i) {
+        escaped += text[i];
+        if (text[i] == '&' && !isReferenceAt(text, i)) {
+            escaped += "amp;";
+        }
+    }
+    return escaped;
+}
 
 void MarkupDocument::DocumentDeleter::operator()(xmlDoc* document) const {
     xmlFreeDoc(document);
@@ -109,7 +149,9 @@ std::optional<MarkupDocument> MarkupDocument::parseHtml(std::string_view bytes) 
 }
 
 std::optional<MarkupDocument> MarkupDocument::parseXml(std::string_view bytes) {
-    return parse(bytes, false);
+    // libxml2's recovery drops a bare "&" together with what follows it; tidying it into
+    // "&amp;" first keeps the text, as a person would have meant it.
+    return parse(escapeBareAmpersands(bytes), false);
 }
 
 std::optional<MarkupDocument> MarkupDocument::parse(std::string_view bytes, bool html) {
@@ -195,18 +237,29 @@ std::optional<MarkupNode> MarkupNode::firstChild() const {
 }
 
 std::string MarkupNode::sourceMarkup() const {
-    if (auto markup = document_->startTagSource(node_)) {
-        return *std::move(markup);
+    if (auto source = document_->startTagSource(node_)) {
+        return *std::move(source);
     }
+    return markup();
+}
+
+std::string MarkupNode::markup() const {
     const std::unique_ptr<xmlBuffer, XmlBufferDeleter> buffer(xmlBufferCreate());
     if (!buffer) {
         return {};
     }
     if (document_->html_) {
         htmlNodeDump(buffer.get(), document_->document_.get(), node_);
-    } else {
-        xmlNodeDump(buffer.get(), document_->document_.get(), node_, 0, 0);
+        return fromXmlChars(xmlBufferContent(buffer.get()));
     }
+    // Empty elements keep their end tag: readers of the markup look for "<tag>...</tag>".
+    xmlSaveCtxt* save =
+        xmlSaveToBuffer(buffer.get(), "UTF-8", XML_SAVE_NO_EMPTY | XML_SAVE_NO_DECL);
+    if (save == nullptr) {
+        return {};
+    }
+    xmlSaveTree(save, node_);
+    xmlSaveClose(save);
     return fromXmlChars(xmlBufferContent(buffer.get()));
 }
 

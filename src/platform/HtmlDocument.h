@@ -32,6 +32,8 @@ public:
     // whole markup of an empty element such as an image); a serialisation of the node when
     // the tag cannot be found in the source.
     std::string sourceMarkup() const;
+    // The node serialised by the parser, with its children.
+    std::string markup() const;
 
 private:
     const MarkupDocument* document_;
@@ -69,5 +71,9 @@ private:
     std::unique_ptr<_xmlDoc, DocumentDeleter> document_;
     bool html_ = true;
 };
+
+// `text` with every "&" that does not start a character or entity reference written as
+// "&amp;".
+std::string escapeBareAmpersands(std::string_view text);
 
 }  // namespace loomcrest

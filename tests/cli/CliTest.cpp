@@ -164,3 +164,55 @@ TEST(FiltersCommand, RefusalsTouchNothing) {
 
 }  // namespace
 }  // namespace loomcrest
+
+namespace loomcrest {
+namespace {
+
+using test::fileContents;
+using test::runLoomcrest;
+using test::TemporaryHome;
+using test::writeFile;
+
+TEST(XmlCommand, ListsEditsAndDeletesEntries) {
+    TemporaryHome home;
+    runLoomcrest(home, {"add", "Site", "example.com"});
+    const std::string file = home.dataRoot() + "/Site/sitemap.xml";
+    const std::string header =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<urlset \n"
+        "\txmlns=\"http://www.sitemaps.org/schemas/sitemap/0.9\" \n"
+        "\txmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" \n"
+        "\txsi:schemaLocation=\"http://www.sitemaps.org/schemas/sitemap/0.9 \n"
+        "\thttp://www.sitemaps.org/schemas/sitemap/0.9/sitemap.xsd\">\n"
+        "<!-- Created with Loomcrest -->";
+    const auto entry = [](const std::string& url, const std::string& priority) {
+        return "\n\t<url>\n\t\t<loc>" + url +
+               "</loc>\n\t\t<lastmod></lastmod>\n\t\t<changefreq>monthly</changefreq>\n\t\t"
+               "<priority>" +
+               priority + "</priority>\n\t</url>";
+    };
+    writeFile(file, header + entry("http://example.com/?a=1&amp;b=2", "0.5") +
+                        entry("http://example.com/x.html", "0.5") + "\n</urlset>");
+
+    EXPECT_EQ(runLoomcrest(home, {"xml", "Site"}).out,
+              "1\thttp://example.com/?a=1&b=2\t\tmonthly\t0.5\n"
+              "2\thttp://example.com/x.html\t\tmonthly\t0.5\n");
+
+    const auto january = runLoomcrest(home, {"xml", "Site", "set", "1", "lastmod", "2024-01-17"});
+    EXPECT_EQ(january.exitCode, 1);
+    EXPECT_EQ(january.err, "The month must be a number between 01 and 12\n\n");
+
+    EXPECT_EQ(runLoomcrest(home, {"xml", "Site", "set", "2", "priority", "1"}).exitCode, 0);
+    EXPECT_EQ(runLoomcrest(home, {"xml", "Site", "set", "2", "changefreq", "often"}).exitCode, 0);
+    EXPECT_EQ(runLoomcrest(home, {"xml", "Site", "delete", "1"}).exitCode, 0);
+    EXPECT_EQ(fileContents(file),
+              header +
+                  "\n\t<url>\n\t\t<loc>http://example.com/x.html</loc>\n\t\t<lastmod></lastmod>"
+                  "\n\t\t<changefreq>often</changefreq>\n\t\t<priority>1</priority>\n\t</url>"
+                  "\n</urlset>");
+
+    EXPECT_EQ(runLoomcrest(home, {"xml", "Site", "delete", "2"}).err, "No entry in row 2.\n");
+    EXPECT_EQ(runLoomcrest(home, {"xml", "Site", "set", "1", "colour", "red"}).exitCode, 2);
+}
+
+}  // namespace
+}  // namespace loomcrest

@@ -1,0 +1,215 @@
+#include "editors/XMLViewController.h"
+
+#include <gtest/gtest.h>
+
+#include <ctime>
+
+#include "app/ProcessState.h"
+#include "editors/XmlEntry.h"
+#include "sitemap/SitemapFiles.h"
+#include "sitemap/XmlSitemapFormat.h"
+#include "sites/DataPaths.h"
+#include "support/Recorders.h"
+#include "support/TemporaryHome.h"
+
+namespace loomcrest {
+namespace {
+
+using test::fileContents;
+using test::RecordingAlerts;
+using test::TemporaryHome;
+using test::writeFile;
+using Column = XMLViewController::Column;
+
+// A file as a scan writes it.
+std::string scannedFile(std::initializer_list<std::pair<std::string, std::string>> entries) {
+    std::string text(xmlSitemapHeader());
+    for (const auto& [url, date] : entries) {
+        text += xmlSitemapEntry(url, date);
+    }
+    return text + "\n</urlset>";
+}
+
+// The file as the editor writes it back.
+std::string savedFile(const std::vector<std::string>& entries) {
+    std::string text = std::string(xmlSitemapHeader()) + "\n\t";
+    for (size_t i = 0; i < entries.size(); ++i) {
+        text += entries[i] + (i + 1 == entries.size() ? "\n" : "\n\t");
+    }
+    return text + "</urlset>";
+}
+
+std::string savedEntry(const std::string& url, const std::string& date,
+                       const std::string& frequency = "monthly",
+                       const std::string& priority = "0.5") {
+    return "<url>\n\t\t<loc>" + url + "</loc>\n\t\t<lastmod>" + date +
+           "</lastmod>\n\t\t<changefreq>" + frequency + "</changefreq>\n\t\t<priority>" + priority +
+           "</priority>\n\t</url>";
+}
+
+class XmlEditor : public testing::Test {
+protected:
+    void SetUp() override {
+        vrlmpCurSite = "Site";
+        writeFile(file(), scannedFile({{"http://h/", "2024-03-01"},
+                                       {"http://h/a.html?x=1&y='2'", ""},
+                                       {"http://h/b.html", "2023-12-31"}}));
+        ASSERT_TRUE(xml.viewTBIAction());
+    }
+    std::string file() const { return home.dataRoot() + "/Site/sitemap.xml"; }
+
+    TemporaryHome home;
+    RecordingAlerts alerts;
+    XMLViewController xml{alerts, [] { return std::string("Site"); }};
+};
+
+TEST_F(XmlEditor, ShowsOneRowPerEntryWithUnescapedAddresses) {
+    ASSERT_EQ(xml.numberOfRowsInTableView(), 3U);
+    EXPECT_EQ(xml.objectValueForTableColumn(Column::URL, 1), "http://h/a.html?x=1&y='2'");
+    EXPECT_EQ(xml.objectValueForTableColumn(Column::LastUpdated, 0), "2024-03-01");
+    EXPECT_EQ(xml.objectValueForTableColumn(Column::LastUpdated, 1), "");
+    EXPECT_EQ(xml.objectValueForTableColumn(Column::ChangeFrequency, 2), "monthly");
+    EXPECT_EQ(xml.objectValueForTableColumn(Column::Priority, 2), "0.5");
+    EXPECT_EQ(xml.objectValueForTableColumn(Column::URL, 9), "");
+}
+
+TEST_F(XmlEditor, AnAcceptedDateRewritesTheWholeFile) {
+    xml.setObjectValue("2024-05-17", Column::LastUpdated, 1);
+    EXPECT_TRUE(alerts.shown.empty());
+    EXPECT_EQ(fileContents(file()),
+              savedFile({savedEntry("http://h/", "2024-03-01"),
+                         savedEntry("http://h/a.html?x=1&y='2'", "2024-05-17"),
+                         savedEntry("http://h/b.html", "2023-12-31")}));
+}
+
+TEST_F(XmlEditor, TheAddressIsSavedWithBareAmpersandsAndReadBack) {
+    xml.setObjectValue("http://h/new.html?a=1&b=2", Column::URL, 0);
+    const std::string saved = fileContents(file());
+    EXPECT_NE(saved.find("<loc>http://h/new.html?a=1&b=2</loc>"), std::string::npos);
+    EXPECT_NE(saved.find("<loc>http://h/a.html?x=1&y='2'</loc>"), std::string::npos);
+
+    XMLViewController reopened(alerts, [] { return std::string("Site"); });
+    reopened.createTableContent();
+    EXPECT_EQ(reopened.objectValueForTableColumn(Column::URL, 0), "http://h/new.html?a=1&b=2");
+    reopened.setObjectValue("weekly", Column::ChangeFrequency, 2);
+    EXPECT_EQ(fileContents(file()),
+              savedFile({savedEntry("http://h/new.html?a=1&b=2", "2024-03-01"),
+                         savedEntry("http://h/a.html?x=1&y='2'", ""),
+                         savedEntry("http://h/b.html", "2023-12-31", "weekly")}));
+}
+
+TEST_F(XmlEditor, MenuChoicesWriteTheirValues) {
+    xml.priorityMenuChangeUpdates("1");
+    EXPECT_EQ(fileContents(file()), scannedFile({{"http://h/", "2024-03-01"},
+                                                 {"http://h/a.html?x=1&y='2'", ""},
+                                                 {"http://h/b.html", "2023-12-31"}}))
+        << "no row selected: nothing happens";
+    xml.selectRow(2);
+    xml.priorityMenuChangeUpdates("1");
+    xml.cfMenuChangeUpdates("never");
+    EXPECT_EQ(xml.objectValueForTableColumn(Column::Priority, 2), "1");
+    EXPECT_NE(
+        fileContents(file()).find("<changefreq>never</changefreq>\n\t\t<priority>1</priority>"),
+        std::string::npos);
+    EXPECT_EQ(XMLViewController::kPriorities.back(), "1");
+    EXPECT_EQ(XMLViewController::kChangeFrequencies.front(), "always");
+}
+
+TEST_F(XmlEditor, EmptyCellsAreRefusedWithTheirMessages) {
+    const std::string before = fileContents(file());
+    xml.setObjectValue("", Column::URL, 0);
+    xml.setObjectValue("", Column::LastUpdated, 0);
+    xml.setObjectValue("", Column::ChangeFrequency, 0);
+    xml.setObjectValue("", Column::Priority, 0);
+    ASSERT_EQ(alerts.shown.size(), 4U);
+    EXPECT_EQ(alerts.shown[0].title, "The URL field cannot be left blank");
+    EXPECT_EQ(alerts.shown[1].title, "The Last Updated field cannot be left blank");
+    EXPECT_EQ(alerts.shown[2].title, "The Change Frequency field cannot be left blank");
+    EXPECT_EQ(alerts.shown[3].title, "The Link Priority field cannot be left blank");
+    EXPECT_EQ(alerts.shown[3].defaultButton, "OK");
+    EXPECT_EQ(fileContents(file()), before);
+}
+
+TEST_F(XmlEditor, DeletionAsksThenRewrites) {
+    xml.selectRow(1);
+    alerts.answers.push_back(kOtherButtonCode);
+    xml.delLinkAction();
+    ASSERT_EQ(alerts.shown.size(), 1U);
+    EXPECT_EQ(alerts.shown[0].title,
+              "Do you really want to delete the selected link?\nDeleting links cannot be undone!");
+    EXPECT_EQ(alerts.shown[0].defaultButton, "Delete Link");
+    EXPECT_EQ(alerts.shown[0].otherButton, "Cancel");
+    EXPECT_EQ(xml.numberOfRowsInTableView(), 3U);
+
+    xml.selectRow(1);
+    xml.delLinkAction();
+    EXPECT_EQ(fileContents(file()), savedFile({savedEntry("http://h/", "2024-03-01"),
+                                               savedEntry("http://h/b.html", "2023-12-31")}));
+}
+
+TEST_F(XmlEditor, DeletingTheOnlyEntryLeavesHeaderAndFooter) {
+    writeFile(file(), scannedFile({{"http://h/", ""}}));
+    xml.createTableContent();
+    xml.selectRow(0);
+    xml.delLinkAction();
+    EXPECT_EQ(fileContents(file()), std::string(xmlSitemapHeader()) + "\n\t</urlset>");
+}
+
+TEST_F(XmlEditor, AMissingOrBrokenFileGivesAnEmptyTable) {
+    writeFile(file(), "not xml at all");
+    xml.createTableContent();
+    EXPECT_EQ(xml.numberOfRowsInTableView(), 0U);
+    std::remove(file().c_str());
+    xml.createTableContent();
+    EXPECT_EQ(xml.numberOfRowsInTableView(), 0U);
+}
+
+TEST(XmlEditorWithoutSite, RefusesToOpen) {
+    TemporaryHome home;
+    RecordingAlerts alerts;
+    XMLViewController xml(alerts, [] { return std::string(); });
+    vrlmpCurSite.clear();
+    EXPECT_FALSE(xml.viewTBIAction());
+    ASSERT_EQ(alerts.shown.size(), 1U);
+    EXPECT_EQ(alerts.shown[0].title,
+              "You need to select a sitemap from the sites list to use the XML sitemap viewer.");
+}
+
+TEST(LastUpdatedRule, ReadsMonthAndDayByPosition) {
+    const std::string today = "2026-11-21";
+    EXPECT_EQ(xmlentry::lastUpdatedProblem("2024-05-17", today), std::nullopt);
+    EXPECT_EQ(xmlentry::lastUpdatedProblem("2024-12-31", today), std::nullopt);
+    EXPECT_EQ(xmlentry::lastUpdatedProblem("2024-01-17", today),
+              "The month must be a number between 01 and 12");
+    EXPECT_EQ(xmlentry::lastUpdatedProblem("2024-11-05", today),
+              "The day must be a number between 01 and 31");
+    EXPECT_EQ(xmlentry::lastUpdatedProblem("2024-10-20", today),
+              "The day must be a number between 01 and 31");
+    EXPECT_EQ(xmlentry::lastUpdatedProblem("17.05.2024", today),
+              "The Last Updated date format must be yyyy-mm-dd (2026-11-21)");
+    EXPECT_EQ(xmlentry::lastUpdatedProblem("updated 2024-05-17", today),
+              "The month must be a number between 01 and 12");
+    EXPECT_EQ(xmlentry::lastUpdatedProblem("", today),
+              "The Last Updated field cannot be left blank");
+}
+
+TEST(LastUpdatedRule, TheFormatMessageNamesToday) {
+    TemporaryHome home;
+    vrlmpCurSite = "Site";
+    writeFile(home.dataRoot() + "/Site/sitemap.xml", scannedFile({{"http://h/", ""}}));
+    RecordingAlerts alerts;
+    XMLViewController xml(alerts, [] { return std::string("Site"); });
+    xml.createTableContent();
+    xml.setObjectValue("17.05.2024", Column::LastUpdated, 0);
+    const time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    char today[16];
+    std::strftime(today, sizeof today, "%Y-%m-%d", &local);
+    ASSERT_EQ(alerts.shown.size(), 1U);
+    EXPECT_EQ(alerts.shown[0].title,
+              "The Last Updated date format must be yyyy-mm-dd (" + std::string(today) + ")");
+}
+
+}  // namespace
+}  // namespace loomcrest
