@@ -6,6 +6,7 @@
 
 #include "DemoCommand.h"
 #include "FilterCommands.h"
+#include "HtmlCommands.h"
 #include "ScanCommand.h"
 #include "SiteCommands.h"
 #include "XmlCommands.h"
@@ -86,6 +87,33 @@ int runLoomcrest(int argc, const char* const* argv, std::ostream& out, std::ostr
                     "set ROW loc|lastmod|changefreq|priority VALUE, or "
                     "delete ROW (rows from 1)");
     xml->callback([&] { command = [&] { return runXmlCommand(name, xmlArguments, out, err); }; });
+
+    HtmlRequest htmlRequest;
+    auto* html = app.add_subcommand(
+        "html", "Work on one HTML sitemap layout: lines, style, edit LINE, delete LINE, preview");
+    html->add_option("NAME", htmlRequest.name, "Site name")->required();
+    html->add_option("LAYOUT", htmlRequest.layout, "3c, 2c, 1c, 3cpo, 2cpo or 1cpo")->required();
+    html->add_option("ACTION", htmlRequest.arguments,
+                     "lines | style | edit LINE | delete LINE | preview (lines from 1)")
+        ->required();
+    for (const auto& [prefix, options] :
+         {std::pair<std::string, StyleOptions*>{"pt", &htmlRequest.pageTitles},
+          std::pair<std::string, StyleOptions*>{"pl", &htmlRequest.pageLinks}}) {
+        const std::string group = prefix == "pt" ? "page titles" : "page links";
+        html->add_option("--" + prefix + "-face", options->face, "Font face of " + group);
+        html->add_option("--" + prefix + "-size", options->size, "Font size of " + group);
+        html->add_option("--" + prefix + "-bold", options->bold, "on or off")
+            ->check(CLI::IsMember({"on", "off"}));
+        html->add_option("--" + prefix + "-italic", options->italic, "on or off")
+            ->check(CLI::IsMember({"on", "off"}));
+        html->add_option("--" + prefix + "-underline", options->underline, "hover, none or always")
+            ->check(CLI::IsMember({"hover", "none", "always"}));
+        html->add_option("--" + prefix + "-colour", options->colour,
+                         "Hex colour, as typed into the colour field");
+    }
+    html->add_option("--title", htmlRequest.title, "New title of the line (edit)");
+    html->add_option("--link", htmlRequest.link, "New address of the line (edit)");
+    html->callback([&] { command = [&] { return runHtmlCommand(htmlRequest, out, err); }; });
 
     std::vector<std::string> filterArguments;
     auto* filters = app.add_subcommand(

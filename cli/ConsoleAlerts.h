@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <ostream>
+#include <vector>
 
 #include "platform/Alerts.h"
 
@@ -22,10 +23,13 @@ public:
 
     // Whether an alert (not a question) was shown, which means an action was refused.
     bool anyAlertShown() const { return anyAlertShown_; }
+    // Every alert and question shown so far, in order.
+    const std::vector<Alert>& shown() const { return shown_; }
 
 private:
     std::ostream& err_;
     bool anyAlertShown_ = false;
+    std::vector<Alert> shown_;
     std::function<int(const Alert&)> answerer_;
 };
 

@@ -170,7 +170,10 @@ std::optional<MarkupDocument> MarkupDocument::parse(std::string_view bytes, bool
     context->_private = document.startTagEnds_.get();
     if (html) {
         context->sax->startElement = recordHtmlStartTag;
+        // A body that declares no encoding is UTF-8; without this libxml2 would read it as
+        // Latin-1. One that declares another encoding is still read in that one.
         htmlCtxtUseOptions(context.get(), kHtmlOptions);
+        xmlSwitchEncoding(context.get(), XML_CHAR_ENCODING_UTF8);
         htmlParseDocument(context.get());
     } else {
         context->sax->startElementNs = recordXmlStartTag;

@@ -72,4 +72,36 @@ std::optional<RegexMatch> Regex::firstMatch(std::string_view subject) const {
     return RegexMatch(std::move(groups));
 }
 
+std::string Regex::replaceAll(std::string_view subject, std::string_view replacement) const {
+    if (!code_) {
+        return std::string(subject);
+    }
+    std::string result;
+    size_t start = 0;
+    std::unique_ptr<pcre2_match_data, MatchDataDeleter> data(
+        pcre2_match_data_create_from_pattern(code_.get(), nullptr));
+    while (data && start <= subject.size()) {
+        const int found = pcre2_match(code_.get(), reinterpret_cast<PCRE2_SPTR>(subject.data()),
+                                      subject.size(), start, 0, data.get(), nullptr);
+        if (found <= 0) {
+            break;
+        }
+        const PCRE2_SIZE* offsets = pcre2_get_ovector_pointer(data.get());
+        result.append(subject.substr(start, offsets[0] - start)).append(replacement);
+        if (offsets[1] == offsets[0]) {
+            // An empty match: keep the next character and move past it.
+            if (offsets[1] < subject.size()) {
+                result += subject[offsets[1]];
+            }
+            start = offsets[1] + 1;
+        } else {
+            start = offsets[1];
+        }
+    }
+    if (start < subject.size()) {
+        result.append(subject.substr(start));
+    }
+    return result;
+}
+
 }  // namespace loomcrest

@@ -40,6 +40,8 @@ public:
 
     bool isValid() const { return code_ != nullptr; }
     std::optional<RegexMatch> firstMatch(std::string_view subject) const;
+    // Every match replaced by `replacement`, taken literally.
+    std::string replaceAll(std::string_view subject, std::string_view replacement) const;
 
 private:
     struct CodeDeleter {

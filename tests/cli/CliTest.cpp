@@ -216,3 +216,58 @@ TEST(XmlCommand, ListsEditsAndDeletesEntries) {
 
 }  // namespace
 }  // namespace loomcrest
+
+namespace loomcrest {
+namespace {
+
+using test::fileContents;
+using test::runLoomcrest;
+using test::TemporaryHome;
+
+TEST(HtmlCommand, ListsStylesEditsDeletesAndPreviews) {
+    TemporaryHome home;
+    ASSERT_EQ(runLoomcrest(home, {"demo"}).exitCode, 0);
+    const std::string folder = home.dataRoot() + "/Demo";
+    const auto lines = runLoomcrest(home, {"html", "Demo", "1c", "lines"});
+    EXPECT_EQ(lines.exitCode, 0);
+    EXPECT_TRUE(lines.out.starts_with("1\ttitle\t0\tDemo Shop\thttp://127.0.0.1:")) << lines.out;
+    EXPECT_NE(lines.out.find("\n2\tlink\t2\tHome\thttp://127.0.0.1:"), std::string::npos);
+
+    const std::string twoColumns = fileContents(folder + "/sitemap2c.html");
+    EXPECT_EQ(runLoomcrest(home, {"html", "Demo", "1c", "style", "--pl-size", "1.3em",
+                                  "--pt-underline", "none"})
+                  .exitCode,
+              0);
+    const std::string styled = fileContents(folder + "/sitemap1c.html");
+    EXPECT_NE(styled.find("\t\tfont-size: 1.3em;\n\t\tmargin-left: 20px;"), std::string::npos);
+    EXPECT_NE(styled.find("\t.zplPageTitle a:hover { text-decoration:none }"), std::string::npos);
+    EXPECT_EQ(fileContents(folder + "/sitemap2c.html"), twoColumns) << "one layout at a time";
+
+    const auto badColour =
+        runLoomcrest(home, {"html", "Demo", "1c", "style", "--pt-colour", "#12345"});
+    EXPECT_EQ(badColour.exitCode, 1);
+    EXPECT_EQ(badColour.err,
+              "The colour much be 6 characters, (7 with begining #) please check the "
+              "colour hex value you entered.\n\n");
+
+    EXPECT_EQ(
+        runLoomcrest(home, {"html", "Demo", "1c", "edit", "2", "--title", "Start & more"}).exitCode,
+        0);
+    EXPECT_NE(fileContents(folder + "/sitemap1c.html").find(">Start &amp; more<!-- LINKID: 2 -->"),
+              std::string::npos);
+
+    EXPECT_EQ(runLoomcrest(home, {"html", "Demo", "1c", "delete", "1"}).exitCode, 0);
+    EXPECT_TRUE(runLoomcrest(home, {"html", "Demo", "1c", "lines"})
+                    .out.starts_with("1\ttitle\t2\tStart & more\t"))
+        << "the page's first link became its title";
+
+    const auto preview = runLoomcrest(home, {"html", "Demo", "1c", "preview"});
+    EXPECT_EQ(preview.out, folder + "/tmpMap.html\n");
+    EXPECT_EQ(fileContents(folder + "/tmpMap.html").find("LINKID"), std::string::npos);
+
+    EXPECT_EQ(runLoomcrest(home, {"html", "Demo", "4c", "lines"}).exitCode, 2);
+    EXPECT_EQ(runLoomcrest(home, {"html", "Demo", "1c", "delete", "9999"}).exitCode, 1);
+}
+
+}  // namespace
+}  // namespace loomcrest

@@ -83,6 +83,12 @@ TEST(PageTitleFromBody, TitleOrFallback) {
     EXPECT_EQ(pageTitleFromBody("\x01\x02\xff"), "Could not find page title");
 }
 
+TEST(PageTitleFromBody, BodiesAreUtf8UnlessTheyDeclareOtherwise) {
+    EXPECT_EQ(pageTitleFromBody("<title>Caf\xc3\xa9</title>"), "Caf\xc3\xa9");
+    EXPECT_EQ(pageTitleFromBody("<meta charset=\"iso-8859-1\"><title>Caf\xe9</title>"),
+              "Caf\xc3\xa9");
+}
+
 TEST(PageTitleFromBody, TheXmlParseIsTheSecondChance) {
     EXPECT_EQ(pageTitleFromBody("<?xml version=\"1.0\"?><feed><title>Feed</title></feed>"), "Feed");
 }

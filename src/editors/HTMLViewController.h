@@ -1,0 +1,148 @@
+#pragma once
+
+#include <atomic>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include "editors/HtmlView.h"
+#include "platform/Alerts.h"
+#include "platform/UiThread.h"
+
+namespace loomcrest {
+
+// The HTML sitemap view: a working copy of one of the six layout files (vrlmpHTMLString),
+// restyled, edited line by line and saved back to that file.
+class HTMLViewController {
+public:
+    struct ScrollPosition {
+        double x = 0;
+        double y = 0;
+    };
+
+    // `shownSiteName` gives the site name of the site-name field.
+    HTMLViewController(HtmlView& view, AlertPresenter& alerts, UiThread& ui,
+                       std::function<std::string()> shownSiteName);
+    HTMLViewController(const HTMLViewController&) = delete;
+    HTMLViewController& operator=(const HTMLViewController&) = delete;
+    ~HTMLViewController();
+
+    // Loading and saving.
+    bool viewTBIAction();
+    void firstLoad();
+    void setPopupButtons();
+    void saveActive();
+    void changeMapType(size_t layout);
+    void saveRecentChanges() { saveNow("savebutton"); }
+    void saveNow(std::string_view request);
+    void enableEditOptions() { setEditOptionsEnabled(true); }
+    void disableEditOptions() { setEditOptionsEnabled(false); }
+
+    // Style controls.
+    void ptFontFamily(size_t face);
+    void plFontFamily(size_t face);
+    void ptFontSize(size_t size);
+    void plFontSize(size_t size);
+    void ptFontStyleBold(bool on);
+    void plFontStyleBold(bool on);
+    void ptFontStyleItalic(bool on);
+    void plFontStyleItalic(bool on);
+    void ptUnderlineAll();
+    void ptUnderlineNone();
+    void ptUnderlineOnHover();
+    void plUnderlineAll();
+    void plUnderlineNone();
+    void plUnderlineOnHover();
+    void ptColourWell(const htmlstyle::Rgb& colour);
+    void plColourWell(const htmlstyle::Rgb& colour);
+    void ptFontColourFieldAction(std::string_view text);
+    void plFontColourFieldAction(std::string_view text);
+    void changePTColour(std::string_view colour);
+    void changePLColour(std::string_view colour);
+
+    static std::string getHEXValue(const htmlstyle::Rgb& well) { return htmlstyle::hexValue(well); }
+    // Sets `well` from the text; returns the colour, or nothing when the text holds no
+    // six-digit colour.
+    static std::optional<htmlstyle::Rgb> setHEXValue(htmlstyle::Rgb& well, std::string_view text);
+
+    // Link editing. The preview reports every navigation request; only reloads of the
+    // working copy ("about:blank") are let through.
+    bool shouldAllowNavigation(std::string_view address) const { return address == "about:blank"; }
+    // A click on a link: its absolute address and visible label.
+    void linkClicked(std::string_view address, std::string_view label);
+    void scrollPositionChanged(ScrollPosition position) { savedScrollPosition_ = position; }
+    ScrollPosition savedScrollPosition() const { return savedScrollPosition_; }
+    // The text typed into the title and address fields.
+    void setEditFields(std::string title, std::string link);
+    void titleEditInputAction();
+    void linkEditInputAction();
+    void editLinkAndTitle();
+    void deleteLinkAction();
+    void beginLinkDeletion();
+    void linkDeletion();
+    void checkForEmptyColumn();
+    void rebuildSitemaps(const std::vector<std::string>& cells);
+
+    // Browser preview: writes "tmpMap.html" on a background thread and opens it.
+    void viewSitemapButton();
+    void cancelViewInExternalButtonAction();
+    std::string previewFileLocation() const;
+    // Waits for a preview that is being made.
+    void waitForPreview();
+
+    // The unsaved-changes prompt other views run before they take the window.
+    static void checkSave(AlertPresenter& alerts);
+    static void sheetDidEndSaveSitemapChanges(int returnCode);
+
+    const HtmlViewState& state() const { return state_; }
+    const std::string& originalHTMLString() const { return originalHTMLString_; }
+    const std::string& urlToLoad() const { return urlToLoad_; }
+    std::string shownFileLocation() const {
+        return urlToLoad_.size() > 7 ? urlToLoad_.substr(7) : "";
+    }
+    const std::string& linkNumber() const { return linkNumber_; }
+    const std::string& originalLinkValue() const { return originalLinkValue_; }
+
+private:
+    void showPlaceholder(std::string_view text);
+    void reload();
+    void showState();
+    void setEditOptionsEnabled(bool enabled);
+    std::string layoutFileLocation(size_t layout) const;
+    void loadLayout(size_t layout);
+    void writeAndReload();
+    void applyStyle(htmlstyle::Group group, std::string_view pattern, std::string_view property);
+    void colourFieldAction(htmlstyle::Group group, std::string_view text);
+    void colourWellAction(htmlstyle::Group group, const htmlstyle::Rgb& colour);
+    void changeColour(htmlstyle::Group group, std::string_view colour);
+    void underline(htmlstyle::Group group, htmlstyle::Underline mode);
+    void fieldAction(bool otherFieldEmpty, std::string message);
+    void promoteFirstLink();
+    void externalBrowserView(std::string html);
+    void startPreview();
+
+    HtmlView& view_;
+    AlertPresenter& alerts_;
+    UiThread& ui_;
+    std::function<std::string()> shownSiteName_;
+    HtmlViewState state_;
+    std::string originalHTMLString_;
+    std::string urlToLoad_;
+    ScrollPosition savedScrollPosition_;
+
+    // The selected line.
+    std::string linkHREFValue_;
+    std::string linkTitleValue_;
+    std::string linkNumber_;
+    std::string linkIdentifier_;
+    std::string originalLinkValue_;
+    std::string delLink_;
+    std::string delTitle_;
+
+    std::atomic<bool> cancelExternalViewProcess_{false};
+    std::thread previewThread_;
+};
+
+}  // namespace loomcrest

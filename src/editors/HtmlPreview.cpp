@@ -1,0 +1,123 @@
+#include <chrono>
+
+#include "app/ProcessState.h"
+#include "editors/HTMLViewController.h"
+#include "platform/FileSystem.h"
+#include "platform/Regex.h"
+#include "platform/Text.h"
+#include "sites/DataPaths.h"
+
+namespace loomcrest {
+
+namespace {
+
+// The progress bar moves at most this often; each step waits for the interface thread.
+constexpr std::chrono::milliseconds kProgressInterval{50};
+
+std::string withoutMarkers(std::string_view line) {
+    static const Regex comment("<!-- LINKID: .*? -->");
+    static const Regex marker("---LINKID:.*?---");
+    return marker.replaceAll(comment.replaceAll(line, ""), "");
+}
+
+}  // namespace
+
+std::string HTMLViewController::previewFileLocation() const {
+    return siteFolderLocation(shownSiteName_()) + "/tmpMap.html";
+}
+
+void HTMLViewController::viewSitemapButton() {
+    if (originalHTMLString_ == vrlmpHTMLString) {
+        cancelExternalViewProcess_ = false;
+        view_.setPreviewProgress(0, 1);
+        startPreview();
+        return;
+    }
+    // This path keeps an earlier cancel: such a preview stops after its first line.
+    alerts_.presentAlert(
+        Alert::question("Changes have been made to this sitemap, would you like to save the "
+                        "changes you have made?",
+                        "", "Save Changes", "", "Discard Changes"),
+        [this](int returnCode) {
+            if (returnCode == kDefaultButtonCode) {
+                writeFileAtomically(shownFileLocation(), vrlmpHTMLString);
+                vrlmpHTMLString = readTextFile(shownFileLocation()).value_or("");
+                originalHTMLString_ = vrlmpHTMLString;
+                saveActive();
+            } else {
+                vrlmpHTMLString = originalHTMLString_;
+                reload();
+            }
+            startPreview();
+        });
+}
+
+void HTMLViewController::startPreview() {
+    waitForPreview();
+    previewThread_ = std::thread([this, html = vrlmpHTMLString] { externalBrowserView(html); });
+}
+
+void HTMLViewController::waitForPreview() {
+    if (previewThread_.joinable()) {
+        previewThread_.join();
+    }
+}
+
+void HTMLViewController::externalBrowserView(std::string html) {
+    ui_.perform([this] { view_.showPreviewPanel(true); });
+    const std::vector<std::string> lines = split(html, '\n');
+    const auto total = static_cast<double>(lines.size());
+    auto lastProgress = std::chrono::steady_clock::time_point{};
+    std::string page;
+    bool cancelled = false;
+    for (size_t i = 0; i < lines.size(); ++i) {
+        const auto now = std::chrono::steady_clock::now();
+        if (now - lastProgress >= kProgressInterval || i + 1 == lines.size()) {
+            lastProgress = now;
+            ui_.performAndWait(
+                [this, i, total] { view_.setPreviewProgress(static_cast<double>(i + 1), total); });
+        }
+        if (i > 0) {
+            page += '\n';
+        }
+        page += withoutMarkers(lines[i]);
+        if (cancelExternalViewProcess_) {
+            cancelled = true;
+            break;
+        }
+    }
+    // The document already ends with these; browsers ignore the surplus.
+    page += "</table>\n</body>\n</html>";
+    if (!cancelled) {
+        const std::string path = previewFileLocation();
+        writeFileAtomically(path, page);
+        ui_.perform([this, path] { view_.openWithDefaultApplication(path); });
+    }
+    ui_.perform([this] { view_.showPreviewPanel(false); });
+}
+
+void HTMLViewController::cancelViewInExternalButtonAction() {
+    cancelExternalViewProcess_ = true;
+    view_.showPreviewPanel(false);
+}
+
+void HTMLViewController::checkSave(AlertPresenter& alerts) {
+    if (!vrlmpNeedsSave) {
+        return;
+    }
+    alerts.presentAlert(Alert::question("Changes have been made to this sitemap, would you like "
+                                        "to save before proceeding?",
+                                        "", "Save Changes", "", "Discard"),
+                        [](int returnCode) { sheetDidEndSaveSitemapChanges(returnCode); });
+}
+
+void HTMLViewController::sheetDidEndSaveSitemapChanges(int returnCode) {
+    if (returnCode == kDefaultButtonCode) {
+        writeFileAtomically(vrlmpUTLLoc, vrlmpHTMLString);
+    } else {
+        vrlmpHTMLString = readTextFile(vrlmpUTLLoc).value_or("");
+    }
+    vrlmpNeedsSave = false;
+}
+
+}  // namespace loomcrest

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "editors/HtmlStyle.h"
+
+namespace loomcrest {
+
+// One group of style controls ("pt" for page titles, "pl" for page links).
+struct StyleControls {
+    std::optional<size_t> face;  // index into htmlstyle::kFontFaces; nothing selected
+    std::optional<size_t> size;  // index into htmlstyle::kFontSizes
+    bool bold = false;
+    bool italic = false;
+    htmlstyle::Underline underline = htmlstyle::Underline::OnHover;
+    std::string colourField;
+    htmlstyle::Rgb colourWell;
+};
+
+struct HtmlViewState {
+    StyleControls pt;
+    StyleControls pl;
+    bool editOptionsEnabled = false;
+    bool saveEnabled = false;
+    size_t layout = 0;  // index into kSitemapLayouts
+    std::string layoutLabel;
+    std::string titleField;
+    std::string linkField;
+    bool deleteEnabled = false;
+};
+
+// What the HTML sitemap view's controller needs from whatever draws it.
+class HtmlView {
+public:
+    virtual ~HtmlView() = default;
+    virtual void htmlViewChanged(const HtmlViewState& state) = 0;
+    // Shows `html` in the preview, as text with no base address; the scroll position the
+    // controller keeps is restored once it has loaded.
+    virtual void loadPreview(std::string_view html) = 0;
+    // The panel shown while the browser preview file is made, and its progress.
+    virtual void showPreviewPanel(bool shown) = 0;
+    virtual void setPreviewProgress(double value, double maximum) = 0;
+    virtual void openWithDefaultApplication(const std::string& path) = 0;
+};
+
+}  // namespace loomcrest
