@@ -103,7 +103,7 @@ void HTMLViewController::showPlaceholder(std::string_view text) {
 void HTMLViewController::setPopupButtons() {
     saveActive();
     for (const Group group : {Group::PageTitle, Group::PageLink}) {
-        StyleControls& controls = group == Group::PageTitle ? state_.pt : state_.pl;
+        StyleControls& controls = controlsOf(group);
         const htmlstyle::GroupStyle style = htmlstyle::readGroupStyle(vrlmpHTMLString, group);
         controls.colourField = style.colour;
         setHEXValue(controls.colourWell, style.colour);
@@ -221,56 +221,59 @@ void HTMLViewController::applyStyle(Group group, std::string_view pattern,
     saveActive();
 }
 
+StyleControls& HTMLViewController::controlsOf(Group group) {
+    return group == Group::PageTitle ? state_.pt : state_.pl;
+}
+
+void HTMLViewController::setFace(Group group, size_t face) {
+    controlsOf(group).face = face;
+    applyStyle(group, "font-family:.*;",
+               "font-family: " + std::string(htmlstyle::kFontFaces.at(face)) + ";");
+}
+
+void HTMLViewController::setSize(Group group, size_t size) {
+    controlsOf(group).size = size;
+    applyStyle(group, "font-size:.*;",
+               "font-size: " + std::string(htmlstyle::kFontSizes.at(size)) + ";");
+}
+
+void HTMLViewController::setBold(Group group, bool on) {
+    controlsOf(group).bold = on;
+    applyStyle(group, "font-weight:.*;", on ? "font-weight: bold;" : "font-weight: normal;");
+}
+
+void HTMLViewController::setItalic(Group group, bool on) {
+    controlsOf(group).italic = on;
+    applyStyle(group, "font-style:.*;", on ? "font-style: italic;" : "font-style: normal;");
+}
+
 void HTMLViewController::ptFontFamily(size_t face) {
-    state_.pt.face = face;
-    applyStyle(Group::PageTitle, "font-family:.*;",
-               "font-family: " + std::string(htmlstyle::kFontFaces.at(face)) + ";");
+    setFace(Group::PageTitle, face);
 }
-
 void HTMLViewController::plFontFamily(size_t face) {
-    state_.pl.face = face;
-    applyStyle(Group::PageLink, "font-family:.*;",
-               "font-family: " + std::string(htmlstyle::kFontFaces.at(face)) + ";");
+    setFace(Group::PageLink, face);
 }
-
 void HTMLViewController::ptFontSize(size_t size) {
-    state_.pt.size = size;
-    applyStyle(Group::PageTitle, "font-size:.*;",
-               "font-size: " + std::string(htmlstyle::kFontSizes.at(size)) + ";");
+    setSize(Group::PageTitle, size);
 }
-
 void HTMLViewController::plFontSize(size_t size) {
-    state_.pl.size = size;
-    applyStyle(Group::PageLink, "font-size:.*;",
-               "font-size: " + std::string(htmlstyle::kFontSizes.at(size)) + ";");
+    setSize(Group::PageLink, size);
 }
-
 void HTMLViewController::ptFontStyleBold(bool on) {
-    state_.pt.bold = on;
-    applyStyle(Group::PageTitle, "font-weight:.*;",
-               on ? "font-weight: bold;" : "font-weight: normal;");
+    setBold(Group::PageTitle, on);
 }
-
 void HTMLViewController::plFontStyleBold(bool on) {
-    state_.pl.bold = on;
-    applyStyle(Group::PageLink, "font-weight:.*;",
-               on ? "font-weight: bold;" : "font-weight: normal;");
+    setBold(Group::PageLink, on);
 }
-
 void HTMLViewController::ptFontStyleItalic(bool on) {
-    state_.pt.italic = on;
-    applyStyle(Group::PageTitle, "font-style:.*;",
-               on ? "font-style: italic;" : "font-style: normal;");
+    setItalic(Group::PageTitle, on);
 }
-
 void HTMLViewController::plFontStyleItalic(bool on) {
-    state_.pl.italic = on;
-    applyStyle(Group::PageLink, "font-style:.*;",
-               on ? "font-style: italic;" : "font-style: normal;");
+    setItalic(Group::PageLink, on);
 }
 
 void HTMLViewController::underline(Group group, Underline mode) {
-    (group == Group::PageTitle ? state_.pt : state_.pl).underline = mode;
+    controlsOf(group).underline = mode;
     vrlmpHTMLString = htmlstyle::withUnderline(vrlmpHTMLString, group, mode);
     reload();
     saveActive();
@@ -319,7 +322,7 @@ void HTMLViewController::changePLColour(std::string_view colour) {
 }
 
 void HTMLViewController::colourWellAction(Group group, const htmlstyle::Rgb& colour) {
-    StyleControls& controls = group == Group::PageTitle ? state_.pt : state_.pl;
+    StyleControls& controls = controlsOf(group);
     controls.colourWell = colour;
     controls.colourField = getHEXValue(colour);
     changeColour(group, controls.colourField);
@@ -335,7 +338,7 @@ void HTMLViewController::plColourWell(const htmlstyle::Rgb& colour) {
 }
 
 void HTMLViewController::colourFieldAction(Group group, std::string_view typed) {
-    StyleControls& controls = group == Group::PageTitle ? state_.pt : state_.pl;
+    StyleControls& controls = controlsOf(group);
     controls.colourField = typed;
     const auto warn = [this, group] {
         alerts_.presentAlert(
@@ -344,7 +347,7 @@ void HTMLViewController::colourFieldAction(Group group, std::string_view typed) 
                             "", "OK", "", "Reset"),
             [this, group](int returnCode) {
                 if (returnCode != kDefaultButtonCode) {
-                    StyleControls& reset = group == Group::PageTitle ? state_.pt : state_.pl;
+                    StyleControls& reset = controlsOf(group);
                     reset.colourField = getHEXValue(reset.colourWell);
                     showState();
                 }

@@ -113,7 +113,12 @@ private:
     std::string layoutFileLocation(size_t layout) const;
     void loadLayout(size_t layout);
     void writeAndReload();
+    StyleControls& controlsOf(htmlstyle::Group group);
     void applyStyle(htmlstyle::Group group, std::string_view pattern, std::string_view property);
+    void setFace(htmlstyle::Group group, size_t face);
+    void setSize(htmlstyle::Group group, size_t size);
+    void setBold(htmlstyle::Group group, bool on);
+    void setItalic(htmlstyle::Group group, bool on);
     void colourFieldAction(htmlstyle::Group group, std::string_view text);
     void colourWellAction(htmlstyle::Group group, const htmlstyle::Rgb& colour);
     void changeColour(htmlstyle::Group group, std::string_view colour);
