@@ -5,6 +5,7 @@
 #include <string>
 
 #include "DemoCommand.h"
+#include "ExportCommand.h"
 #include "FilterCommands.h"
 #include "HtmlCommands.h"
 #include "ScanCommand.h"
@@ -114,6 +115,19 @@ int runLoomcrest(int argc, const char* const* argv, std::ostream& out, std::ostr
     html->add_option("--title", htmlRequest.title, "New title of the line (edit)");
     html->add_option("--link", htmlRequest.link, "New address of the line (edit)");
     html->callback([&] { command = [&] { return runHtmlCommand(htmlRequest, out, err); }; });
+
+    std::string exportLayout;
+    std::string exportFile;
+    auto* exporting = app.add_subcommand(
+        "export", "Export a layout without its markers, the XML sitemap or the broken links");
+    exporting->add_option("NAME", name, "Site name")->required();
+    exporting
+        ->add_option("LAYOUT", exportLayout,
+                     "3c, 2c, 1c, 3cpo, 2cpo, 1cpo, xml, broken-html or broken-txt")
+        ->required();
+    exporting->add_option("FILE", exportFile, "The file to write")->required();
+    exporting->callback(
+        [&] { command = [&] { return exportSitemap(name, exportLayout, exportFile, err); }; });
 
     std::vector<std::string> filterArguments;
     auto* filters = app.add_subcommand(

@@ -271,3 +271,36 @@ TEST(HtmlCommand, ListsStylesEditsDeletesAndPreviews) {
 
 }  // namespace
 }  // namespace loomcrest
+
+namespace loomcrest {
+namespace {
+
+using test::fileContents;
+using test::runLoomcrest;
+using test::TemporaryHome;
+
+TEST(ExportCommand, WritesTheChosenFileOrRefuses) {
+    TemporaryHome home;
+    ASSERT_EQ(runLoomcrest(home, {"demo"}).exitCode, 0);
+    const std::string out = home.path() + "/site-map.html";
+    EXPECT_EQ(runLoomcrest(home, {"export", "Demo", "2cpo", out}).exitCode, 0);
+    const std::string exported = fileContents(out);
+    EXPECT_EQ(exported.find("LINKID"), std::string::npos);
+    EXPECT_NE(exported.find("<div class=\"zplPageTitle\"><a href=\"http://127.0.0.1:"),
+              std::string::npos);
+
+    EXPECT_EQ(runLoomcrest(home, {"export", "Demo", "broken-txt", home.path() + "/b.txt"}).exitCode,
+              0);
+    EXPECT_TRUE(fileContents(home.path() + "/b.txt").ends_with("/spring-sale.html\n\n"));
+
+    runLoomcrest(home, {"add", "Never", "never.example"});
+    const auto never = runLoomcrest(home, {"export", "Never", "xml", home.path() + "/n.xml"});
+    EXPECT_EQ(never.exitCode, 1);
+    EXPECT_EQ(never.err,
+              "The sitemap you are trying to export could not be found, please make "
+              "sure you have scanned your site before exporting.\n\n");
+    EXPECT_EQ(runLoomcrest(home, {"export", "Demo", "4c", out}).exitCode, 2);
+}
+
+}  // namespace
+}  // namespace loomcrest

@@ -1,0 +1,92 @@
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include "platform/Alerts.h"
+#include "platform/UiThread.h"
+
+namespace loomcrest {
+
+// A save dialog's question: where to write, with a proposed name and the file types allowed.
+struct SaveFileRequest {
+    std::string proposedName;
+    std::vector<std::string> allowedTypes;
+    bool extensionHidden = true;
+};
+
+// The export view's panel, progress bar and save dialogs. Every call comes on the
+// user-interface thread.
+class ExportView {
+public:
+    virtual ~ExportView() = default;
+    virtual void showExportPanel(bool shown) = 0;
+    virtual void setProgressIndeterminate(bool indeterminate) = 0;
+    virtual void updateExportBar(uint64_t maximum, uint64_t current) = 0;
+    // The chosen path, or nothing when the user cancels.
+    virtual std::optional<std::string> chooseSaveFile(const SaveFileRequest& request) = 0;
+};
+
+// Exports a scanned site's files for publication: one HTML layout without its LINKID
+// markers, the XML sitemap without empty elements, or the broken-links list as HTML or
+// text. Each export runs on a worker thread of its own; the dialogs and the writing happen
+// on the user-interface thread.
+class SitemapExporter {
+public:
+    enum class Kind { HTML, XML, BrokenHTMLExport, BrokenTXTExport };
+    // The six layout boxes, in the order an export visits them.
+    enum Box { threeCSF, twoCSF, oneCSF, threeCST, twoCST, oneCST };
+
+    SitemapExporter(ExportView& view, AlertPresenter& alerts, UiThread& ui);
+    SitemapExporter(const SitemapExporter&) = delete;
+    SitemapExporter& operator=(const SitemapExporter&) = delete;
+    ~SitemapExporter();
+
+    // The site picker's selected title.
+    void setSelectedSite(std::string site) { selectedSite_ = std::move(site); }
+    // The boxes act as one radio group: turning one on turns the others off.
+    void chooseLayout(Box box);
+    bool isChosen(Box box) const { return boxes_[box]; }
+
+    void exportHTMLSitemaps();
+    void exportXMLSitemap();
+    void exportBrokenAsHTMLAction();
+    void exportBrokenAsTXTAction();
+    // Waits for the export that is running.
+    void waitForExport();
+
+    // The worker's part; public so that a front end may run it on a thread of its own.
+    void exportSitemaps(Kind kind);
+    void processAndRemoveLINKID(const std::string& path);
+
+    // Copies `source` to `destination`; an existing destination gets the time "_HHMMSS"
+    // and `extension` in place of its last extension.
+    static void copyFile(const std::string& source, const std::string& destination,
+                         std::string_view extension);
+    static void saveEditedSitemapContent(std::string_view text, const std::string& path);
+
+private:
+    void start(Kind kind);
+    void reportMissingSitemap();
+    void updateExportBar(bool force);
+    void save(const SaveFileRequest& request, const std::string& contents);
+    std::string siteFolder() const;
+
+    ExportView& view_;
+    AlertPresenter& alerts_;
+    UiThread& ui_;
+    std::string selectedSite_;
+    std::array<bool, 6> boxes_{true, false, false, false, false, false};
+    std::thread worker_;
+    std::atomic<uint64_t> expMax_{0};
+    std::atomic<uint64_t> expCurrent_{0};
+    std::chrono::steady_clock::time_point lastBarUpdate_;
+};
+
+}  // namespace loomcrest
