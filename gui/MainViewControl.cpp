@@ -1,0 +1,233 @@
+#include "MainViewControl.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QLabel>
+#include <QMenuBar>
+#include <QStackedWidget>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+#include "BrokenLinksViewWidget.h"
+#include "ExportViewWidget.h"
+#include "FiltersDrawer.h"
+#include "GlobalControls.h"
+#include "QtAlerts.h"
+#include "QtUiThread.h"
+#include "ScanViewWidget.h"
+#include "SiteSheetDialog.h"
+#include "UrlCommandService.h"
+#include "app/ProcessState.h"
+#include "editors/HTMLViewController.h"
+#include "export/SitePicker.h"
+#include "sites/DataPaths.h"
+
+namespace loomcrest::gui {
+
+namespace {
+
+constexpr const char* kPlainTitle = "Loomcrest2";
+
+}  // namespace
+
+MainViewControl::MainViewControl(QWidget* parent) : QMainWindow(parent) {
+    setObjectName(QStringLiteral("mainWindow"));
+    setWindowTitle(QString::fromLatin1(kPlainTitle));
+    resize(1000, 640);
+    versionString_ = GlobalControls::operatingSystemVersion();
+    alerts_ = std::make_unique<QtAlerts>(this);
+    ui_ = std::make_unique<QtUiThread>(this);
+
+    auto* fileMenu = menuBar()->addMenu(QStringLiteral("&File"));
+    addSiteAction_ = fileMenu->addAction(QStringLiteral("Add Site…"));
+    editSiteAction_ = fileMenu->addAction(QStringLiteral("Edit Site…"));
+    fileMenu->addSeparator();
+    fileMenu->addAction(QStringLiteral("Quit"), this, &QWidget::close);
+    auto* helpMenu = menuBar()->addMenu(QStringLiteral("&Help"));
+
+    mainViewArea_ = new QStackedWidget(this);
+    mainViewArea_->setObjectName(QStringLiteral("mainViewArea"));
+    setCentralWidget(mainViewArea_);
+    filterDrawer_ = new FiltersDrawer(this);
+    addDockWidget(Qt::RightDockWidgetArea, filterDrawer_);
+    filterDrawer_->hide();
+    siteSheet_ = new SiteSheetDialog(this);
+    globalControls_ = new GlobalControls(*this);
+    helpMenu->addAction(QStringLiteral("Report a Problem"), globalControls_,
+                        &GlobalControls::reportProblem);
+
+    exportView_ = new ExportViewWidget(*alerts_, *ui_, this);
+    // The picker is filled before the data folders are made, so a first start shows
+    // "No Sites Have Been Scanned".
+    populateSitePicker();
+    checkNeededFoldersExist();
+
+    scanView_ = new ScanViewWidget(this, *alerts_, *ui_, *filterDrawer_, *siteSheet_,
+                                   *addSiteAction_, *editSiteAction_);
+    htmlWindowView_ = plainView(QStringLiteral("htmlWindowView"),
+                                QStringLiteral("The HTML sitemap of the selected site."));
+    htmlEditorWindowView_ = plainView(QStringLiteral("htmlEditorWindowView"),
+                                      QStringLiteral("The HTML sitemap editor."));
+    xmlWindowView_ = plainView(QStringLiteral("xmlWindowView"),
+                               QStringLiteral("The XML sitemap of the selected site."));
+    uploadWindowView_ = plainView(QStringLiteral("uploadWindowView"),
+                                  QStringLiteral("Upload your sitemaps to your web server."));
+    brokenLinksView_ = new BrokenLinksViewWidget(*exportView_, this);
+    for (QWidget* view : {static_cast<QWidget*>(scanView_), htmlWindowView_, htmlEditorWindowView_,
+                          xmlWindowView_, static_cast<QWidget*>(exportView_), uploadWindowView_,
+                          static_cast<QWidget*>(brokenLinksView_)}) {
+        mainViewArea_->addWidget(view);
+    }
+
+    auto* toolbar = addToolBar(QStringLiteral("Views"));
+    toolbar->setObjectName(QStringLiteral("toolbar"));
+    toolbar->setMovable(false);
+    const auto addToolbarAction = [&](int view, const QString& title,
+                                      void (MainViewControl::*action)()) {
+        QAction* item = toolbar->addAction(title, this, action);
+        item->setObjectName(title);
+        toolbarActions_[static_cast<size_t>(view - 1)] = item;
+    };
+    addToolbarAction(Scan, QStringLiteral("Scan"), &MainViewControl::scanTBIAction);
+    addToolbarAction(HtmlSitemap, QStringLiteral("HTML Sitemap"), &MainViewControl::htmlTBIAction);
+    addToolbarAction(HtmlEditor, QStringLiteral("HTML Editor"),
+                     &MainViewControl::htmlEditTBIAction);
+    addToolbarAction(XmlSitemap, QStringLiteral("XML Sitemap"), &MainViewControl::xmlTBIAction);
+    addToolbarAction(Export, QStringLiteral("Export"), &MainViewControl::exportTBIAction);
+    addToolbarAction(Upload, QStringLiteral("Upload"), &MainViewControl::uploadTBIAction);
+    connect(scanView_, &ScanViewWidget::brokenLinksRequested, this,
+            &MainViewControl::showBrokenLinks);
+
+    mainViewArea_->setCurrentWidget(scanView_);
+    changeCurrentView(Scan);
+
+    urlCommand_ = new UrlCommandService(this);
+    urlCommand_->registerOnSessionBus();
+}
+
+MainViewControl::~MainViewControl() = default;
+
+void MainViewControl::changeCurrentView(int view) {
+    vrlmpCurrentView = view;
+}
+
+int MainViewControl::returnCurrentView() {
+    return vrlmpCurrentView;
+}
+
+QWidget* MainViewControl::mainViewsList(int view) const {
+    switch (view) {
+        case Scan:
+            return scanView_;
+        case HtmlSitemap:
+            return htmlWindowView_;
+        case HtmlEditor:
+            return htmlEditorWindowView_;
+        case XmlSitemap:
+            return xmlWindowView_;
+        case Export:
+            return exportView_;
+        case Upload:
+            return uploadWindowView_;
+        case BrokenLinks:
+            return brokenLinksView_;
+        default:
+            return nullptr;
+    }
+}
+
+QAction* MainViewControl::toolbarAction(int view) const {
+    return view >= 1 && view <= 6 ? toolbarActions_[static_cast<size_t>(view - 1)] : nullptr;
+}
+
+QWidget* MainViewControl::plainView(const QString& name, const QString& text) {
+    auto* view = new QWidget(this);
+    view->setObjectName(name);
+    auto* label = new QLabel(text, view);
+    label->setAlignment(Qt::AlignCenter);
+    auto* layout = new QVBoxLayout(view);
+    layout->addWidget(label);
+    return view;
+}
+
+// The common tail of every toolbar action: the unsaved-changes question does not hold the
+// switch up.
+void MainViewControl::switchTo(int view) {
+    HTMLViewController::checkSave(*alerts_);
+    if (QWidget* target = mainViewsList(view)) {
+        mainViewArea_->setCurrentWidget(target);
+    }
+    changeCurrentView(view);
+}
+
+void MainViewControl::setFilterDrawerOpen(bool open) {
+    filterDrawer_->setVisible(open);
+}
+
+void MainViewControl::scanTBIAction() {
+    if (vrlmpPLastState == 1) {
+        setFilterDrawerOpen(true);
+    } else {
+        setFilterDrawerOpen(false);
+        vrlmpPLastState = 0;
+    }
+    switchTo(Scan);
+}
+
+void MainViewControl::htmlTBIAction() {
+    if (vrlmpCurSite.empty()) {
+        alerts_->presentAlert(Alert::notice("You need to select a sitemap from the sites list to "
+                                            "use the HTML sitemap viewer."),
+                              [](int) {});
+        return;
+    }
+    setFilterDrawerOpen(false);
+    setWindowTitle(QString::fromStdString(vrlmpWinTit));
+    switchTo(HtmlSitemap);
+}
+
+void MainViewControl::htmlEditTBIAction() {
+    setFilterDrawerOpen(false);
+    switchTo(HtmlEditor);
+}
+
+void MainViewControl::xmlTBIAction() {
+    if (vrlmpCurSite.empty()) {
+        alerts_->presentAlert(Alert::notice("You need to select a sitemap from the sites list to "
+                                            "use the XML sitemap viewer."),
+                              [](int) {});
+        return;
+    }
+    setFilterDrawerOpen(false);
+    setWindowTitle(QString::fromStdString(vrlmpWinTit));
+    switchTo(XmlSitemap);
+}
+
+void MainViewControl::exportTBIAction() {
+    setFilterDrawerOpen(false);
+    setWindowTitle(QString::fromLatin1(kPlainTitle));
+    populateSitePicker();
+    switchTo(Export);
+}
+
+void MainViewControl::exportReload() {
+    exportTBIAction();
+    populateSitePicker();
+}
+
+void MainViewControl::uploadTBIAction() {
+    switchTo(Upload);
+}
+
+void MainViewControl::showBrokenLinks() {
+    mainViewArea_->setCurrentWidget(brokenLinksView_);
+    changeCurrentView(BrokenLinks);
+    brokenLinksView_->reloadBrokenLinks(vrlmpCurSite);
+}
+
+void MainViewControl::populateSitePicker() {
+    exportView_->populateSitePicker(
+        scanView_ != nullptr ? scanView_->siteList().state().details.siteName : std::string());
+}
+
+}  // namespace loomcrest::gui

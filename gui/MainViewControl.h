@@ -1,0 +1,80 @@
+#pragma once
+
+#include <QMainWindow>
+#include <memory>
+
+class QAction;
+class QLabel;
+class QStackedWidget;
+
+namespace loomcrest::gui {
+
+class BrokenLinksViewWidget;
+class ExportViewWidget;
+class FiltersDrawer;
+class GlobalControls;
+class QtAlerts;
+class QtUiThread;
+class ScanViewWidget;
+class SiteSheetDialog;
+class UrlCommandService;
+
+// The main window: a toolbar and a content area showing one of the seven views.
+class MainViewControl : public QMainWindow {
+    Q_OBJECT
+public:
+    enum View { Scan = 1, HtmlSitemap, HtmlEditor, XmlSitemap, Export, Upload, BrokenLinks };
+
+    explicit MainViewControl(QWidget* parent = nullptr);
+    ~MainViewControl() override;
+
+    static void changeCurrentView(int view);
+    static int returnCurrentView();
+    QWidget* mainViewsList(int view) const;
+
+    // Toolbar actions.
+    void scanTBIAction();
+    void htmlTBIAction();
+    void htmlEditTBIAction();
+    void xmlTBIAction();
+    void exportTBIAction();
+    void uploadTBIAction();
+    void showBrokenLinks();
+    void exportReload();
+    void populateSitePicker();
+
+    ScanViewWidget& scanView() { return *scanView_; }
+    ExportViewWidget& exportView() { return *exportView_; }
+    BrokenLinksViewWidget& brokenLinksView() { return *brokenLinksView_; }
+    FiltersDrawer& filterDrawer() { return *filterDrawer_; }
+    SiteSheetDialog& siteSheet() { return *siteSheet_; }
+    QtAlerts& alerts() { return *alerts_; }
+    QAction* toolbarAction(int view) const;
+    const QString& versionString() const { return versionString_; }
+
+private:
+    void switchTo(int view);
+    void setFilterDrawerOpen(bool open);
+    QWidget* plainView(const QString& name, const QString& text);
+
+    std::unique_ptr<QtAlerts> alerts_;
+    std::unique_ptr<QtUiThread> ui_;
+    QStackedWidget* mainViewArea_ = nullptr;
+    FiltersDrawer* filterDrawer_ = nullptr;
+    SiteSheetDialog* siteSheet_ = nullptr;
+    ScanViewWidget* scanView_ = nullptr;
+    QWidget* htmlWindowView_ = nullptr;
+    QWidget* htmlEditorWindowView_ = nullptr;
+    QWidget* xmlWindowView_ = nullptr;
+    ExportViewWidget* exportView_ = nullptr;
+    QWidget* uploadWindowView_ = nullptr;
+    BrokenLinksViewWidget* brokenLinksView_ = nullptr;
+    GlobalControls* globalControls_ = nullptr;
+    UrlCommandService* urlCommand_ = nullptr;
+    QAction* addSiteAction_ = nullptr;
+    QAction* editSiteAction_ = nullptr;
+    std::array<QAction*, 7> toolbarActions_{};
+    QString versionString_;
+};
+
+}  // namespace loomcrest::gui
