@@ -1,6 +1,9 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDBusConnection>
+#include <QDBusInterface>
+#include <QDBusPendingCall>
 #include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -248,6 +251,23 @@ private slots:
         QVERIFY(
             QString::fromStdString(test::fileContents(home_->dataRoot() + "/Slow/sitemap1c.html"))
                 .endsWith(QStringLiteral("</body>\n</html>")));
+    }
+
+    void theScriptingCommandIsOfferedOnTheSessionBus() {
+        QDBusConnection bus = QDBusConnection::sessionBus();
+        if (!bus.isConnected()) {
+            QSKIP("no session bus");
+        }
+        QDBusInterface command(QStringLiteral("org.loomcrest.Loomcrest"),
+                               QStringLiteral("/URLCommand"),
+                               QStringLiteral("org.loomcrest.Loomcrest.URLCommand"), bus);
+        QVERIFY(command.isValid());
+        // Answered from this process's own event loop, so the call is made asynchronously.
+        QDBusPendingCall call = command.asyncCall(QStringLiteral("performWithURL"),
+                                                  QStringLiteral("http://example.com/a"));
+        QTRY_VERIFY(call.isFinished());
+        QVERIFY(!call.isError());
+        QCOMPARE(MainViewControl::returnCurrentView(), 1);
     }
 
     void theScriptingCommandChangesNothing() {
