@@ -11,6 +11,6 @@ cmake --build build -j"$(nproc)" --target loomcrest loomcrest-gui >/dev/null
 home="$(mktemp -d)"
 trap 'rm -rf "$home"' EXIT
 HOME="$home" build/loomcrest demo >/dev/null
-HOME="$home" xvfb-run -a -s "-screen 0 1280x800x24" \
+HOME="$home" QTWEBENGINE_CHROMIUM_FLAGS=--disable-gpu xvfb-run -a -s "-screen 0 1280x800x24" \
     build/loomcrest-gui --site Demo --screenshots "$PWD/docs/screenshots"
 ls docs/screenshots

@@ -12,11 +12,13 @@
 #include "ExportViewWidget.h"
 #include "FiltersDrawer.h"
 #include "GlobalControls.h"
+#include "HtmlSitemapView.h"
 #include "QtAlerts.h"
 #include "QtUiThread.h"
 #include "ScanViewWidget.h"
 #include "SiteSheetDialog.h"
 #include "UrlCommandService.h"
+#include "XmlSitemapView.h"
 #include "app/ProcessState.h"
 #include "editors/HTMLViewController.h"
 #include "export/SitePicker.h"
@@ -64,17 +66,17 @@ MainViewControl::MainViewControl(QWidget* parent) : QMainWindow(parent) {
 
     scanView_ = new ScanViewWidget(this, *alerts_, *ui_, *filterDrawer_, *siteSheet_,
                                    *addSiteAction_, *editSiteAction_);
-    htmlWindowView_ = plainView(QStringLiteral("htmlWindowView"),
-                                QStringLiteral("The HTML sitemap of the selected site."));
+    const auto shownSiteName = [this] { return scanView_->siteList().state().details.siteName; };
+    htmlWindowView_ = new HtmlSitemapView(*alerts_, *ui_, shownSiteName, this);
     htmlEditorWindowView_ = plainView(QStringLiteral("htmlEditorWindowView"),
                                       QStringLiteral("The HTML sitemap editor."));
-    xmlWindowView_ = plainView(QStringLiteral("xmlWindowView"),
-                               QStringLiteral("The XML sitemap of the selected site."));
+    xmlWindowView_ = new XmlSitemapView(*alerts_, shownSiteName, this);
     uploadWindowView_ = plainView(QStringLiteral("uploadWindowView"),
                                   QStringLiteral("Upload your sitemaps to your web server."));
     brokenLinksView_ = new BrokenLinksViewWidget(*exportView_, this);
-    for (QWidget* view : {static_cast<QWidget*>(scanView_), htmlWindowView_, htmlEditorWindowView_,
-                          xmlWindowView_, static_cast<QWidget*>(exportView_), uploadWindowView_,
+    for (QWidget* view : {static_cast<QWidget*>(scanView_), static_cast<QWidget*>(htmlWindowView_),
+                          htmlEditorWindowView_, static_cast<QWidget*>(xmlWindowView_),
+                          static_cast<QWidget*>(exportView_), uploadWindowView_,
                           static_cast<QWidget*>(brokenLinksView_)}) {
         mainViewArea_->addWidget(view);
     }
@@ -153,6 +155,7 @@ QWidget* MainViewControl::plainView(const QString& name, const QString& text) {
 // The common tail of every toolbar action: the unsaved-changes question does not hold the
 // switch up.
 void MainViewControl::switchTo(int view) {
+    leaveHtmlView();
     HTMLViewController::checkSave(*alerts_);
     if (QWidget* target = mainViewsList(view)) {
         mainViewArea_->setCurrentWidget(target);
@@ -162,6 +165,12 @@ void MainViewControl::switchTo(int view) {
 
 void MainViewControl::setFilterDrawerOpen(bool open) {
     filterDrawer_->setVisible(open);
+}
+
+void MainViewControl::leaveHtmlView() {
+    if (vrlmpCurrentView == HtmlSitemap) {
+        htmlWindowView_->controller().clearEditFields();
+    }
 }
 
 void MainViewControl::scanTBIAction() {
@@ -176,14 +185,18 @@ void MainViewControl::scanTBIAction() {
 
 void MainViewControl::htmlTBIAction() {
     if (vrlmpCurSite.empty()) {
-        alerts_->presentAlert(Alert::notice("You need to select a sitemap from the sites list to "
-                                            "use the HTML sitemap viewer."),
-                              [](int) {});
+        htmlWindowView_->controller().viewTBIAction();  // says a site must be selected
         return;
     }
     setFilterDrawerOpen(false);
     setWindowTitle(QString::fromStdString(vrlmpWinTit));
-    switchTo(HtmlSitemap);
+    const bool entering = vrlmpCurrentView != HtmlSitemap;
+    // Entering loads the three-column layout; pressing again offers to save.
+    htmlWindowView_->controller().viewTBIAction();
+    if (entering) {
+        mainViewArea_->setCurrentWidget(htmlWindowView_);
+        changeCurrentView(HtmlSitemap);
+    }
 }
 
 void MainViewControl::htmlEditTBIAction() {
@@ -192,15 +205,13 @@ void MainViewControl::htmlEditTBIAction() {
 }
 
 void MainViewControl::xmlTBIAction() {
-    if (vrlmpCurSite.empty()) {
-        alerts_->presentAlert(Alert::notice("You need to select a sitemap from the sites list to "
-                                            "use the XML sitemap viewer."),
-                              [](int) {});
+    if (!xmlWindowView_->controller().viewTBIAction()) {
         return;
     }
     setFilterDrawerOpen(false);
     setWindowTitle(QString::fromStdString(vrlmpWinTit));
     switchTo(XmlSitemap);
+    xmlWindowView_->reload();
 }
 
 void MainViewControl::exportTBIAction() {

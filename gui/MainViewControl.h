@@ -10,6 +10,8 @@ class QStackedWidget;
 namespace loomcrest::gui {
 
 class BrokenLinksViewWidget;
+class HtmlSitemapView;
+class XmlSitemapView;
 class ExportViewWidget;
 class FiltersDrawer;
 class GlobalControls;
@@ -46,6 +48,8 @@ public:
     ScanViewWidget& scanView() { return *scanView_; }
     ExportViewWidget& exportView() { return *exportView_; }
     BrokenLinksViewWidget& brokenLinksView() { return *brokenLinksView_; }
+    HtmlSitemapView& htmlView() { return *htmlWindowView_; }
+    XmlSitemapView& xmlView() { return *xmlWindowView_; }
     FiltersDrawer& filterDrawer() { return *filterDrawer_; }
     SiteSheetDialog& siteSheet() { return *siteSheet_; }
     QtAlerts& alerts() { return *alerts_; }
@@ -55,6 +59,7 @@ public:
 private:
     void switchTo(int view);
     void setFilterDrawerOpen(bool open);
+    void leaveHtmlView();
     QWidget* plainView(const QString& name, const QString& text);
 
     std::unique_ptr<QtAlerts> alerts_;
@@ -63,9 +68,9 @@ private:
     FiltersDrawer* filterDrawer_ = nullptr;
     SiteSheetDialog* siteSheet_ = nullptr;
     ScanViewWidget* scanView_ = nullptr;
-    QWidget* htmlWindowView_ = nullptr;
+    HtmlSitemapView* htmlWindowView_ = nullptr;
     QWidget* htmlEditorWindowView_ = nullptr;
-    QWidget* xmlWindowView_ = nullptr;
+    XmlSitemapView* xmlWindowView_ = nullptr;
     ExportViewWidget* exportView_ = nullptr;
     QWidget* uploadWindowView_ = nullptr;
     BrokenLinksViewWidget* brokenLinksView_ = nullptr;

@@ -3,7 +3,9 @@
 #include <QAction>
 #include <QCoreApplication>
 #include <QDir>
+#include <QEventLoop>
 #include <QPixmap>
+#include <QTimer>
 
 #include "MainViewControl.h"
 
@@ -11,10 +13,11 @@ namespace loomcrest::gui {
 
 namespace {
 
+// Long enough for the preview to lay out its page.
 void settle() {
-    for (int i = 0; i < 10; ++i) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    }
+    QEventLoop wait;
+    QTimer::singleShot(1500, &wait, &QEventLoop::quit);
+    wait.exec();
 }
 
 }  // namespace

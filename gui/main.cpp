@@ -4,10 +4,12 @@
 #include <QTimer>
 
 #include "MainViewControl.h"
+#include "PreviewPage.h"
 #include "ScanViewWidget.h"
 #include "Screenshots.h"
 
 int main(int argc, char** argv) {
+    loomcrest::gui::prepareWebEngine();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Loomcrest"));
     QApplication::setDesktopFileName(QStringLiteral("loomcrest"));

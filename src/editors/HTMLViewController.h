@@ -76,6 +76,8 @@ public:
     ScrollPosition savedScrollPosition() const { return savedScrollPosition_; }
     // The text typed into the title and address fields.
     void setEditFields(std::string title, std::string link);
+    // Empties the title and address fields, as leaving the view does.
+    void clearEditFields();
     void titleEditInputAction();
     void linkEditInputAction();
     void editLinkAndTitle();

@@ -72,6 +72,12 @@ void HTMLViewController::setEditFields(std::string title, std::string link) {
     state_.linkField = std::move(link);
 }
 
+void HTMLViewController::clearEditFields() {
+    state_.titleField.clear();
+    state_.linkField.clear();
+    showState();
+}
+
 void HTMLViewController::titleEditInputAction() {
     if (!state_.titleField.empty()) {
         editLinkAndTitle();

@@ -76,6 +76,9 @@ void XMLViewController::createTableContent() {
     for (const MarkupNode& entry : document->select("//*[local-name()='url']")) {
         urlXMLFileMArray_.push_back(entry.markup());
     }
+    if (entriesChanged_) {
+        entriesChanged_();
+    }
 }
 
 std::string XMLViewController::objectValueForTableColumn(Column column, size_t row) const {
@@ -165,6 +168,9 @@ void XMLViewController::updateXMLFile() {
     }
     text += "</urlset>";
     writeFileAtomically(sitemapFileLocation(), text);
+    if (entriesChanged_) {
+        entriesChanged_();
+    }
 }
 
 void XMLViewController::delLinkAction() {

@@ -52,6 +52,10 @@ public:
     void sheetDidEndShouldDeleteXMLLink(int returnCode, size_t row);
 
     const std::vector<std::string>& urlXMLFileMArray() const { return urlXMLFileMArray_; }
+    // Called whenever entries are loaded, changed or deleted, so a table can redraw.
+    void setEntriesChangedHandler(std::function<void()> handler) {
+        entriesChanged_ = std::move(handler);
+    }
 
 private:
     void refuse(std::string message);
@@ -61,6 +65,7 @@ private:
     std::function<std::string()> shownSiteName_;
     std::vector<std::string> urlXMLFileMArray_;
     std::optional<size_t> selectedRow_;
+    std::function<void()> entriesChanged_;
 };
 
 }  // namespace loomcrest

@@ -17,6 +17,7 @@
 #include "ExportViewWidget.h"
 #include "FiltersDrawer.h"
 #include "MainViewControl.h"
+#include "PreviewPage.h"
 #include "QtAlerts.h"
 #include "ScanSheets.h"
 #include "ScanViewWidget.h"
@@ -163,6 +164,7 @@ private slots:
     void sitemapViewsNeedASite() {
         QtAlerts::queueAnswers({kDefaultButtonCode, kDefaultButtonCode});
         window_->toolbarAction(MainViewControl::HtmlSitemap)->trigger();
+        QTRY_COMPARE(QtAlerts::shownAlerts().size(), size_t{1});
         window_->toolbarAction(MainViewControl::XmlSitemap)->trigger();
         QCOMPARE(QtAlerts::shownAlerts().size(), size_t{2});
         QCOMPARE(QtAlerts::shownAlerts()[0].title,
@@ -279,5 +281,10 @@ private slots:
     }
 };
 
-QTEST_MAIN(MainWindowTest)
+int main(int argc, char** argv) {
+    prepareWebEngine();
+    QApplication application(argc, argv);
+    MainWindowTest test;
+    return QTest::qExec(&test, argc, argv);
+}
 #include "MainWindowTest.moc"

@@ -1,0 +1,298 @@
+#include "HtmlSitemapView.h"
+
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QColorDialog>
+#include <QComboBox>
+#include <QDesktopServices>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressDialog>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSignalBlocker>
+#include <QUrl>
+#include <QVBoxLayout>
+#include <QWebEngineProfile>
+#include <QWebEngineScript>
+#include <QWebEngineView>
+
+#include "PreviewPage.h"
+#include "QtAlerts.h"
+#include "QtUiThread.h"
+#include "editors/SitemapLayouts.h"
+
+namespace loomcrest::gui {
+
+namespace {
+
+QColor toQColor(const htmlstyle::Rgb& colour) {
+    return QColor::fromRgbF(static_cast<float>(colour.red), static_cast<float>(colour.green),
+                            static_cast<float>(colour.blue));
+}
+
+htmlstyle::Rgb fromQColor(const QColor& colour) {
+    return {colour.redF(), colour.greenF(), colour.blueF()};
+}
+
+}  // namespace
+
+HtmlSitemapView::HtmlSitemapView(QtAlerts& alerts, QtUiThread& ui,
+                                 std::function<std::string()> shownSiteName, QWidget* parent)
+    : QWidget(parent) {
+    setObjectName(QStringLiteral("htmlWindowView"));
+    profile_ = new QWebEngineProfile(this);
+    page_ = new PreviewPage(profile_, this);
+    preview_ = new QWebEngineView(this);
+    preview_->setPage(page_);
+    preview_->setContextMenuPolicy(Qt::NoContextMenu);
+
+    layout_ = new QComboBox(this);
+    for (const SitemapLayout& sitemapLayout : kSitemapLayouts) {
+        layout_->addItem(QString::fromUtf8(sitemapLayout.name.data(),
+                                           static_cast<int>(sitemapLayout.name.size())));
+    }
+    layoutLabel_ = new QLabel(this);
+    pt_ = makeGroup(QStringLiteral("Page titles"), true, this);
+    pl_ = makeGroup(QStringLiteral("Links"), false, this);
+    titleField_ = new QLineEdit(this);
+    titleField_->setPlaceholderText(QStringLiteral("Click a link in the sitemap to edit it"));
+    linkField_ = new QLineEdit(this);
+    save_ = new QPushButton(QStringLiteral("Save"), this);
+    delete_ = new QPushButton(QStringLiteral("Delete"), this);
+    viewInBrowser_ = new QPushButton(QStringLiteral("View in Browser"), this);
+    previewPanel_ = new QProgressDialog(QStringLiteral("Preparing the preview…"),
+                                        QStringLiteral("Cancel"), 0, 1, this);
+    previewPanel_->setWindowModality(Qt::WindowModal);
+    previewPanel_->setAutoClose(false);
+    previewPanel_->setAutoReset(false);
+    previewPanel_->reset();
+    previewPanel_->hide();
+
+    auto* top = new QHBoxLayout;
+    top->addWidget(new QLabel(QStringLiteral("Layout:"), this));
+    top->addWidget(layout_);
+    top->addWidget(layoutLabel_, 1);
+    top->addWidget(viewInBrowser_);
+    top->addWidget(save_);
+    auto* styles = new QHBoxLayout;
+    styles->addWidget(pt_.face->parentWidget());
+    styles->addWidget(pl_.face->parentWidget());
+    auto* edit = new QFormLayout;
+    edit->addRow(QStringLiteral("Title:"), titleField_);
+    edit->addRow(QStringLiteral("Address:"), linkField_);
+    auto* editRow = new QHBoxLayout;
+    editRow->addLayout(edit, 1);
+    editRow->addWidget(delete_);
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(top);
+    layout->addLayout(styles);
+    layout->addLayout(editRow);
+    layout->addWidget(preview_, 1);
+
+    controller_ = std::make_unique<HTMLViewController>(*this, alerts, ui, std::move(shownSiteName));
+    HTMLViewController& html = *controller_;
+    connect(layout_, &QComboBox::activated, this,
+            [&html](int index) { html.changeMapType(static_cast<size_t>(index)); });
+    connect(save_, &QPushButton::clicked, this, [&html] { html.saveRecentChanges(); });
+    connect(viewInBrowser_, &QPushButton::clicked, this, [&html] { html.viewSitemapButton(); });
+    connect(delete_, &QPushButton::clicked, this, [this, &html] {
+        forwardEditFields();
+        html.deleteLinkAction();
+    });
+    connect(titleField_, &QLineEdit::returnPressed, this, [this, &html] {
+        forwardEditFields();
+        html.titleEditInputAction();
+    });
+    connect(linkField_, &QLineEdit::returnPressed, this, [this, &html] {
+        forwardEditFields();
+        html.linkEditInputAction();
+    });
+    connect(previewPanel_, &QProgressDialog::canceled, this,
+            [&html] { html.cancelViewInExternalButtonAction(); });
+    connect(page_, &PreviewPage::linkClicked, this,
+            [this, &html](const QString& address, const QString& label) {
+                const QPointF scroll = page_->scrollPosition();
+                html.scrollPositionChanged({scroll.x(), scroll.y()});
+                html.linkClicked(address.toStdString(), label.toStdString());
+            });
+    connect(page_, &QWebEnginePage::loadFinished, this, [this, &html](bool) {
+        const HTMLViewController::ScrollPosition position = html.savedScrollPosition();
+        page_->runJavaScript(
+            QStringLiteral("window.scrollTo(%1, %2);").arg(position.x).arg(position.y),
+            QWebEngineScript::ApplicationWorld);
+        emit previewLoaded();
+    });
+}
+
+HtmlSitemapView::~HtmlSitemapView() {
+    controller_.reset();
+    // The page goes before its profile.
+    delete page_;
+}
+
+HtmlSitemapView::StyleGroupControls HtmlSitemapView::makeGroup(const QString& title,
+                                                               bool pageTitles, QWidget* parent) {
+    auto* box = new QGroupBox(title, parent);
+    StyleGroupControls controls;
+    controls.face = new QComboBox(box);
+    for (const std::string_view face : htmlstyle::kFontFaces) {
+        controls.face->addItem(QString::fromUtf8(face.data(), static_cast<int>(face.size())));
+    }
+    controls.size = new QComboBox(box);
+    for (const std::string_view size : htmlstyle::kFontSizes) {
+        controls.size->addItem(QString::fromUtf8(size.data(), static_cast<int>(size.size())));
+    }
+    controls.bold = new QCheckBox(QStringLiteral("Bold"), box);
+    controls.italic = new QCheckBox(QStringLiteral("Italic"), box);
+    controls.underline = new QButtonGroup(box);
+    auto* underlineRow = new QHBoxLayout;
+    const std::array<QString, 3> underlineTitles = {QStringLiteral("Underline on hover"),
+                                                    QStringLiteral("No underline"),
+                                                    QStringLiteral("Always underlined")};
+    for (int tag = 0; tag < 3; ++tag) {
+        auto* choice = new QRadioButton(underlineTitles[static_cast<size_t>(tag)], box);
+        controls.underline->addButton(choice, tag);
+        underlineRow->addWidget(choice);
+    }
+    controls.colourWell = new QPushButton(box);
+    controls.colourWell->setFixedWidth(40);
+    controls.colourField = new QLineEdit(box);
+    controls.colourField->setMaximumWidth(110);
+    auto* toggles = new QHBoxLayout;
+    toggles->addWidget(controls.bold);
+    toggles->addWidget(controls.italic);
+    toggles->addStretch();
+    auto* colour = new QHBoxLayout;
+    colour->addWidget(controls.colourWell);
+    colour->addWidget(controls.colourField);
+    colour->addStretch();
+    auto* form = new QFormLayout(box);
+    form->addRow(QStringLiteral("Face:"), controls.face);
+    form->addRow(QStringLiteral("Size:"), controls.size);
+    form->addRow(QString(), toggles);
+    form->addRow(QString(), underlineRow);
+    form->addRow(QStringLiteral("Colour:"), colour);
+
+    const auto html = [this] { return controller_.get(); };
+    connect(controls.face, &QComboBox::activated, this, [html, pageTitles](int index) {
+        pageTitles ? html()->ptFontFamily(static_cast<size_t>(index))
+                   : html()->plFontFamily(static_cast<size_t>(index));
+    });
+    connect(controls.size, &QComboBox::activated, this, [html, pageTitles](int index) {
+        pageTitles ? html()->ptFontSize(static_cast<size_t>(index))
+                   : html()->plFontSize(static_cast<size_t>(index));
+    });
+    connect(controls.bold, &QCheckBox::clicked, this, [html, pageTitles](bool on) {
+        pageTitles ? html()->ptFontStyleBold(on) : html()->plFontStyleBold(on);
+    });
+    connect(controls.italic, &QCheckBox::clicked, this, [html, pageTitles](bool on) {
+        pageTitles ? html()->ptFontStyleItalic(on) : html()->plFontStyleItalic(on);
+    });
+    connect(controls.underline, &QButtonGroup::idClicked, this, [html, pageTitles](int tag) {
+        if (tag == 2) {
+            pageTitles ? html()->ptUnderlineAll() : html()->plUnderlineAll();
+        } else if (tag == 1) {
+            pageTitles ? html()->ptUnderlineNone() : html()->plUnderlineNone();
+        } else {
+            pageTitles ? html()->ptUnderlineOnHover() : html()->plUnderlineOnHover();
+        }
+    });
+    QLineEdit* field = controls.colourField;
+    connect(field, &QLineEdit::returnPressed, this, [html, pageTitles, field] {
+        const std::string text = field->text().toStdString();
+        pageTitles ? html()->ptFontColourFieldAction(text) : html()->plFontColourFieldAction(text);
+    });
+    connect(controls.colourWell, &QPushButton::clicked, this, [this, html, pageTitles] {
+        const StyleControls& state = pageTitles ? html()->state().pt : html()->state().pl;
+        auto* dialog = new QColorDialog(toQColor(state.colourWell), this);
+        dialog->setAttribute(Qt::WA_DeleteOnClose);
+        connect(dialog, &QColorDialog::colorSelected, this,
+                [html, pageTitles](const QColor& colour) {
+                    pageTitles ? html()->ptColourWell(fromQColor(colour))
+                               : html()->plColourWell(fromQColor(colour));
+                });
+        dialog->open();
+    });
+    return controls;
+}
+
+void HtmlSitemapView::showGroup(const StyleGroupControls& controls, const StyleControls& state) {
+    const QSignalBlocker faceBlocker(controls.face);
+    const QSignalBlocker sizeBlocker(controls.size);
+    controls.face->setCurrentIndex(state.face ? static_cast<int>(*state.face) : -1);
+    controls.size->setCurrentIndex(state.size ? static_cast<int>(*state.size) : -1);
+    controls.bold->setChecked(state.bold);
+    controls.italic->setChecked(state.italic);
+    if (QAbstractButton* cell = controls.underline->button(static_cast<int>(state.underline))) {
+        cell->setChecked(true);
+    }
+    controls.colourField->setText(QString::fromStdString(state.colourField));
+    controls.colourWell->setStyleSheet(
+        QStringLiteral("background-color: %1;").arg(toQColor(state.colourWell).name()));
+}
+
+void HtmlSitemapView::htmlViewChanged(const HtmlViewState& state) {
+    showGroup(pt_, state.pt);
+    showGroup(pl_, state.pl);
+    {
+        const QSignalBlocker blocker(layout_);
+        layout_->setCurrentIndex(static_cast<int>(state.layout));
+    }
+    layoutLabel_->setText(QString::fromStdString(state.layoutLabel));
+    if (titleField_->text().toStdString() != state.titleField) {
+        titleField_->setText(QString::fromStdString(state.titleField));
+    }
+    if (linkField_->text().toStdString() != state.linkField) {
+        linkField_->setText(QString::fromStdString(state.linkField));
+    }
+    for (QWidget* control :
+         {static_cast<QWidget*>(pt_.face), static_cast<QWidget*>(pt_.size),
+          static_cast<QWidget*>(pt_.bold), static_cast<QWidget*>(pt_.italic),
+          static_cast<QWidget*>(pt_.colourWell), static_cast<QWidget*>(pt_.colourField),
+          static_cast<QWidget*>(pl_.face), static_cast<QWidget*>(pl_.size),
+          static_cast<QWidget*>(pl_.bold), static_cast<QWidget*>(pl_.italic),
+          static_cast<QWidget*>(pl_.colourWell), static_cast<QWidget*>(pl_.colourField),
+          static_cast<QWidget*>(layout_), static_cast<QWidget*>(layoutLabel_),
+          static_cast<QWidget*>(viewInBrowser_)}) {
+        control->setEnabled(state.editOptionsEnabled);
+    }
+    for (QAbstractButton* cell : pt_.underline->buttons() + pl_.underline->buttons()) {
+        cell->setEnabled(state.editOptionsEnabled);
+    }
+    save_->setEnabled(state.editOptionsEnabled && state.saveEnabled);
+    delete_->setEnabled(state.deleteEnabled);
+}
+
+void HtmlSitemapView::forwardEditFields() {
+    controller_->setEditFields(titleField_->text().toStdString(), linkField_->text().toStdString());
+}
+
+void HtmlSitemapView::loadPreview(std::string_view html) {
+    page_->showHtml(QByteArray(html.data(), static_cast<qsizetype>(html.size())));
+}
+
+void HtmlSitemapView::showPreviewPanel(bool shown) {
+    if (shown) {
+        previewPanel_->show();
+    } else {
+        previewPanel_->reset();
+        previewPanel_->hide();
+    }
+}
+
+void HtmlSitemapView::setPreviewProgress(double value, double maximum) {
+    previewPanel_->setMaximum(static_cast<int>(maximum));
+    previewPanel_->setValue(static_cast<int>(value));
+}
+
+void HtmlSitemapView::openWithDefaultApplication(const std::string& path) {
+    const QString file = QString::fromStdString(path);
+    opened_.append(file);
+    QDesktopServices::openUrl(QUrl::fromLocalFile(file));
+}
+
+}  // namespace loomcrest::gui
