@@ -9,8 +9,11 @@
 
 #include "crawler/PageList.h"
 #include "crawler/SiteScanner.h"
+#include "editors/XMLViewController.h"
 #include "platform/FileSystem.h"
 #include "sitemap/HtmlSitemapFormat.h"
+#include "sitemap/SitemapFiles.h"
+#include "sitemap/XmlSitemapFormat.h"
 
 namespace {
 
@@ -84,10 +87,50 @@ void benchPageList(int urls) {
                 urls, filled, urls, millisecondsSince(lookups), found);
 }
 
+class SilentAlerts : public loomcrest::AlertPresenter {
+public:
+    void presentAlert(const loomcrest::Alert&, loomcrest::AlertCompletion completion) override {
+        if (completion) {
+            completion(loomcrest::kDefaultButtonCode);
+        }
+    }
+};
+
+// The XML sitemap view on a sitemap of `entries` entries: loading it, and editing one date
+// (the file is rewritten whole after each edit).
+void benchXmlEditor(int entries) {
+    const std::filesystem::path home =
+        std::filesystem::temp_directory_path() / "loomcrest-bench-xml";
+    setenv("HOME", home.c_str(), 1);
+    const std::string folder = home.string() + "/Library/Application Support/Quillmoor/Loomcrest/S";
+    std::filesystem::create_directories(folder);
+    std::string text(loomcrest::xmlSitemapHeader());
+    for (int i = 0; i < entries; ++i) {
+        text += loomcrest::xmlSitemapEntry(
+            "http://example.com/section/page" + std::to_string(i) + ".html?a=1&b=2", "");
+    }
+    loomcrest::writeFileAtomically(folder + "/sitemap.xml", text + "\n</urlset>");
+    SilentAlerts alerts;
+    loomcrest::XMLViewController xml(alerts, [] { return std::string("S"); });
+    auto start = Clock::now();
+    xml.createTableContent();
+    const double loaded = millisecondsSince(start);
+    start = Clock::now();
+    xml.setObjectValue("2024-05-17", loomcrest::XMLViewController::LastUpdated, 10);
+    const double firstEdit = millisecondsSince(start);
+    start = Clock::now();
+    xml.setObjectValue("2024-06-17", loomcrest::XMLViewController::LastUpdated, 11);
+    std::printf(
+        "XML editor with %d entries: loaded in %.0f ms, first edit %.0f ms, next edit %.0f ms\n",
+        entries, loaded, firstEdit, millisecondsSince(start));
+    std::filesystem::remove_all(home);
+}
+
 }  // namespace
 
 int main() {
     benchAppends(10000);
     benchPageList(1000000);
+    benchXmlEditor(50000);
     return 0;
 }

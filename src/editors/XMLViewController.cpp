@@ -61,8 +61,15 @@ std::string XMLViewController::sitemapFileLocation() const {
     return siteFolderLocation(shownSiteName_()) + "/" + std::string(kXmlSitemap);
 }
 
+void XMLViewController::entryChanged(size_t row) {
+    if (row < rebuiltEntries_.size()) {
+        rebuiltEntries_[row].reset();
+    }
+}
+
 void XMLViewController::createTableContent() {
     urlXMLFileMArray_.clear();
+    rebuiltEntries_.clear();
     selectedRow_.reset();
     const auto text = readTextFile(sitemapFileLocation());
     if (!text) {
@@ -76,6 +83,7 @@ void XMLViewController::createTableContent() {
     for (const MarkupNode& entry : document->select("//*[local-name()='url']")) {
         urlXMLFileMArray_.push_back(entry.markup());
     }
+    rebuiltEntries_.resize(urlXMLFileMArray_.size());
     if (entriesChanged_) {
         entriesChanged_();
     }
@@ -136,6 +144,7 @@ void XMLViewController::setObjectValue(std::string_view value, Column column, si
             entry = xmlentry::withElement(entry, "priority", value);
             break;
     }
+    entryChanged(row);
     updateXMLFile();
 }
 
@@ -157,13 +166,18 @@ void XMLViewController::replaceElementOfRow(size_t row, std::string_view tag,
         return;
     }
     urlXMLFileMArray_[row] = xmlentry::withElement(urlXMLFileMArray_[row], tag, value);
+    entryChanged(row);
     updateXMLFile();
 }
 
 void XMLViewController::updateXMLFile() {
     std::string text = std::string(xmlSitemapHeader()) + "\n\t";
+    rebuiltEntries_.resize(urlXMLFileMArray_.size());
     for (size_t i = 0; i < urlXMLFileMArray_.size(); ++i) {
-        text += rebuiltEntry(urlXMLFileMArray_[i]);
+        if (!rebuiltEntries_[i]) {
+            rebuiltEntries_[i] = rebuiltEntry(urlXMLFileMArray_[i]);
+        }
+        text += *rebuiltEntries_[i];
         text += i + 1 == urlXMLFileMArray_.size() ? "\n" : "\n\t";
     }
     text += "</urlset>";
@@ -190,6 +204,9 @@ void XMLViewController::sheetDidEndShouldDeleteXMLLink(int returnCode, size_t ro
         return;
     }
     urlXMLFileMArray_.erase(urlXMLFileMArray_.begin() + static_cast<std::ptrdiff_t>(row));
+    if (row < rebuiltEntries_.size()) {
+        rebuiltEntries_.erase(rebuiltEntries_.begin() + static_cast<std::ptrdiff_t>(row));
+    }
     selectedRow_.reset();
     updateXMLFile();
 }

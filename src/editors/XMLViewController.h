@@ -63,7 +63,12 @@ private:
 
     AlertPresenter& alerts_;
     std::function<std::string()> shownSiteName_;
+    void entryChanged(size_t row);
+
     std::vector<std::string> urlXMLFileMArray_;
+    // Each entry as the file writes it, kept until the entry changes: a sitemap of many
+    // thousand entries is rewritten after every edit.
+    std::vector<std::optional<std::string>> rebuiltEntries_;
     std::optional<size_t> selectedRow_;
     std::function<void()> entriesChanged_;
 };

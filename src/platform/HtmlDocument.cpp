@@ -5,7 +5,6 @@
 #include <libxml/parser.h>
 #include <libxml/parserInternals.h>
 #include <libxml/tree.h>
-#include <libxml/xmlsave.h>
 #include <libxml/xpath.h>
 
 #include <libxml/SAX2.h>
@@ -256,13 +255,11 @@ std::string MarkupNode::markup() const {
         return fromXmlChars(xmlBufferContent(buffer.get()));
     }
     // Empty elements keep their end tag: readers of the markup look for "<tag>...</tag>".
-    xmlSaveCtxt* save =
-        xmlSaveToBuffer(buffer.get(), "UTF-8", XML_SAVE_NO_EMPTY | XML_SAVE_NO_DECL);
-    if (save == nullptr) {
-        return {};
-    }
-    xmlSaveTree(save, node_);
-    xmlSaveClose(save);
+    // The setting is libxml2's own and per thread.
+    const int keepEmptyTags = xmlSaveNoEmptyTags;
+    xmlSaveNoEmptyTags = 1;
+    xmlNodeDump(buffer.get(), document_->document_.get(), node_, 0, 0);
+    xmlSaveNoEmptyTags = keepEmptyTags;
     return fromXmlChars(xmlBufferContent(buffer.get()));
 }
 
