@@ -41,13 +41,12 @@ bool queryMayBeQueued(std::string_view url, const std::vector<std::string>& allo
 }  // namespace
 
 LinkDecision SiteScanner::acceptLink(std::string_view href) {
-    const LinkDecision dropped;
     if (href.empty()) {
-        return dropped;
+        return {};
     }
     auto resolved = resolveUrl(pageBaseURLUnchanged, href);
     if (!resolved) {
-        return dropped;
+        return {};
     }
     std::string url = std::move(*resolved);
     if (const size_t hash = url.rfind('#'); hash != std::string::npos) {
@@ -56,37 +55,37 @@ LinkDecision SiteScanner::acceptLink(std::string_view href) {
 
     const auto parts = parseUrl(url);
     if (!parts) {
-        return dropped;
+        return {};
     }
     const bool isMail = url.starts_with("mailto:");
     if (!parts->hasQuery && !isMail) {
         if (const size_t dot = parts->path.find('.'); dot != std::string::npos) {
             // From the first "." on, so "/docs.old/page.html" gives ".old/page.html".
             if (!isAllowedMedia(allowedMediaArray, std::string_view(parts->path).substr(dot))) {
-                return dropped;
+                return {};
             }
         } else if (std::any_of(
                        allowedMediaArray.begin(), allowedMediaArray.end(),
                        [&](const std::string& ext) { return inPageList(url + "index" + ext); })) {
-            return dropped;
+            return {};
         }
     }
 
     if (anyEntryOccursIn(url, vrlmpFiltersArray)) {
-        return dropped;
+        return {};
     }
     if (!ignoreRobots && anyEntryOccursIn(url, robotsArray)) {
-        return dropped;
+        return {};
     }
     if (url.empty()) {
-        return dropped;
+        return {};
     }
 
     const size_t schemeLength = parts->scheme.size();
     const auto baseParts = parseUrl(siteBaseURL);
     const size_t baseSchemeLength = baseParts ? baseParts->scheme.size() : 0;
     if (url.size() <= schemeLength + 3 || siteBaseURL.size() <= baseSchemeLength + 3) {
-        return dropped;
+        return {};
     }
     const std::string hostPath = hostPathKey(url, schemeLength);
     const std::string baseHostPath = hostPathKey(siteBaseURL, baseSchemeLength);

@@ -127,7 +127,7 @@ private:
     void underline(htmlstyle::Group group, htmlstyle::Underline mode);
     void fieldAction(bool otherFieldEmpty, std::string message);
     void promoteFirstLink();
-    void externalBrowserView(std::string html);
+    void externalBrowserView(const std::string& html);
     void startPreview();
 
     HtmlView& view_;

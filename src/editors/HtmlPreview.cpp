@@ -63,7 +63,7 @@ void HTMLViewController::waitForPreview() {
     }
 }
 
-void HTMLViewController::externalBrowserView(std::string html) {
+void HTMLViewController::externalBrowserView(const std::string& html) {
     ui_.perform([this] { view_.showPreviewPanel(true); });
     const std::vector<std::string> lines = split(html, '\n');
     const auto total = static_cast<double>(lines.size());

@@ -136,7 +136,7 @@ void writeSiteStatistics(std::string_view name, int totalLinks, int pagesFound, 
 std::string completeSiteFile(std::string_view name) {
     const std::string path = returnFullFileLocation(name);
     const auto text = readTextFile(path);
-    const std::string completed = completedSiteFileText(text.value_or(std::string()));
+    std::string completed = completedSiteFileText(text.value_or(std::string()));
     if (text && completed != *text) {
         writeFileAtomically(path, completed);
     }
