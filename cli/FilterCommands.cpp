@@ -1,8 +1,8 @@
 #include "FilterCommands.h"
 
-#include <charconv>
 #include <set>
 
+#include "RowNumber.h"
 #include "SiteCommands.h"
 #include "SiteSession.h"
 #include "app/ProcessState.h"
@@ -10,15 +10,6 @@
 namespace loomcrest::cli {
 
 namespace {
-
-std::optional<size_t> rowNumber(const std::string& text) {
-    size_t row = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), row);
-    if (error != std::errc() || end != text.data() + text.size() || row == 0) {
-        return std::nullopt;
-    }
-    return row;
-}
 
 int deleteRows(SiteSession& session, const std::vector<std::string>& rows, std::ostream& err) {
     if (rows.empty()) {

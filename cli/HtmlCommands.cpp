@@ -1,8 +1,8 @@
 #include "HtmlCommands.h"
 
 #include <array>
-#include <charconv>
 
+#include "RowNumber.h"
 #include "SiteCommands.h"
 #include "SiteSession.h"
 #include "app/ProcessState.h"
@@ -58,30 +58,18 @@ std::vector<LayoutLine> layoutLines(std::string_view html) {
     return lines;
 }
 
-template <size_t N>
-std::optional<size_t> indexOf(const std::array<std::string_view, N>& items, std::string_view item) {
-    for (size_t i = 0; i < N; ++i) {
-        if (items[i] == item) {
-            return i;
-        }
-    }
-    return std::nullopt;
-}
-
 std::optional<size_t> lineIndex(const std::vector<std::string>& arguments, size_t lines,
                                 std::ostream& err) {
-    size_t line = 0;
-    const std::string& text = arguments.size() == 2 ? arguments[1] : std::string();
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), line);
-    if (error != std::errc() || end != text.data() + text.size() || line == 0) {
+    const auto line = arguments.size() == 2 ? rowNumber(arguments[1]) : std::nullopt;
+    if (!line) {
         err << "Name a line number, counted from 1.\n";
         return std::nullopt;
     }
-    if (line > lines) {
-        err << "No line " << line << " in this layout.\n";
+    if (*line > lines) {
+        err << "No line " << *line << " in this layout.\n";
         return std::nullopt;
     }
-    return line - 1;
+    return *line - 1;
 }
 
 // Applies the given style options of one group; false on an option value that is not offered.

@@ -1,12 +1,13 @@
 #include "XmlCommands.h"
 
 #include <algorithm>
-#include <charconv>
 #include <optional>
 
+#include "RowNumber.h"
 #include "SiteCommands.h"
 #include "SiteSession.h"
 #include "editors/XMLViewController.h"
+#include "platform/Text.h"
 
 namespace loomcrest::cli {
 
@@ -15,22 +16,16 @@ namespace {
 using Column = XMLViewController::Column;
 
 std::optional<size_t> rowIndex(const std::string& text, size_t rows, std::ostream& err) {
-    size_t row = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), row);
-    if (error != std::errc() || end != text.data() + text.size() || row == 0) {
+    const auto row = rowNumber(text);
+    if (!row) {
         err << "Not a row number: " << text << "\n";
         return std::nullopt;
     }
-    if (row > rows) {
-        err << "No entry in row " << row << ".\n";
+    if (*row > rows) {
+        err << "No entry in row " << *row << ".\n";
         return std::nullopt;
     }
-    return row - 1;
-}
-
-template <size_t N>
-bool isMenuItem(const std::array<std::string_view, N>& items, const std::string& value) {
-    return std::find(items.begin(), items.end(), value) != items.end();
+    return *row - 1;
 }
 
 // A value the field's menu offers is chosen from the menu; anything else is typed.
@@ -41,14 +36,14 @@ void setField(XMLViewController& xml, size_t row, const std::string& field,
     } else if (field == "lastmod") {
         xml.setObjectValue(value, Column::LastUpdated, row);
     } else if (field == "changefreq") {
-        if (isMenuItem(XMLViewController::kChangeFrequencies, value)) {
+        if (indexOf(XMLViewController::kChangeFrequencies, value)) {
             xml.selectRow(row);
             xml.cfMenuChangeUpdates(value);
         } else {
             xml.setObjectValue(value, Column::ChangeFrequency, row);
         }
     } else {
-        if (isMenuItem(XMLViewController::kPriorities, value)) {
+        if (indexOf(XMLViewController::kPriorities, value)) {
             xml.selectRow(row);
             xml.priorityMenuChangeUpdates(value);
         } else {

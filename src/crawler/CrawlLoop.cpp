@@ -34,8 +34,9 @@ void ScanDriver::extractLinksFromPage() {
     for (size_t i = 0; i < scanner_.uniquePagesLeftMArray.size(); ++i) {
         const std::string url = scanner_.uniquePagesLeftMArray[i];
         PageTitleLookup title = lookUpPageTitle(url);
-        // A server's listing of a folder: counted, but neither mapped nor broken.
-        if (!escapeAmpersands(title.title).starts_with("Index of /")) {
+        // A server's listing of a folder: counted, but neither mapped nor broken. (Escaping
+        // the title's "&" cannot change this prefix, so the raw title is tested.)
+        if (!title.title.starts_with("Index of /")) {
             if (split(url, '?').size() >= kSuspiciousQueryPieces && errCont_) {
                 warnAboutQueryMarks();
             }

@@ -40,6 +40,17 @@ bool queryMayBeQueued(std::string_view url, const std::vector<std::string>& allo
 
 }  // namespace
 
+// The site base is the same for every link of a scan, so its key is worked out once.
+const SiteScanner::SiteBaseKey& SiteScanner::siteBaseKey() {
+    if (siteBaseKey_.url != siteBaseURL) {
+        const auto parts = parseUrl(siteBaseURL);
+        siteBaseKey_.url = siteBaseURL;
+        siteBaseKey_.schemeLength = parts ? parts->scheme.size() : 0;
+        siteBaseKey_.hostPath = hostPathKey(siteBaseURL, siteBaseKey_.schemeLength);
+    }
+    return siteBaseKey_;
+}
+
 LinkDecision SiteScanner::acceptLink(std::string_view href) {
     if (href.empty()) {
         return {};
@@ -82,19 +93,17 @@ LinkDecision SiteScanner::acceptLink(std::string_view href) {
     }
 
     const size_t schemeLength = parts->scheme.size();
-    const auto baseParts = parseUrl(siteBaseURL);
-    const size_t baseSchemeLength = baseParts ? baseParts->scheme.size() : 0;
-    if (url.size() <= schemeLength + 3 || siteBaseURL.size() <= baseSchemeLength + 3) {
+    const SiteBaseKey& base = siteBaseKey();
+    if (url.size() <= schemeLength + 3 || siteBaseURL.size() <= base.schemeLength + 3) {
         return {};
     }
     const std::string hostPath = hostPathKey(url, schemeLength);
-    const std::string baseHostPath = hostPathKey(siteBaseURL, baseSchemeLength);
     if (parts->path.empty()) {
         url += '/';
     }
 
     // A plain prefix test: for the site "http://shop/" the host "shopfront" is inside too.
-    if (!hostPath.starts_with(baseHostPath)) {
+    if (!hostPath.starts_with(base.hostPath)) {
         return LinkDecision{LinkOutcome::Recorded, std::move(url)};
     }
 

@@ -87,11 +87,19 @@ public:
     int32_t threeColCountAP = 0;
 
 private:
+    struct SiteBaseKey {
+        std::string url;
+        size_t schemeLength = 0;
+        std::string hostPath;
+    };
+
+    const SiteBaseKey& siteBaseKey();
     std::string sitemapFile(std::string_view name) const;
     bool inPageList(const std::string& url) const { return uniquePagesLeftMArray.contains(url); }
 
     std::string sitemapFolder_;
     AppendingFiles sitemapFiles_;
+    SiteBaseKey siteBaseKey_;
 };
 
 }  // namespace loomcrest

@@ -3,6 +3,7 @@
 #include "app/ProcessState.h"
 #include "editors/SitemapLayouts.h"
 #include "platform/FileSystem.h"
+#include "platform/Text.h"
 #include "sites/DataPaths.h"
 
 namespace loomcrest {
@@ -25,17 +26,6 @@ std::string placeholderPage(std::string_view text) {
            "<body><h2 align=\"center\">&nbsp;</h2><h2 align=\"center\">&nbsp;</h2>"
            "<h2 align=\"center\">&nbsp;</h2><h2 align=\"center\">" +
            std::string(text) + "</h2></body></html>";
-}
-
-template <size_t N>
-std::optional<size_t> indexOf(const std::array<std::string_view, N>& items,
-                              std::string_view title) {
-    for (size_t i = 0; i < N; ++i) {
-        if (items[i] == title) {
-            return i;
-        }
-    }
-    return std::nullopt;
 }
 
 }  // namespace

@@ -3,8 +3,8 @@
 #include "app/ProcessState.h"
 #include "editors/HTMLViewController.h"
 #include "platform/FileSystem.h"
-#include "platform/Regex.h"
 #include "platform/Text.h"
+#include "sitemap/HtmlSitemapFormat.h"
 #include "sites/DataPaths.h"
 
 namespace loomcrest {
@@ -13,12 +13,6 @@ namespace {
 
 // The progress bar moves at most this often; each step waits for the interface thread.
 constexpr std::chrono::milliseconds kProgressInterval{50};
-
-std::string withoutMarkers(std::string_view line) {
-    static const Regex comment("<!-- LINKID: .*? -->");
-    static const Regex marker("---LINKID:.*?---");
-    return marker.replaceAll(comment.replaceAll(line, ""), "");
-}
 
 }  // namespace
 
@@ -40,10 +34,7 @@ void HTMLViewController::viewSitemapButton() {
                         "", "Save Changes", "", "Discard Changes"),
         [this](int returnCode) {
             if (returnCode == kDefaultButtonCode) {
-                writeFileAtomically(shownFileLocation(), vrlmpHTMLString);
-                vrlmpHTMLString = readTextFile(shownFileLocation()).value_or("");
-                originalHTMLString_ = vrlmpHTMLString;
-                saveActive();
+                saveNow("closewindow");
             } else {
                 vrlmpHTMLString = originalHTMLString_;
                 reload();
@@ -80,7 +71,7 @@ void HTMLViewController::externalBrowserView(const std::string& html) {
         if (i > 0) {
             page += '\n';
         }
-        page += withoutMarkers(lines[i]);
+        page += withoutLinkMarkers(lines[i]);
         if (cancelExternalViewProcess_) {
             cancelled = true;
             break;

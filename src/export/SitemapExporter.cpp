@@ -8,8 +8,8 @@
 #include "editors/SitemapLayouts.h"
 #include "export/BrokenLinksReport.h"
 #include "platform/FileSystem.h"
-#include "platform/Regex.h"
 #include "platform/Text.h"
+#include "sitemap/HtmlSitemapFormat.h"
 #include "sites/DataPaths.h"
 
 namespace loomcrest {
@@ -29,12 +29,6 @@ const SaveFileRequest kHtmlSave{"sitemap.html", {"html", "php", "asp", "htm"}, t
 const SaveFileRequest kXmlSave{"sitemap.xml", {"xml"}, true};
 const SaveFileRequest kBrokenHtmlSave{"brokenLinksExport.html", {"html"}, true};
 const SaveFileRequest kBrokenTextSave{"brokenLinksExport.txt", {"txt"}, true};
-
-std::string withoutMarkers(std::string_view line) {
-    static const Regex comment("<!-- LINKID: .*? -->");
-    static const Regex marker("---LINKID:.*?---");
-    return marker.replaceAll(comment.replaceAll(line, ""), "");
-}
 
 }  // namespace
 
@@ -160,7 +154,7 @@ void SitemapExporter::processAndRemoveLINKID(const std::string& path) {
         if (i > 0) {
             output += '\n';
         }
-        output += withoutMarkers(lines[i]);
+        output += withoutLinkMarkers(lines[i]);
     }
     ui_.performAndWait([this, &output] {
         view_.showExportPanel(false);

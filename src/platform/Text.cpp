@@ -52,6 +52,12 @@ bool isValidUtf8(std::string_view text) {
     return true;
 }
 
+std::optional<size_t> indexOf(std::span<const std::string_view> items, std::string_view item) {
+    const auto found = std::find(items.begin(), items.end(), item);
+    return found == items.end() ? std::nullopt
+                                : std::optional<size_t>(static_cast<size_t>(found - items.begin()));
+}
+
 std::string replaceAll(std::string_view text, std::string_view from, std::string_view to) {
     if (from.empty()) {
         return std::string(text);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -7,6 +9,9 @@
 namespace loomcrest {
 
 bool isValidUtf8(std::string_view text);
+
+// The position of `item` in `items`, or nothing.
+std::optional<size_t> indexOf(std::span<const std::string_view> items, std::string_view item);
 
 // Every occurrence of `from`, left to right and not overlapping, replaced by `to`.
 std::string replaceAll(std::string_view text, std::string_view from, std::string_view to);

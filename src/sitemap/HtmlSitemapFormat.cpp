@@ -1,5 +1,6 @@
 #include "sitemap/HtmlSitemapFormat.h"
 
+#include "platform/Regex.h"
 #include "platform/Text.h"
 
 namespace loomcrest {
@@ -85,6 +86,12 @@ std::string pageTitleLine(std::string_view pageURL, int linkId, std::string_view
 
 std::string linkLine(std::string_view linkURL, int linkId, std::string_view title) {
     return markedLine("zplPageLink", linkURL, linkId, title);
+}
+
+std::string withoutLinkMarkers(std::string_view line) {
+    static const Regex comment("<!-- LINKID: .*? -->");
+    static const Regex marker("---LINKID:.*?---");
+    return marker.replaceAll(comment.replaceAll(line, ""), "");
 }
 
 std::string escapeAmpersands(std::string_view text) {

@@ -19,6 +19,10 @@ std::string pageTitleLine(std::string_view pageURL, int linkId, std::string_view
 // A link line; the same escaping of the title.
 std::string linkLine(std::string_view linkURL, int linkId, std::string_view title);
 
+// `line` without its LINKID markers: the href suffix "---LINKID:N---" and the comment
+// "<!-- LINKID: N -->", as a published sitemap shows it.
+std::string withoutLinkMarkers(std::string_view line);
+
 // "&" as "&amp;", the only escaping titles get; "<", ">" and quotes pass through.
 std::string escapeAmpersands(std::string_view text);
 
