@@ -41,7 +41,8 @@ public:
     bool isScanning() const { return scanning_; }
 
     // User-interface thread: the progress sheet, the scanned-links list, the total-links
-    // field, the warning's sheet juggling, the end panel, the drawer.
+    // field, the progress sheet put away and back around the warning, the end panel, the
+    // drawer.
     void updateScanSheet();
     void updateScanLinksList(const std::string& url);
     void updateTotLink();

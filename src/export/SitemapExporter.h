@@ -45,7 +45,7 @@ public:
     // The six layout boxes, in the order an export visits them.
     enum Box { threeCSF, twoCSF, oneCSF, threeCST, twoCST, oneCST };
 
-    // The broken-links exports list `process`'s broken links of the selected site.
+    // The broken-links exports write out `process.vrlmpBadLinkArray`.
     SitemapExporter(ProcessState& process, ExportView& view, AlertPresenter& alerts, UiThread& ui);
     SitemapExporter(const SitemapExporter&) = delete;
     SitemapExporter& operator=(const SitemapExporter&) = delete;
