@@ -61,14 +61,18 @@ TEST(HtmlSitemapHead, WholeStyleBlockIsExact) {
               "\tfont-size: 1.1em;\n\t}\n-->\n</style>\n</head>\n<body>\n");
 }
 
-TEST(HtmlSitemapLines, CarryTheirMarkersAndEscapeOnlyAmpersands) {
+TEST(HtmlSitemapLines, CarryTheirMarkersAndNeverCarryMarkup) {
     EXPECT_EQ(linkLine("http://host/about.html", 7, "About us"),
               "\n\t\t\t<div class=\"zplPageLink\"><a href=\"http://host/about.html---LINKID:7---\">"
               "About us<!-- LINKID: 7 --></a></div>");
-    EXPECT_EQ(pageTitleLine("http://host/?a=1&b=2", 0, "Tom & Jerry <3 \"x\""),
-              "\n\t\t\t<div class=\"zplPageTitle\"><a href=\"http://host/?a=1&b=2---LINKID:0---\">"
-              "Tom &amp; Jerry <3 \"x\"<!-- LINKID: 0 --></a></div>");
-    EXPECT_EQ(escapeAmpersands("&amp;"), "&amp;amp;");
+    // Text and addresses as crawled: a title that was "&lt;b&gt;" in the page's source reads
+    // "<b>" and is shown so, never run.
+    EXPECT_EQ(
+        pageTitleLine("http://host/?a=1&b=\"2\"", 0,
+                      "Tom & Jerry <3 \"x\" <b onmouseover=\"x()\"> &lt;"),
+        "\n\t\t\t<div class=\"zplPageTitle\"><a href=\"http://host/?a=1&b=%222%22---LINKID:0---\">"
+        "Tom &amp; Jerry &lt;3 \"x\" &lt;b onmouseover=\"x()\"&gt; &amp;lt;<!-- LINKID: 0 -->"
+        "</a></div>");
 }
 
 TEST(HtmlSitemapLayout, OneColumnItemsAreFollowedByAClearer) {
