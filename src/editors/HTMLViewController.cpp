@@ -4,6 +4,7 @@
 #include "editors/SitemapLayouts.h"
 #include "editors/UnsavedChanges.h"
 #include "platform/FileSystem.h"
+#include "platform/LargeText.h"
 #include "platform/Text.h"
 #include "sites/DataPaths.h"
 
@@ -27,6 +28,28 @@ std::string placeholderPage(std::string_view text) {
            "<body><h2 align=\"center\">&nbsp;</h2><h2 align=\"center\">&nbsp;</h2>"
            "<h2 align=\"center\">&nbsp;</h2><h2 align=\"center\">" +
            std::string(text) + "</h2></body></html>";
+}
+
+// The style element's text before and after, when `before` and `after` differ inside it only.
+std::optional<PreviewEdit::StyleChange> styleOnlyChange(std::string_view before,
+                                                        std::string_view after) {
+    constexpr std::string_view kOpen = "<style type=\"text/css\">";
+    constexpr std::string_view kClose = "</style>";
+    const size_t open = after.find(kOpen);
+    if (open == std::string_view::npos) {
+        return std::nullopt;
+    }
+    const size_t contentStart = open + kOpen.size();
+    const size_t afterEnd = after.find(kClose, contentStart);
+    const size_t beforeEnd = before.find(kClose, contentStart);
+    if (afterEnd == std::string_view::npos || beforeEnd == std::string_view::npos ||
+        before.substr(0, contentStart) != after.substr(0, contentStart) ||
+        before.substr(beforeEnd) != after.substr(afterEnd)) {
+        return std::nullopt;
+    }
+    return PreviewEdit::StyleChange{
+        std::string(before.substr(contentStart, beforeEnd - contentStart)),
+        std::string(after.substr(contentStart, afterEnd - contentStart))};
 }
 
 }  // namespace
@@ -75,15 +98,15 @@ void HTMLViewController::firstLoad() {
     }
     urlToLoad_ = "file://" + layoutFileLocation(0);
     process_.vrlmpUTLLoc = shownFileLocation();
-    const auto text = readTextFile(process_.vrlmpUTLLoc);
+    auto text = readTextFile(process_.vrlmpUTLLoc);
     if (!text || text->empty()) {
         showPlaceholder(
             "No Sitemap Is Available<br />Please scan this website to create the "
             "html sitemap.");
         return;
     }
-    process_.vrlmpHTMLString = *text;
-    originalHTMLString_ = *text;
+    assignLargeText(originalHTMLString_, *text);
+    process_.vrlmpHTMLString = *std::move(text);
     state_.layout = 0;
     state_.layoutLabel = kSitemapLayouts[0].name;
     reload();
@@ -130,8 +153,9 @@ void HTMLViewController::loadLayout(size_t layout) {
     state_.layout = layout;
     state_.layoutLabel = kSitemapLayouts[layout].name;
     urlToLoad_ = "file://" + layoutFileLocation(layout);
-    originalHTMLString_ = readTextFile(shownFileLocation()).value_or("");
+    // One read serves both: the two copies start equal.
     process_.vrlmpHTMLString = readTextFile(shownFileLocation()).value_or("");
+    assignLargeText(originalHTMLString_, process_.vrlmpHTMLString);
 }
 
 void HTMLViewController::changeMapType(size_t layout) {
@@ -182,9 +206,13 @@ void HTMLViewController::saveNow(std::string_view request) {
                                  sheetDidEndShouldSave);
         }
     } else if (request == kCloseWindow) {
-        writeFileAtomically(path, process_.vrlmpHTMLString);
-        process_.vrlmpHTMLString = readTextFile(path).value_or("");
-        originalHTMLString_ = process_.vrlmpHTMLString;
+        // After a complete atomic write the file holds the working copy; only a failed write
+        // sends the working copy back to what the file holds.
+        workingCopyIsOnDisk_ = writeFileAtomically(path, process_.vrlmpHTMLString);
+        if (!workingCopyIsOnDisk_) {
+            process_.vrlmpHTMLString = readTextFile(path).value_or("");
+        }
+        assignLargeText(originalHTMLString_, process_.vrlmpHTMLString);
         saveActive();
     } else if (request == kChangeMap) {
         writeFileAtomically(path, process_.vrlmpHTMLString);
@@ -206,21 +234,32 @@ void HTMLViewController::showState() {
 }
 
 // Every change to the working copy ends here, so the preview and the Save button always
-// follow it.
-void HTMLViewController::applyEdit(std::string html, AfterEdit after) {
-    process_.vrlmpHTMLString = std::move(html);
-    reload();
-    if (after == AfterEdit::WriteNow) {
-        saveNow(kCloseWindow);
-    } else {
+// follow it. The file on disk is the source of truth: when a save fails, the preview shows
+// what was read back.
+void HTMLViewController::workingCopyEdited(AfterEdit after, const PreviewEdit& preview) {
+    if (after == AfterEdit::AwaitSave) {
+        view_.updatePreview(process_.vrlmpHTMLString, preview);
         saveActive();
+        return;
     }
+    saveNow(kCloseWindow);
+    if (workingCopyIsOnDisk_) {
+        view_.updatePreview(process_.vrlmpHTMLString, preview);
+    } else {
+        reload();
+    }
+}
+
+void HTMLViewController::applyStyleEdit(std::string html) {
+    PreviewEdit preview;
+    preview.style = styleOnlyChange(process_.vrlmpHTMLString, html);
+    process_.vrlmpHTMLString = std::move(html);
+    workingCopyEdited(AfterEdit::AwaitSave, preview);
 }
 
 void HTMLViewController::applyStyle(Group group, std::string_view pattern,
                                     std::string_view property) {
-    applyEdit(htmlstyle::withProperty(process_.vrlmpHTMLString, group, pattern, property),
-              AfterEdit::AwaitSave);
+    applyStyleEdit(htmlstyle::withProperty(process_.vrlmpHTMLString, group, pattern, property));
 }
 
 StyleControls& HTMLViewController::controlsOf(Group group) {
@@ -251,8 +290,7 @@ void HTMLViewController::setItalic(Group group, bool on) {
 
 void HTMLViewController::setUnderline(Group group, Underline mode) {
     controlsOf(group).underline = mode;
-    applyEdit(htmlstyle::withUnderline(process_.vrlmpHTMLString, group, mode),
-              AfterEdit::AwaitSave);
+    applyStyleEdit(htmlstyle::withUnderline(process_.vrlmpHTMLString, group, mode));
 }
 
 std::optional<htmlstyle::Rgb> HTMLViewController::setHEXValue(htmlstyle::Rgb& well,

@@ -2,6 +2,8 @@
 
 #include <atomic>
 #include <functional>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -9,6 +11,7 @@
 
 #include "editors/HtmlView.h"
 #include "platform/Alerts.h"
+#include "platform/Regex.h"
 #include "platform/UiThread.h"
 
 namespace loomcrest {
@@ -75,8 +78,13 @@ public:
     void deleteLinkAction();
     void beginLinkDeletion();
     void linkDeletion();
-    void checkForEmptyColumn();
-    void rebuildSitemaps(const std::vector<std::string>& cells);
+    // Re-packs the layout when a cell lost its last line; tells whether it did.
+    bool checkForEmptyColumn();
+    void rebuildSitemaps(std::span<const std::string_view> cells);
+
+    // Whether the last edit or deletion of a line found the line in the working copy.
+    enum class LineEdit { None, Done, NotFound };
+    LineEdit lastLineEdit() const { return lineEdit_; }
 
     // Browser preview: writes "tmpMap.html" on a background thread and opens it.
     void viewSitemapButton();
@@ -109,12 +117,15 @@ private:
     // What becomes of the working copy after an edit: styles wait for Save, link edits are
     // written at once.
     enum class AfterEdit { AwaitSave, WriteNow };
-    void applyEdit(std::string html, AfterEdit after);
+    // The working copy was changed by `preview`'s edit.
+    void workingCopyEdited(AfterEdit after, const PreviewEdit& preview);
+    void applyStyleEdit(std::string html);
     StyleControls& controlsOf(htmlstyle::Group group);
     void applyStyle(htmlstyle::Group group, std::string_view pattern, std::string_view property);
     void warnAboutColour(htmlstyle::Group group);
     void fieldAction(bool otherFieldEmpty, std::string message);
-    void promoteFirstLink();
+    std::optional<MatchSpan> findSelectedLine() const;
+    void promoteFirstLink(PreviewEdit& preview);
     void externalBrowserView(const std::string& html);
     void startPreview();
 
@@ -127,6 +138,8 @@ private:
     std::string originalHTMLString_;
     std::string urlToLoad_;
     ScrollPosition savedScrollPosition_;
+    // Whether the last save without asking wrote the working copy whole.
+    bool workingCopyIsOnDisk_ = false;
 
     // The selected line.
     std::string linkHREFValue_;
@@ -136,6 +149,7 @@ private:
     std::string originalLinkValue_;
     std::string delLink_;
     std::string delTitle_;
+    LineEdit lineEdit_ = LineEdit::None;
 
     std::atomic<bool> cancelExternalViewProcess_{false};
     std::thread previewThread_;
