@@ -41,12 +41,14 @@ struct PreviewEdit {
         std::string before;
         std::optional<std::string> after;
         size_t count = 0;
+        bool operator==(const Replacement&) const = default;
     };
     std::vector<Replacement> replacements;
     // The style element's text before and after, when only the style changed.
     struct StyleChange {
         std::string before;
         std::string after;
+        bool operator==(const StyleChange&) const = default;
     };
     std::optional<StyleChange> style;
 };

@@ -5,6 +5,17 @@
 namespace loomcrest {
 namespace {
 
+TEST(HtmlText, ReferencesAreDecodedAsAParserReadsThem) {
+    EXPECT_EQ(htmlTextContent("Tom &amp; Jerry &lt;3 &gt; \"x\" &#39;"),
+              "Tom & Jerry <3 > \"x\" '");
+    EXPECT_EQ(htmlTextContent("caf&eacute; &#233; &#xE9;&nbsp;x"),
+              "caf\xC3\xA9 \xC3\xA9 \xC3\xA9\xC2\xA0x");
+    EXPECT_EQ(htmlTextContent("<b>bold</b>\n line"), "bold\n line");
+    EXPECT_EQ(htmlTextContent("&amp;lt;"), "&lt;");
+    EXPECT_EQ(htmlAttributeValue("http://h/?a=1&amp;b=2&c=3"), "http://h/?a=1&b=2&c=3");
+    EXPECT_EQ(htmlAttributeValue("http://h/%22x%22&quot;"), "http://h/%22x%22\"");
+}
+
 TEST(MarkupDocument, BrokenHtmlStillGivesItsAnchorsInOrder) {
     const auto document =
         MarkupDocument::parseHtml("<p>text <a href=one>1<a href='two'>2</b></div><A HREF=\"3\">");

@@ -14,6 +14,9 @@ TEST(Utf8, AcceptsWellFormedAndRejectsMalformedText) {
     EXPECT_FALSE(isValidUtf8("\xc0\xaf"));          // overlong "/"
     EXPECT_FALSE(isValidUtf8("\xed\xa0\x80"));      // surrogate
     EXPECT_FALSE(isValidUtf8("\xf4\x90\x80\x80"));  // beyond U+10FFFF
+    // Long runs of ASCII are checked eight bytes at a time, up to the byte that is not.
+    EXPECT_TRUE(isValidUtf8(std::string(21, 'a') + "\xc3\xa9" + std::string(9, 'b')));
+    EXPECT_FALSE(isValidUtf8(std::string(16, 'a') + "\xe9" + std::string(9, 'b')));
 }
 
 TEST(ReplaceAll, ReplacesLeftToRightWithoutOverlap) {
@@ -28,6 +31,10 @@ TEST(ContainsIgnoringCase, IsAPlainSearch) {
     EXPECT_TRUE(containsIgnoringCase("<PagesFound>", "<pagesfound>"));
     EXPECT_FALSE(containsIgnoringCase("indexphp", ".php"));
     EXPECT_FALSE(containsIgnoringCase("a.b", "a*b")) << "no pattern characters";
+    EXPECT_TRUE(containsIgnoringCase("pPpP-Pa", "pa")) << "either case of the first letter";
+    EXPECT_TRUE(containsIgnoringCase("xxAB", "ab")) << "at the very end";
+    EXPECT_FALSE(containsIgnoringCase("ab", "abc"));
+    EXPECT_FALSE(containsIgnoringCase("abc", ""));
 }
 
 TEST(Split, KeepsEmptyPieces) {
