@@ -8,6 +8,7 @@
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QJsonArray>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressDialog>
@@ -28,6 +29,14 @@
 namespace loomcrest::gui {
 
 namespace {
+
+QString fromUtf8(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+QByteArray bytes(std::string_view text) {
+    return {text.data(), static_cast<qsizetype>(text.size())};
+}
 
 QColor toQColor(const htmlstyle::Rgb& colour) {
     return QColor::fromRgbF(static_cast<float>(colour.red), static_cast<float>(colour.green),
@@ -120,6 +129,7 @@ HtmlSitemapView::HtmlSitemapView(ProcessState& process, QtAlerts& alerts, QtUiTh
                 html.scrollPositionChanged({scroll.x(), scroll.y()});
                 html.linkClicked(address.toStdString(), label.toStdString());
             });
+    connect(page_, &PreviewPage::changedInPlace, this, &HtmlSitemapView::previewUpdated);
     connect(page_, &QWebEnginePage::loadFinished, this, [this, &html](bool) {
         const HTMLViewController::ScrollPosition position = html.savedScrollPosition();
         page_->runJavaScript(
@@ -261,7 +271,22 @@ void HtmlSitemapView::forwardEditFields() {
 }
 
 void HtmlSitemapView::loadPreview(std::string_view html) {
-    page_->showHtml(QByteArray(html.data(), static_cast<qsizetype>(html.size())));
+    page_->showHtml(bytes(html));
+}
+
+void HtmlSitemapView::updatePreview(std::string_view html, const PreviewEdit& edit) {
+    QJsonArray replacements;
+    for (const PreviewEdit::Replacement& replacement : edit.replacements) {
+        replacements.append(
+            QJsonArray{fromUtf8(replacement.before),
+                       replacement.after ? QJsonValue(fromUtf8(*replacement.after)) : QJsonValue(),
+                       static_cast<qint64>(replacement.count)});
+    }
+    const QJsonValue style =
+        edit.style
+            ? QJsonValue(QJsonArray{fromUtf8(edit.style->before), fromUtf8(edit.style->after)})
+            : QJsonValue();
+    page_->changeInPlace(bytes(html), replacements, style);
 }
 
 void HtmlSitemapView::showPreviewPanel(bool shown) {

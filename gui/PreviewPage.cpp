@@ -4,6 +4,7 @@
 
 #include <QBuffer>
 #include <QCoreApplication>
+#include <QJsonDocument>
 #include <QWebEngineProfile>
 #include <QWebEngineScript>
 #include <QWebEngineScriptCollection>
@@ -29,8 +30,58 @@ document.addEventListener('click', function (event) {
     if (!node) { return; }
     event.preventDefault();
     event.stopPropagation();
-    console.log('loomcrest-click\u001f' + node.href + '\u001f' + node.innerText);
+    console.log('loomcrest-click\u001f' + node.href + '\u001f' + node.textContent);
 }, true);
+)js");
+
+// Changes the loaded page as the text was changed; true when every element was found exactly
+// as often as in the text. Elements are compared by their serialisation, which the browser
+// makes the same way for the page and for markup parsed here.
+const QString kChangeScript = QStringLiteral(R"js(
+(function (replacements, style) {
+    function parsed(markup) {
+        var holder = document.createElement('template');
+        holder.innerHTML = markup;
+        return holder.content.firstElementChild;
+    }
+    function occurrences(markup) {
+        var element = parsed(markup);
+        var anchor = element && (element.nodeName === 'A' ? element : element.querySelector('a'));
+        if (!anchor) { return null; }
+        var selector = 'a[href="' + CSS.escape(anchor.getAttribute('href') || '') + '"]';
+        var found = [];
+        document.querySelectorAll(selector).forEach(function (candidate) {
+            var node = element.nodeName === 'A' ? candidate : candidate.parentElement;
+            if (node && node.outerHTML === element.outerHTML) { found.push(node); }
+        });
+        return found;
+    }
+    try {
+        for (var i = 0; i < replacements.length; i++) {
+            var change = replacements[i];
+            var found = occurrences(change[0]);
+            if (!found || found.length !== change[2]) { return false; }
+            found.forEach(function (node) {
+                if (change[1] !== null) { node.outerHTML = change[1]; return; }
+                var before = node.previousSibling;
+                if (before && before.nodeType === Node.TEXT_NODE &&
+                        before.data.endsWith('\n\t\t\t')) {
+                    before.data = before.data.slice(0, -4);
+                }
+                node.remove();
+            });
+        }
+        if (style !== null) {
+            var sheets = Array.from(document.querySelectorAll('style')).filter(
+                function (sheet) { return sheet.textContent === style[0]; });
+            if (sheets.length !== 1) { return false; }
+            sheets[0].textContent = style[1];
+        }
+        return true;
+    } catch (error) {
+        return false;
+    }
+})(%1, %2)
 )js");
 
 }  // namespace
@@ -97,12 +148,46 @@ PreviewPage::PreviewPage(QWebEngineProfile* ownProfile, QObject* parent)
     clicks.setInjectionPoint(QWebEngineScript::DocumentReady);
     clicks.setRunsOnSubFrames(false);
     scripts().insert(clicks);
+    connect(this, &QWebEnginePage::loadFinished, this, [this](bool ok) { loaded_ = ok; });
+}
+
+PreviewPage::~PreviewPage() {
+    alive_.reset();
 }
 
 void PreviewPage::showHtml(const QByteArray& html) {
     html_ = html;
+    loaded_ = false;
     // A new address each time, so that the page is fetched again.
     load(QUrl(QStringLiteral("loomcrest:preview/%1").arg(++generation_)));
+}
+
+void PreviewPage::changeInPlace(const QByteArray& html, const QJsonArray& replacements,
+                                const QJsonValue& style) {
+    if (!loaded_) {
+        showHtml(html);
+        return;
+    }
+    // Served from now on, should the page be fetched again.
+    html_ = html;
+    const QString script = kChangeScript.arg(
+        QString::fromUtf8(QJsonDocument(replacements).toJson(QJsonDocument::Compact)),
+        style.isArray()
+            ? QString::fromUtf8(QJsonDocument(style.toArray()).toJson(QJsonDocument::Compact))
+            : QStringLiteral("null"));
+    const quint64 generation = generation_;
+    const std::weak_ptr<bool> alive = alive_;
+    runJavaScript(script, QWebEngineScript::ApplicationWorld,
+                  [this, alive, generation](const QVariant& changed) {
+                      if (alive.expired() || generation != generation_) {
+                          return;
+                      }
+                      if (changed.toBool()) {
+                          emit changedInPlace();
+                      } else {
+                          showHtml(html_);
+                      }
+                  });
 }
 
 bool PreviewPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) {

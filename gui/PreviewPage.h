@@ -1,9 +1,11 @@
 #pragma once
 
 #include <QByteArray>
+#include <QJsonArray>
 #include <QWebEnginePage>
 #include <QWebEngineUrlRequestInterceptor>
 #include <QWebEngineUrlSchemeHandler>
+#include <memory>
 
 class QWebEngineProfile;
 
@@ -27,13 +29,23 @@ public:
     // `profile` is the page's own and must outlive it.
     PreviewPage(QWebEngineProfile* profile, QObject* parent);
 
+    ~PreviewPage() override;
+
     // Shows `html`, replacing what was shown.
     void showHtml(const QByteArray& html);
     const QByteArray& shownHtml() const { return html_; }
+    // `html` came from what is shown through `replacements` (each [before, after or null,
+    // count]: elements written as the text holds them) and, when it is no null, `style` ([old
+    // text of the style element, new text]). The loaded page is changed in place; when that
+    // cannot be done exactly, `html` is loaded.
+    void changeInPlace(const QByteArray& html, const QJsonArray& replacements,
+                       const QJsonValue& style);
 
 signals:
-    // A click on an anchor: its absolute address and visible label.
+    // A click on an anchor: its absolute address and the text it shows.
     void linkClicked(const QString& address, const QString& label);
+    // The page was changed in place by changeInPlace.
+    void changedInPlace();
 
 protected:
     bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override;
@@ -46,6 +58,10 @@ private:
 
     QByteArray html_;
     quint64 generation_ = 0;
+    // Whether the last load finished, so that the page can be changed in place.
+    bool loaded_ = false;
+    // Answers from scripts that arrive while the page is destroyed are dropped.
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 
 }  // namespace loomcrest::gui
