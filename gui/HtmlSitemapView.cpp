@@ -286,7 +286,13 @@ void HtmlSitemapView::updatePreview(std::string_view html, const PreviewEdit& ed
         edit.style
             ? QJsonValue(QJsonArray{fromUtf8(edit.style->before), fromUtf8(edit.style->after)})
             : QJsonValue();
-    page_->changeInPlace(bytes(html), replacements, style);
+    const QJsonValue rows =
+        edit.rows
+            ? QJsonValue(QJsonArray{static_cast<qint64>(edit.rows->keptRows),
+                                    static_cast<qint64>(edit.rows->rowsBefore),
+                                    fromUtf8(edit.rows->cellWidth), fromUtf8(edit.rows->newRows)})
+            : QJsonValue();
+    page_->changeInPlace(bytes(html), replacements, style, rows);
 }
 
 void HtmlSitemapView::showPreviewPanel(bool shown) {

@@ -21,16 +21,24 @@ const QByteArray kScheme = QByteArrayLiteral("loomcrest");
 const QString kClickMarker = QStringLiteral("loomcrest-click");
 const QChar kSeparator(0x1f);
 
-// Runs apart from the page's own scripts, which are switched off: reports the anchor the
-// user clicked and keeps the click from navigating.
+// Runs apart from the page's own scripts, which are switched off: reports the anchor the user
+// presses and keeps the click from navigating. The press is reported at once: on a big page
+// the browser is busy for a while after it, before the click arrives.
 const QString kClickScript = QStringLiteral(R"js(
-document.addEventListener('click', function (event) {
+function loomcrestAnchor(event) {
     var node = event.target;
     while (node && node.nodeName !== 'A') { node = node.parentNode; }
-    if (!node) { return; }
+    return node;
+}
+document.addEventListener('mousedown', function (event) {
+    var node = loomcrestAnchor(event);
+    if (!node || event.button !== 0) { return; }
+    console.log('loomcrest-click\u001f' + node.href + '\u001f' + node.textContent);
+}, true);
+document.addEventListener('click', function (event) {
+    if (!loomcrestAnchor(event)) { return; }
     event.preventDefault();
     event.stopPropagation();
-    console.log('loomcrest-click\u001f' + node.href + '\u001f' + node.textContent);
 }, true);
 )js");
 
@@ -38,7 +46,7 @@ document.addEventListener('click', function (event) {
 // as often as in the text. Elements are compared by their serialisation, which the browser
 // makes the same way for the page and for markup parsed here.
 const QString kChangeScript = QStringLiteral(R"js(
-(function (replacements, style) {
+(function (replacements, style, rows) {
     function parsed(markup) {
         var holder = document.createElement('template');
         holder.innerHTML = markup;
@@ -71,6 +79,18 @@ const QString kChangeScript = QStringLiteral(R"js(
                 node.remove();
             });
         }
+        if (rows !== null) {
+            var table = document.querySelector('table');
+            if (!table || rows[0] < 1 || table.rows.length !== rows[1]) { return false; }
+            var body = table.rows[0].parentNode;
+            for (var row = 0; row < rows[0]; row++) {
+                Array.from(table.rows[row].cells).forEach(function (cell) {
+                    if (cell.getAttribute('width') !== rows[2]) { cell.setAttribute('width', rows[2]); }
+                });
+            }
+            while (table.rows.length > rows[0]) { table.rows[table.rows.length - 1].remove(); }
+            body.insertAdjacentHTML('beforeend', rows[3]);
+        }
         if (style !== null) {
             var sheets = Array.from(document.querySelectorAll('style')).filter(
                 function (sheet) { return sheet.textContent === style[0]; });
@@ -81,7 +101,7 @@ const QString kChangeScript = QStringLiteral(R"js(
     } catch (error) {
         return false;
     }
-})(%1, %2)
+})(%1, %2, %3)
 )js");
 
 }  // namespace
@@ -163,18 +183,19 @@ void PreviewPage::showHtml(const QByteArray& html) {
 }
 
 void PreviewPage::changeInPlace(const QByteArray& html, const QJsonArray& replacements,
-                                const QJsonValue& style) {
+                                const QJsonValue& style, const QJsonValue& rows) {
     if (!loaded_) {
         showHtml(html);
         return;
     }
     // Served from now on, should the page be fetched again.
     html_ = html;
-    const QString script = kChangeScript.arg(
-        QString::fromUtf8(QJsonDocument(replacements).toJson(QJsonDocument::Compact)),
-        style.isArray()
-            ? QString::fromUtf8(QJsonDocument(style.toArray()).toJson(QJsonDocument::Compact))
-            : QStringLiteral("null"));
+    const auto json = [](const QJsonValue& value) {
+        return value.isArray() ? QString::fromUtf8(
+                                     QJsonDocument(value.toArray()).toJson(QJsonDocument::Compact))
+                               : QStringLiteral("null");
+    };
+    const QString script = kChangeScript.arg(json(replacements), json(style), json(rows));
     const quint64 generation = generation_;
     const std::weak_ptr<bool> alive = alive_;
     runJavaScript(script, QWebEngineScript::ApplicationWorld,

@@ -35,11 +35,12 @@ public:
     void showHtml(const QByteArray& html);
     const QByteArray& shownHtml() const { return html_; }
     // `html` came from what is shown through `replacements` (each [before, after or null,
-    // count]: elements written as the text holds them) and, when it is no null, `style` ([old
-    // text of the style element, new text]). The loaded page is changed in place; when that
-    // cannot be done exactly, `html` is loaded.
+    // count]: elements written as the text holds them), then, where they are not null, `rows`
+    // ([rows kept, rows before, width of the kept rows' cells, markup of the rows after them])
+    // and `style` ([old text of the style element, new text]). The loaded page is changed in
+    // place; when that cannot be done exactly, `html` is loaded.
     void changeInPlace(const QByteArray& html, const QJsonArray& replacements,
-                       const QJsonValue& style);
+                       const QJsonValue& style, const QJsonValue& rows);
 
 signals:
     // A click on an anchor: its absolute address and the text it shows.

@@ -236,17 +236,18 @@ void HTMLViewController::showState() {
 // Every change to the working copy ends here, so the preview and the Save button always
 // follow it. The file on disk is the source of truth: when a save fails, the preview shows
 // what was read back.
-void HTMLViewController::workingCopyEdited(AfterEdit after, const PreviewEdit& preview) {
-    if (after == AfterEdit::AwaitSave) {
-        view_.updatePreview(process_.vrlmpHTMLString, preview);
-        saveActive();
-        return;
+void HTMLViewController::workingCopyEdited(AfterEdit after,
+                                           const std::optional<PreviewEdit>& preview) {
+    if (after == AfterEdit::WriteNow) {
+        saveNow(kCloseWindow);
     }
-    saveNow(kCloseWindow);
-    if (workingCopyIsOnDisk_) {
-        view_.updatePreview(process_.vrlmpHTMLString, preview);
+    if (preview && (after == AfterEdit::AwaitSave || workingCopyIsOnDisk_)) {
+        view_.updatePreview(process_.vrlmpHTMLString, *preview);
     } else {
         reload();
+    }
+    if (after == AfterEdit::AwaitSave) {
+        saveActive();
     }
 }
 

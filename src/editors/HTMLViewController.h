@@ -78,9 +78,11 @@ public:
     void deleteLinkAction();
     void beginLinkDeletion();
     void linkDeletion();
-    // Re-packs the layout when a cell lost its last line; tells whether it did.
-    bool checkForEmptyColumn();
-    void rebuildSitemaps(std::span<const std::string_view> cells);
+    // Re-packs the working copy when a cell lost its last line. `preview` learns how the rows
+    // changed, or becomes nothing when cells moved to other rows.
+    void checkForEmptyColumn(std::optional<PreviewEdit>& preview);
+    // The layout rebuilt from `cells`; the deletion writes it, as it writes every deletion.
+    std::string rebuildSitemaps(std::span<const std::string_view> cells) const;
 
     // Whether the last edit or deletion of a line found the line in the working copy.
     enum class LineEdit { None, Done, NotFound };
@@ -117,8 +119,8 @@ private:
     // What becomes of the working copy after an edit: styles wait for Save, link edits are
     // written at once.
     enum class AfterEdit { AwaitSave, WriteNow };
-    // The working copy was changed by `preview`'s edit.
-    void workingCopyEdited(AfterEdit after, const PreviewEdit& preview);
+    // The working copy was changed as `preview` says; nothing: the preview loads it again.
+    void workingCopyEdited(AfterEdit after, const std::optional<PreviewEdit>& preview);
     void applyStyleEdit(std::string html);
     StyleControls& controlsOf(htmlstyle::Group group);
     void applyStyle(htmlstyle::Group group, std::string_view pattern, std::string_view property);

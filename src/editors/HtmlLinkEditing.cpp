@@ -213,27 +213,23 @@ std::optional<MatchSpan> HTMLViewController::findSelectedLine() const {
 }
 
 void HTMLViewController::linkDeletion() {
-    PreviewEdit preview;
-    bool repacked = false;
+    std::optional<PreviewEdit> preview = PreviewEdit{};
     const auto found = findSelectedLine();
     lineEdit_ = found ? LineEdit::Done : LineEdit::NotFound;
     if (found) {
         const std::string line = text(process_.vrlmpHTMLString, *found);
         const size_t count =
             layoutsearch::replaceInPlace(process_.vrlmpHTMLString, "\n\t\t\t" + line, "");
-        preview.replacements.push_back({line, std::nullopt, count});
+        preview->replacements.push_back({line, std::nullopt, count});
         if (containsIgnoringCase(line, "zplPageTitle")) {
-            promoteFirstLink(preview);
+            promoteFirstLink(*preview);
         }
-        repacked = checkForEmptyColumn();
+        checkForEmptyColumn(preview);
     }
     state_.titleField.clear();
     state_.linkField.clear();
     showState();
-    // A re-pack has written the file and shown it already.
-    if (!repacked) {
-        workingCopyEdited(AfterEdit::WriteNow, preview);
-    }
+    workingCopyEdited(AfterEdit::WriteNow, preview);
 }
 
 // The line that followed a deleted page title carries the next number still present; when
@@ -268,24 +264,31 @@ void HTMLViewController::promoteFirstLink(PreviewEdit& preview) {
     }
 }
 
-bool HTMLViewController::checkForEmptyColumn() {
+void HTMLViewController::checkForEmptyColumn(std::optional<PreviewEdit>& preview) {
     bool removedAny = false;
-    const std::vector<std::string_view> cells = cellsToKeep(process_.vrlmpHTMLString, removedAny);
-    if (removedAny) {
-        rebuildSitemaps(cells);
+    size_t firstDropped = 0;
+    const std::vector<std::string_view> cells =
+        cellsToKeep(process_.vrlmpHTMLString, removedAny, &firstDropped);
+    if (!removedAny) {
+        return;
     }
-    return removedAny;
+    // `cells` point into the working copy, which is replaced once the new text is built.
+    std::string rebuilt = rebuildSitemaps(cells);
+    auto rows = rowChange(process_.vrlmpHTMLString, firstDropped, rebuilt,
+                          kSitemapLayouts.at(state_.layout).columns);
+    process_.vrlmpHTMLString = std::move(rebuilt);
+    if (preview && rows) {
+        preview->rows = std::move(rows);
+    } else {
+        preview.reset();
+    }
 }
 
-void HTMLViewController::rebuildSitemaps(std::span<const std::string_view> cells) {
+std::string HTMLViewController::rebuildSitemaps(std::span<const std::string_view> cells) const {
     // The head, and with it the style, comes from the file, not from the working copy.
     const std::string head =
         readTextFileUpTo(layoutFileLocation(state_.layout), "<body>").value_or("");
-    // `cells` point into the working copy, which is replaced only once the new text is built.
-    std::string rebuilt = rebuiltLayout(head, kSitemapLayouts.at(state_.layout).columns, cells);
-    process_.vrlmpHTMLString = std::move(rebuilt);
-    saveNow("closewindow");
-    reload();
+    return rebuiltLayout(head, kSitemapLayouts.at(state_.layout).columns, cells);
 }
 
 }  // namespace loomcrest

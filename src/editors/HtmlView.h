@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "editors/HtmlStyle.h"
+#include "editors/LayoutRebuild.h"
 
 namespace loomcrest {
 
@@ -51,6 +52,8 @@ struct PreviewEdit {
         bool operator==(const StyleChange&) const = default;
     };
     std::optional<StyleChange> style;
+    // After a re-pack that moved no cell to another row.
+    std::optional<RowChange> rows;
 };
 
 // What the HTML sitemap view's controller needs from whatever draws it.

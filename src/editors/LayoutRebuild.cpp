@@ -99,9 +99,47 @@ void appendTableColumns(std::string& out, std::span<const std::string_view> cell
     }
 }
 
+std::vector<size_t> rowStarts(std::string_view html) {
+    std::vector<size_t> starts;
+    for (size_t at = html.find(kRowStart); at != std::string_view::npos;
+         at = html.find(kRowStart, at + kRowStart.size())) {
+        starts.push_back(at);
+    }
+    return starts;
+}
+
+size_t cellCount(std::string_view html) {
+    size_t count = 0;
+    for (size_t at = html.find("<td"); at != std::string_view::npos;
+         at = html.find("<td", at + 1)) {
+        count += isCellStart(html, at) ? 1 : 0;
+    }
+    return count;
+}
+
 }  // namespace
 
-std::vector<std::string_view> cellsToKeep(std::string_view html, bool& removedAny) {
+std::optional<RowChange> rowChange(std::string_view before, size_t firstDropped,
+                                   std::string_view rebuilt, int columns) {
+    const std::vector<size_t> rowsBefore = rowStarts(before);
+    const std::vector<size_t> rowsAfter = rowStarts(rebuilt);
+    const size_t tableEnd = rebuilt.rfind(kTableEnd);
+    if (columns < 2 || rowsBefore.size() < 2 || firstDropped < rowsBefore.back() ||
+        rowsAfter.size() < rowsBefore.size() - 1 || tableEnd == std::string_view::npos) {
+        return std::nullopt;
+    }
+    const size_t keptRows = rowsBefore.size() - 1;
+    // Rows of the scan's form and of the rebuilt form hold `columns` cells but the last.
+    if (cellCount(before.substr(0, rowsBefore.back())) != keptRows * static_cast<size_t>(columns)) {
+        return std::nullopt;
+    }
+    const size_t newRows = keptRows < rowsAfter.size() ? rowsAfter[keptRows] : tableEnd;
+    return RowChange{keptRows, rowsBefore.size(), columns == 2 ? "49%" : "32%",
+                     std::string(rebuilt.substr(newRows, tableEnd - newRows))};
+}
+
+std::vector<std::string_view> cellsToKeep(std::string_view html, bool& removedAny,
+                                          size_t* firstDropped) {
     removedAny = false;
     std::vector<std::string_view> all;
     for (size_t at = html.find("<td"); at != std::string_view::npos;
@@ -123,6 +161,9 @@ std::vector<std::string_view> cellsToKeep(std::string_view html, bool& removedAn
         if (containsIgnoringCase(all[i], "<div ")) {
             kept.push_back(all[i]);
             continue;
+        }
+        if (!removedAny && firstDropped != nullptr) {
+            *firstDropped = static_cast<size_t>(all[i].data() - html.data());
         }
         removedAny = true;
         if (++i < all.size()) {

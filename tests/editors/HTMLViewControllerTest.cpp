@@ -619,21 +619,44 @@ std::string sevenCells() {
     return text + "&nbsp;</td>\n\t\t<td>&nbsp;</td>\n\t</tr>\n</table>\n</body>\n</html>";
 }
 
-TEST(HtmlEditorRebuild, EmptyingACellRepacksTheLayout) {
+class HtmlEditorRebuild : public testing::Test {
+protected:
+    void SetUp() override {
+        process.vrlmpCurSite = "Site";
+        writeFile(home.dataRoot() + "/Site/sitemap3c.html", "unused");
+        writeFile(path, sevenCells());
+        controller.firstLoad();
+        controller.changeMapType(3);
+    }
+
     TemporaryHome home;
     ProcessState process;
-    process.vrlmpCurSite = "Site";
     const std::string path = home.dataRoot() + "/Site/sitemap3cpo.html";
-    writeFile(home.dataRoot() + "/Site/sitemap3c.html", "unused");
-    writeFile(path, sevenCells());
     RecordingHtmlView view;
     RecordingAlerts alerts;
     ImmediateUiThread ui;
-    HTMLViewController controller(process, view, alerts, ui, [] { return std::string("Site"); });
-    controller.firstLoad();
-    controller.changeMapType(3);
+    HTMLViewController controller{process, view, alerts, ui, [] { return std::string("Site"); }};
+};
+
+TEST_F(HtmlEditorRebuild, EmptyingACellOfTheLastRowChangesOnlyThatRowInThePreview) {
+    const int loads = view.loads;
+    controller.linkClicked("http://h/p7.html---LINKID:7---", "P7");
+    controller.deleteLinkAction();
+    ASSERT_EQ(view.edits.size(), 1U);
+    // The row of P7 and the fillers goes, as the clean-up removes it from the file.
+    EXPECT_EQ(view.edits[0].rows, (RowChange{2, 3, "32%", ""}));
+    EXPECT_EQ(view.loads, loads);
+    const std::string saved = fileContents(path);
+    EXPECT_EQ(saved, process.vrlmpHTMLString);
+    EXPECT_TRUE(saved.ends_with("\n\t\t</td>\n\t</tr>\n\t\n</table>\n</body>\n</html>"));
+}
+
+TEST_F(HtmlEditorRebuild, EmptyingACellRepacksTheLayout) {
+    const int loads = view.loads;
     controller.linkClicked("http://h/p5.html---LINKID:5---", "P5");
     controller.deleteLinkAction();
+    EXPECT_EQ(view.loads, loads + 1) << "cells moved: the preview loads the layout";
+    EXPECT_TRUE(view.edits.empty());
 
     const auto cell = [](int page) {
         return "\n\t\t\t<div class=\"zplPageTitle\"><a href=\"http://h/p" + std::to_string(page) +

@@ -18,6 +18,8 @@
 #include "XmlSitemapView.h"
 #include "app/ProcessState.h"
 #include "platform/Text.h"
+#include "sitemap/HtmlSitemapFormat.h"
+#include "sitemap/SitemapFiles.h"
 #include "support/TemporaryHome.h"
 #include "support/TestServer.h"
 
@@ -63,26 +65,25 @@ private:
             .toString();
     }
 
-    // Clicks the anchor number `index` of the preview where a person would.
-    void clickAnchor(int index) {
-        QVariant point;
-        bool answered = false;
-        html().previewPage()->runJavaScript(
-            QStringLiteral(
-                "(function () { var r = document.getElementsByTagName('a')[%1]"
-                ".getBoundingClientRect(); return [r.left + 3, r.top + r.height / 2]; })()")
-                .arg(index),
-            QWebEngineScript::ApplicationWorld, [&](const QVariant& result) {
-                point = result;
-                answered = true;
-            });
-        QTRY_VERIFY(answered);
-        const QVariantList xy = point.toList();
-        QCOMPARE(xy.size(), 2);
+    // Where a person would click the anchor number `index` of the preview.
+    QPoint anchorPoint(int index) {
+        const QVariantList xy =
+            evaluate(QStringLiteral("(function () { var r = document.getElementsByTagName('a')[%1]"
+                                    ".getBoundingClientRect(); return [r.left + 3, r.top + "
+                                    "r.height / 2]; })()")
+                         .arg(index))
+                .toList();
+        return xy.size() == 2 ? QPoint(xy[0].toInt(), xy[1].toInt()) : QPoint(-1, -1);
+    }
+
+    void clickAt(const QPoint& point) {
         QWidget* surface = html().preview()->focusProxy();
         QVERIFY(surface != nullptr);
-        QTest::mouseClick(surface, Qt::LeftButton, {}, QPoint(xy[0].toInt(), xy[1].toInt()));
+        QVERIFY(point.x() >= 0);
+        QTest::mouseClick(surface, Qt::LeftButton, {}, point);
     }
+
+    void clickAnchor(int index) { clickAt(anchorPoint(index)); }
 
 private slots:
     void init() {
@@ -199,6 +200,34 @@ private slots:
                  3);
     }
 
+    void emptyingACellOfTheLastRowChangesThatRowInPlace() {
+        std::string text = std::string(htmlSitemapHead()) + std::string(kTableOpening);
+        int filled = 0;
+        for (int page = 1; page <= 7; ++page) {
+            const std::string number = std::to_string(page);
+            text += tablePiece(pageTitleLine("http://h/p" + number + ".html", page, "P" + number),
+                               3, filled);
+        }
+        test::writeFile(home_->dataRoot() + "/Site/sitemap3cpo.html",
+                        text + std::string(threeColumnClosing(filled)));
+        openHtmlView();
+        QSignalSpy loaded(&html(), &HtmlSitemapView::previewLoaded);
+        emit html().layoutPopup()->activated(3);
+        QVERIFY(loaded.wait(20000));
+        clickAnchor(6);
+        QTRY_COMPARE(html().titleField()->text(), QStringLiteral("P7"));
+        QSignalSpy updated(&html(), &HtmlSitemapView::previewUpdated);
+        QtAlerts::queueAnswers({kDefaultButtonCode});
+        QTest::mouseClick(html().deleteButton(), Qt::LeftButton);
+        QVERIFY(updated.wait(20000));
+        QCOMPARE(loaded.count(), 1);
+        QCOMPARE(evaluate(QStringLiteral("document.querySelector('table').rows.length")).toInt(),
+                 2);
+        QCOMPARE(evaluate(QStringLiteral("document.querySelectorAll('td[width=\"32%\"]').length"))
+                     .toInt(),
+                 6);
+    }
+
     void aSizeChangeEnablesSaveAndTouchesOnlyItsLine() {
         openHtmlView();
         QVERIFY(!html().saveButton()->isEnabled());
@@ -282,10 +311,20 @@ void SitemapViewsTest::timeTheWindowOnABigSite() {
     qInfo("window timing: the three-column layout (%.1f MB) loads in %.1f s",
           static_cast<double>(size) / 1e6, static_cast<double>(timer.elapsed()) / 1000);
 
-    timer.start();
-    clickAnchor(3);
-    QTRY_VERIFY_WITH_TIMEOUT(!html().titleField()->text().isEmpty(), 60000);
-    qInfo("window timing: a click selects a link in %lld ms", timer.elapsed());
+    QList<qint64> clicks;
+    for (const int anchor : {3, 5, 2}) {
+        const QPoint link = anchorPoint(anchor);
+        html().controller().clearEditFields();
+        // The view fills the fields from the same signal, before the spy hears it.
+        QSignalSpy selected(html().previewPage(), &PreviewPage::linkClicked);
+        timer.start();
+        clickAt(link);
+        QVERIFY(selected.wait(60000));
+        clicks.append(timer.elapsed());
+        QVERIFY(!html().titleField()->text().isEmpty());
+    }
+    qInfo("window timing: a click selects a link in %lld ms (the next ones in %lld and %lld ms)",
+          clicks[0], clicks[1], clicks[2]);
 
     QSignalSpy updated(&html(), &HtmlSitemapView::previewUpdated);
     html().titleField()->setText(QStringLiteral("Edited in the window"));
@@ -293,6 +332,17 @@ void SitemapViewsTest::timeTheWindowOnABigSite() {
     QTest::keyClick(html().titleField(), Qt::Key_Return);
     QVERIFY(updated.wait(600000));
     qInfo("window timing: a title edit shows in the preview in %lld ms", timer.elapsed());
+
+    clickAt(anchorPoint(4));
+    QTRY_VERIFY_WITH_TIMEOUT(html().deleteButton()->isEnabled(), 60000);
+    QtAlerts::queueAnswers({kDefaultButtonCode});
+    timer.start();
+    QTest::mouseClick(html().deleteButton(), Qt::LeftButton);
+    QVERIFY(updated.wait(600000));
+    qInfo(
+        "window timing: a deletion (its re-pack keeping every cell in its row) shows in the "
+        "preview in %lld ms",
+        timer.elapsed());
 
     timer.start();
     emit html().pageTitleControls().size->activated(0);
