@@ -183,12 +183,15 @@ std::string htmlAttributeValue(std::string_view written) {
 std::string escapeBareAmpersands(std::string_view text) {
     std::string escaped;
     escaped.reserve(text.size());
-    for (size_t i = 0; i < text.size(); ++i) {
-        escaped += text[i];
-        if (text[i] == '&' && !isReferenceAt(text, i)) {
+    size_t copied = 0;
+    for (size_t at = text.find('&'); at != std::string_view::npos; at = text.find('&', at + 1)) {
+        escaped.append(text.substr(copied, at + 1 - copied));
+        copied = at + 1;
+        if (!isReferenceAt(text, at)) {
             escaped += "amp;";
         }
     }
+    escaped.append(text.substr(copied));
     return escaped;
 }
 
