@@ -229,6 +229,13 @@ void HTMLViewController::reload() {
     view_.loadPreview(process_.vrlmpHTMLString);
 }
 
+// A reload reports a navigation without a clicked element, which disables Delete; a change
+// in place stands for such a reload.
+void HTMLViewController::previewChangedInPlace() {
+    state_.deleteEnabled = false;
+    showState();
+}
+
 void HTMLViewController::showState() {
     view_.htmlViewChanged(state_);
 }
@@ -243,6 +250,7 @@ void HTMLViewController::workingCopyEdited(AfterEdit after,
     }
     if (preview && (after == AfterEdit::AwaitSave || workingCopyIsOnDisk_)) {
         view_.updatePreview(process_.vrlmpHTMLString, *preview);
+        previewChangedInPlace();
     } else {
         reload();
     }

@@ -112,6 +112,7 @@ public:
 private:
     void showPlaceholder(std::string_view text);
     void reload();
+    void previewChangedInPlace();
     void showState();
     void setEditOptionsEnabled(bool enabled);
     std::string layoutFileLocation(size_t layout) const;

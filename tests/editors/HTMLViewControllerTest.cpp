@@ -406,6 +406,7 @@ TEST_F(HtmlEditor, EditsChangeThePreviewInPlace) {
     controller.setEditFields("Tom", "http://h/a.html");
     controller.titleEditInputAction();
     const std::string edited = linkLine("http://h/a.html", 1, "Tom");
+    EXPECT_FALSE(view.state.deleteEnabled) << "as after a reload";
     ASSERT_EQ(view.edits.size(), 1U);
     EXPECT_EQ(view.edits[0].replacements,
               (std::vector<Replacement>{{"<a href=\"http://h/a.html---LINKID:1---\">Tom &amp; "
