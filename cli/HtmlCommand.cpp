@@ -154,7 +154,7 @@ private:
     // The chosen action; an exit status when it ends the command before any alert counts.
     std::optional<int> act(HTMLViewController& html) {
         if (lines_->parsed()) {
-            printLines(markedLines(process().vrlmpHTMLString));
+            printLines(process().vrlmpHTMLString);
             return kExitSuccess;
         }
         if (style_->parsed()) {
@@ -169,13 +169,14 @@ private:
         return editLine(html);
     }
 
-    void printLines(const std::vector<MarkedLine>& lines) {
-        for (size_t i = 0; i < lines.size(); ++i) {
-            const ClickedLink shown = clickedLink(lines[i]);
-            const std::string address = htmlAttributeValue(lines[i].address);
-            out() << i + 1 << '\t' << (lines[i].isTitle ? "title" : "link") << '\t'
-                  << lines[i].linkId << '\t' << shown.label << '\t' << address << '\n';
-        }
+    void printLines(std::string_view html) {
+        size_t number = 0;
+        forEachMarkedLine(html, [&](const MarkedLine& line) {
+            const ClickedLink shown = clickedLink(line);
+            out() << ++number << '\t' << (line.isTitle ? "title" : "link") << '\t' << line.linkId
+                  << '\t' << shown.label << '\t' << htmlAttributeValue(line.address) << '\n';
+            return true;
+        });
     }
 
     // With no option the current style is printed, one property a line.

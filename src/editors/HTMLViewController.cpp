@@ -1,6 +1,7 @@
 #include "editors/HTMLViewController.h"
 
 #include "app/ProcessState.h"
+#include "editors/LayoutSearch.h"
 #include "editors/SitemapLayouts.h"
 #include "editors/UnsavedChanges.h"
 #include "platform/FileSystem.h"
@@ -30,26 +31,15 @@ std::string placeholderPage(std::string_view text) {
            std::string(text) + "</h2></body></html>";
 }
 
-// The style element's text before and after, when `before` and `after` differ inside it only.
-std::optional<PreviewEdit::StyleChange> styleOnlyChange(std::string_view before,
-                                                        std::string_view after) {
+// Where the text of the style element stands: [begin, end).
+std::optional<std::pair<size_t, size_t>> styleText(std::string_view html) {
     constexpr std::string_view kOpen = "<style type=\"text/css\">";
-    constexpr std::string_view kClose = "</style>";
-    const size_t open = after.find(kOpen);
-    if (open == std::string_view::npos) {
+    const size_t open = html.find(kOpen);
+    const size_t close = html.find("</style>", open);
+    if (open == std::string_view::npos || close == std::string_view::npos) {
         return std::nullopt;
     }
-    const size_t contentStart = open + kOpen.size();
-    const size_t afterEnd = after.find(kClose, contentStart);
-    const size_t beforeEnd = before.find(kClose, contentStart);
-    if (afterEnd == std::string_view::npos || beforeEnd == std::string_view::npos ||
-        before.substr(0, contentStart) != after.substr(0, contentStart) ||
-        before.substr(beforeEnd) != after.substr(afterEnd)) {
-        return std::nullopt;
-    }
-    return PreviewEdit::StyleChange{
-        std::string(before.substr(contentStart, beforeEnd - contentStart)),
-        std::string(after.substr(contentStart, afterEnd - contentStart))};
+    return std::pair{open + kOpen.size(), close};
 }
 
 }  // namespace
@@ -259,16 +249,37 @@ void HTMLViewController::workingCopyEdited(AfterEdit after,
     }
 }
 
-void HTMLViewController::applyStyleEdit(std::string html) {
-    PreviewEdit preview;
-    preview.style = styleOnlyChange(process_.vrlmpHTMLString, html);
-    process_.vrlmpHTMLString = std::move(html);
+// The style is rewritten in the working copy itself. When every rewrite fell inside the style
+// element, the preview changes that element alone.
+void HTMLViewController::editStyle(const std::function<void(const htmlstyle::Replace&)>& edit) {
+    std::string& html = process_.vrlmpHTMLString;
+    auto style = styleText(html);
+    const std::string before = style ? html.substr(style->first, style->second - style->first) : "";
+    edit([&](std::string_view from, std::string_view to) {
+        const layoutsearch::Replaced replaced = layoutsearch::replaceInPlace(html, from, to);
+        if (replaced.count == 0 || !style) {
+            return;
+        }
+        if (replaced.first < style->first || replaced.last + from.size() > style->second) {
+            style.reset();
+            return;
+        }
+        style->second = style->second + replaced.count * to.size() - replaced.count * from.size();
+    });
+    std::optional<PreviewEdit> preview;
+    if (style) {
+        preview = PreviewEdit{};
+        preview->style = PreviewEdit::StyleChange{
+            before, html.substr(style->first, style->second - style->first)};
+    }
     workingCopyEdited(AfterEdit::AwaitSave, preview);
 }
 
 void HTMLViewController::applyStyle(Group group, std::string_view pattern,
                                     std::string_view property) {
-    applyStyleEdit(htmlstyle::withProperty(process_.vrlmpHTMLString, group, pattern, property));
+    editStyle([&](const htmlstyle::Replace& replace) {
+        htmlstyle::rewriteProperty(process_.vrlmpHTMLString, group, pattern, property, replace);
+    });
 }
 
 StyleControls& HTMLViewController::controlsOf(Group group) {
@@ -299,7 +310,9 @@ void HTMLViewController::setItalic(Group group, bool on) {
 
 void HTMLViewController::setUnderline(Group group, Underline mode) {
     controlsOf(group).underline = mode;
-    applyStyleEdit(htmlstyle::withUnderline(process_.vrlmpHTMLString, group, mode));
+    editStyle([&](const htmlstyle::Replace& replace) {
+        htmlstyle::rewriteUnderline(process_.vrlmpHTMLString, group, mode, replace);
+    });
 }
 
 std::optional<htmlstyle::Rgb> HTMLViewController::setHEXValue(htmlstyle::Rgb& well,

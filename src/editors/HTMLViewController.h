@@ -122,7 +122,7 @@ private:
     enum class AfterEdit { AwaitSave, WriteNow };
     // The working copy was changed as `preview` says; nothing: the preview loads it again.
     void workingCopyEdited(AfterEdit after, const std::optional<PreviewEdit>& preview);
-    void applyStyleEdit(std::string html);
+    void editStyle(const std::function<void(const htmlstyle::Replace&)>& edit);
     StyleControls& controlsOf(htmlstyle::Group group);
     void applyStyle(htmlstyle::Group group, std::string_view pattern, std::string_view property);
     void warnAboutColour(htmlstyle::Group group);

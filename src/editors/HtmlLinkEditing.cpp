@@ -158,7 +158,7 @@ void HTMLViewController::editLinkAndTitle() {
     originalLinkValue_ = replacement;
     PreviewEdit preview;
     const size_t count =
-        form ? layoutsearch::replaceInPlace(process_.vrlmpHTMLString, *form, replacement) : 0;
+        form ? layoutsearch::replaceInPlace(process_.vrlmpHTMLString, *form, replacement).count : 0;
     lineEdit_ = count > 0 ? LineEdit::Done : LineEdit::NotFound;
     if (count > 0) {
         preview.replacements.push_back({*std::move(form), replacement, count});
@@ -219,7 +219,7 @@ void HTMLViewController::linkDeletion() {
     if (found) {
         const std::string line = text(process_.vrlmpHTMLString, *found);
         const size_t count =
-            layoutsearch::replaceInPlace(process_.vrlmpHTMLString, "\n\t\t\t" + line, "");
+            layoutsearch::replaceInPlace(process_.vrlmpHTMLString, "\n\t\t\t" + line, "").count;
         preview->replacements.push_back({line, std::nullopt, count});
         if (containsIgnoringCase(line, "zplPageTitle")) {
             promoteFirstLink(*preview);
@@ -259,7 +259,7 @@ void HTMLViewController::promoteFirstLink(PreviewEdit& preview) {
     const std::string line = text(html, *following);
     if (line.starts_with("<div class=\"zplPageLink\"")) {
         std::string title = replaceAll(line, "zplPageLink", "zplPageTitle");
-        const size_t count = layoutsearch::replaceInPlace(html, line, title);
+        const size_t count = layoutsearch::replaceInPlace(html, line, title).count;
         preview.replacements.push_back({line, std::move(title), count});
     }
 }

@@ -63,15 +63,25 @@ std::optional<MarkedLine> lineAt(std::string_view html, size_t at, size_t limit)
 
 }  // namespace
 
-std::vector<MarkedLine> markedLines(std::string_view html, size_t limit) {
-    std::vector<MarkedLine> lines;
+void forEachMarkedLine(std::string_view html, const std::function<bool(const MarkedLine&)>& visit) {
     size_t at = html.find(kLineStart);
-    while (at != std::string_view::npos && lines.size() < limit) {
+    while (at != std::string_view::npos) {
         const size_t next = html.find(kLineStart, at + kLineStart.size());
-        if (auto line = lineAt(html, at, std::min(next, html.size()))) {
-            lines.push_back(*line);
+        if (const auto line = lineAt(html, at, std::min(next, html.size()));
+            line && !visit(*line)) {
+            return;
         }
         at = next;
+    }
+}
+
+std::vector<MarkedLine> markedLines(std::string_view html, size_t limit) {
+    std::vector<MarkedLine> lines;
+    if (limit > 0) {
+        forEachMarkedLine(html, [&](const MarkedLine& line) {
+            lines.push_back(line);
+            return lines.size() < limit;
+        });
     }
     return lines;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,7 +19,9 @@ struct MarkedLine {
     std::string_view title;  // the anchor's content as written, up to the marker comment
 };
 
-// The lines in document order, at most `limit` of them; the views point into `html`.
+// Each line in document order, until `visit` answers false; the views point into `html`.
+void forEachMarkedLine(std::string_view html, const std::function<bool(const MarkedLine&)>& visit);
+// The first `limit` lines, or all.
 std::vector<MarkedLine> markedLines(std::string_view html, size_t limit = SIZE_MAX);
 
 // What a click on the line reports: the address as the browser reads the attribute and the

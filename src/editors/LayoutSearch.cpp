@@ -108,30 +108,30 @@ std::optional<NumberedLine> firstLineNumberedBetween(std::string_view html, int6
     return best;
 }
 
-size_t replaceInPlace(std::string& text, std::string_view from, std::string_view to) {
-    if (from.empty()) {
-        return 0;
-    }
-    const size_t first = text.find(from);
+Replaced replaceInPlace(std::string& text, std::string_view from, std::string_view to) {
+    Replaced replaced;
+    const size_t first = from.empty() ? std::string::npos : text.find(from);
     if (first == std::string::npos) {
-        return 0;
+        return replaced;
     }
+    replaced = {1, first, first};
     if (text.find(from, first + from.size()) == std::string::npos) {
         text.replace(first, from.size(), to);
-        return 1;
+        return replaced;
     }
-    std::string replaced;
-    reserveLargeText(replaced, text.size());
-    size_t count = 0;
+    std::string result;
+    reserveLargeText(result, text.size());
+    replaced.count = 0;
     size_t start = 0;
     for (size_t found = first; found != std::string::npos; found = text.find(from, start)) {
-        replaced.append(text, start, found - start).append(to);
+        result.append(text, start, found - start).append(to);
         start = found + from.size();
-        ++count;
+        replaced.last = found;
+        ++replaced.count;
     }
-    replaced.append(text, start);
-    text.swap(replaced);
-    return count;
+    result.append(text, start);
+    text.swap(result);
+    return replaced;
 }
 
 }  // namespace loomcrest::layoutsearch

@@ -30,8 +30,13 @@ struct NumberedLine {
 std::optional<NumberedLine> firstLineNumberedBetween(std::string_view html, int64_t from,
                                                      int64_t to);
 
-// Every occurrence of `from` in `text` replaced by `to`; returns how many there were. A single
-// occurrence, the usual case, is replaced where it stands.
-size_t replaceInPlace(std::string& text, std::string_view from, std::string_view to);
+// Every occurrence of `from` in `text` replaced by `to`. A single occurrence, the usual case,
+// is replaced where it stands.
+struct Replaced {
+    size_t count = 0;
+    size_t first = 0;  // where the first and the last occurrence stood before
+    size_t last = 0;
+};
+Replaced replaceInPlace(std::string& text, std::string_view from, std::string_view to);
 
 }  // namespace loomcrest::layoutsearch

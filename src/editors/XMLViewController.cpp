@@ -9,6 +9,7 @@
 #include "editors/XmlSitemapEntries.h"
 #include "platform/FileSystem.h"
 #include "platform/HtmlDocument.h"
+#include "platform/LargeText.h"
 #include "platform/Text.h"
 #include "sitemap/SitemapFiles.h"
 #include "sites/DataPaths.h"
@@ -185,7 +186,7 @@ void XMLViewController::updateXMLFile() {
         size += rebuiltEntries_[i]->size() + 2;
     }
     std::string text;
-    text.reserve(size);
+    reserveLargeText(text, size);
     text.append(xmlSitemapHeader()).append("\n\t");
     for (size_t i = 0; i < urlXMLFileMArray_.size(); ++i) {
         text += *rebuiltEntries_[i];

@@ -1,5 +1,6 @@
 #include "editors/XmlSitemapEntries.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdint>
@@ -83,6 +84,13 @@ bool decodeReference(std::string_view text, size_t at, size_t end, std::string& 
 
 // An element's text as the parser serialises it, or nothing when it is not plain.
 bool appendSerialisedText(std::string_view text, std::string& out) {
+    // Mostly plain ASCII with nothing to decode or escape, which stays as it is.
+    if (std::all_of(text.begin(), text.end(), [](char c) {
+            return (c >= 0x20 && c < 0x7F && c != '&' && c != '>') || c == '\t';
+        })) {
+        out.append(text);
+        return true;
+    }
     std::string decoded;
     for (size_t i = 0; i < text.size(); ++i) {
         const auto byte = static_cast<unsigned char>(text[i]);
@@ -122,6 +130,7 @@ bool appendSerialisedText(std::string_view text, std::string& out) {
 // The entry starting at `at` (just after "<url>"), serialised into `out`; the position after
 // its "</url>", or nothing.
 std::optional<size_t> readEntry(std::string_view text, size_t at, std::string& out) {
+    out.reserve(std::min(text.find("</url>", at), text.size()) - at + 16);
     out = "<url>";
     while (true) {
         const size_t tag = skipBlanks(text, at);
@@ -167,6 +176,7 @@ std::optional<std::vector<std::string>> plainEntries(std::string_view original) 
         return std::nullopt;
     }
     std::vector<std::string> entries;
+    entries.reserve(text.size() / 128);
     size_t at = rootEnd + 1;
     while (true) {
         at = skipBlanks(text, at);

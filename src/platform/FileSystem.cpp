@@ -100,12 +100,13 @@ std::optional<std::string> readTextFile(const std::string& path) {
     std::string text;
     reserveLargeText(text, static_cast<size_t>(status.st_size));
     text.resize(static_cast<size_t>(status.st_size));
+    std::array<char, 4096> more{};
     size_t filled = 0;
     while (true) {
-        if (filled == text.size()) {
-            text.resize(text.size() + 64 * 1024);
-        }
-        const ssize_t got = ::read(fd.get(), text.data() + filled, text.size() - filled);
+        const bool full = filled == text.size();
+        char* into = full ? more.data() : text.data() + filled;
+        const size_t room = full ? more.size() : text.size() - filled;
+        const ssize_t got = ::read(fd.get(), into, room);
         if (got < 0 && errno == EINTR) {
             continue;
         }
@@ -114,6 +115,9 @@ std::optional<std::string> readTextFile(const std::string& path) {
         }
         if (got == 0) {
             break;
+        }
+        if (full) {
+            text.append(more.data(), static_cast<size_t>(got));
         }
         filled += static_cast<size_t>(got);
     }

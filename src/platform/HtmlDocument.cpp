@@ -14,6 +14,7 @@
 #include <cctype>
 #include <climits>
 
+#include "platform/LargeText.h"
 #include "platform/Text.h"
 
 namespace loomcrest {
@@ -182,7 +183,7 @@ std::string htmlAttributeValue(std::string_view written) {
 
 std::string escapeBareAmpersands(std::string_view text) {
     std::string escaped;
-    escaped.reserve(text.size());
+    reserveLargeText(escaped, text.size());
     size_t copied = 0;
     for (size_t at = text.find('&'); at != std::string_view::npos; at = text.find('&', at + 1)) {
         escaped.append(text.substr(copied, at + 1 - copied));

@@ -16,6 +16,8 @@ void reserveLargeText(std::string& text, size_t size) {
     if (size <= text.capacity()) {
         return;
     }
+    // Room to spare, so that an edit that lengthens the text a little stays in this buffer.
+    size += size / 64;
     text.reserve(size);
     if (size < 2 * kHugePage) {
         return;

@@ -8,8 +8,8 @@
 // of the copy's cost.
 namespace loomcrest {
 
-// Gives `text` room for at least `size` bytes, backed by huge pages where the system offers
-// them. The contents stay as they were.
+// Gives `text` room for at least `size` bytes and a little more, backed by huge pages where
+// the system offers them. The contents stay as they were.
 void reserveLargeText(std::string& text, size_t size);
 
 // `to` = `from`, reusing `to`'s room when it suffices.

@@ -436,6 +436,21 @@ TEST_F(HtmlEditor, EditsChangeThePreviewInPlace) {
     EXPECT_EQ(view.loads, loads) << "nothing was loaded again";
 }
 
+TEST_F(HtmlEditor, AStyleRuleQuotedInATitleIsRewrittenTooAndTheLayoutLoadedAgain) {
+    const std::string quoted = ".zplPageTitle a:hover { text-decoration:underline }";
+    writeFile(layout("sitemap1c.html"),
+              oneColumnLayout({pageTitleLine("http://h/css.html", 1, "CSS: " + quoted)}));
+    controller.changeMapType(2);
+    const int loads = view.loads;
+    controller.setUnderline(Group::PageTitle, Underline::None);
+    EXPECT_NE(process.vrlmpHTMLString.find(
+                  ">CSS: .zplPageTitle a:hover { text-decoration:none }<!-- LINKID: 1 -->"),
+              std::string::npos)
+        << "every occurrence of the rule is rewritten";
+    EXPECT_EQ(view.loads, loads + 1);
+    EXPECT_TRUE(view.edits.empty());
+}
+
 TEST_F(HtmlEditor, ARepackOrAFailedSaveLoadsThePreviewAgain) {
     // The scan's filler cell holds no line, so this deletion re-packs the layout.
     int loads = view.loads;

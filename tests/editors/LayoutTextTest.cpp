@@ -46,12 +46,17 @@ TEST(LayoutSearch, OnlyTheLinesHoldingTheTailAreSearched) {
 
 TEST(LayoutSearch, ReplacingCountsAndKeepsASingleChangeInPlace) {
     std::string text = "one two one";
-    EXPECT_EQ(layoutsearch::replaceInPlace(text, "one", "1"), 2U);
+    const auto both = layoutsearch::replaceInPlace(text, "one", "1");
+    EXPECT_EQ(both.count, 2U);
+    EXPECT_EQ(both.first, 0U);
+    EXPECT_EQ(both.last, 8U);
     EXPECT_EQ(text, "1 two 1");
-    EXPECT_EQ(layoutsearch::replaceInPlace(text, "two", "zwei"), 1U);
+    const auto single = layoutsearch::replaceInPlace(text, "two", "zwei");
+    EXPECT_EQ(single.count, 1U);
+    EXPECT_EQ(single.first, 2U);
     EXPECT_EQ(text, "1 zwei 1");
-    EXPECT_EQ(layoutsearch::replaceInPlace(text, "drei", "3"), 0U);
-    EXPECT_EQ(layoutsearch::replaceInPlace(text, "", "3"), 0U);
+    EXPECT_EQ(layoutsearch::replaceInPlace(text, "drei", "3").count, 0U);
+    EXPECT_EQ(layoutsearch::replaceInPlace(text, "", "3").count, 0U);
     EXPECT_EQ(text, "1 zwei 1");
 }
 
