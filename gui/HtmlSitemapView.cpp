@@ -24,6 +24,7 @@
 #include "PreviewPage.h"
 #include "QtAlerts.h"
 #include "QtUiThread.h"
+#include "app/ProcessState.h"
 #include "editors/SitemapLayouts.h"
 
 namespace loomcrest::gui {
@@ -130,6 +131,8 @@ HtmlSitemapView::HtmlSitemapView(ProcessState& process, QtAlerts& alerts, QtUiTh
                 html.linkClicked(address.toStdString(), label.toStdString());
             });
     connect(page_, &PreviewPage::changedInPlace, this, &HtmlSitemapView::previewUpdated);
+    // The working copy is what the preview shows after changes in place.
+    page_->setCurrentHtml([&process] { return bytes(process.vrlmpHTMLString); });
     connect(page_, &QWebEnginePage::loadFinished, this, [this, &html](bool) {
         const HTMLViewController::ScrollPosition position = html.savedScrollPosition();
         page_->runJavaScript(
@@ -274,7 +277,7 @@ void HtmlSitemapView::loadPreview(std::string_view html) {
     page_->showHtml(bytes(html));
 }
 
-void HtmlSitemapView::updatePreview(std::string_view html, const PreviewEdit& edit) {
+void HtmlSitemapView::updatePreview(std::string_view /*html*/, const PreviewEdit& edit) {
     QJsonArray replacements;
     for (const PreviewEdit::Replacement& replacement : edit.replacements) {
         replacements.append(
@@ -292,7 +295,7 @@ void HtmlSitemapView::updatePreview(std::string_view html, const PreviewEdit& ed
                                     static_cast<qint64>(edit.rows->rowsBefore),
                                     fromUtf8(edit.rows->cellWidth), fromUtf8(edit.rows->newRows)})
             : QJsonValue();
-    page_->changeInPlace(bytes(html), replacements, style, rows);
+    page_->changeInPlace(replacements, style, rows);
 }
 
 void HtmlSitemapView::showPreviewPanel(bool shown) {

@@ -97,6 +97,8 @@ const QString kChangeScript = QStringLiteral(R"js(
             if (sheets.length !== 1) { return false; }
             sheets[0].textContent = style[1];
         }
+        // Laid out before answering, so that the answer means the change is on screen.
+        void document.documentElement.offsetHeight;
         return true;
     } catch (error) {
         return false;
@@ -112,7 +114,7 @@ public:
 
     void requestStarted(QWebEngineUrlRequestJob* job) override {
         auto* body = new QBuffer(job);
-        body->setData(page_.html_);
+        body->setData(page_.currentHtml());
         body->open(QIODevice::ReadOnly);
         job->reply(QByteArrayLiteral("text/html;charset=utf-8"), body);
     }
@@ -175,21 +177,29 @@ PreviewPage::~PreviewPage() {
     alive_.reset();
 }
 
+const QByteArray& PreviewPage::currentHtml() {
+    if (!htmlCurrent_ && currentHtml_) {
+        html_ = currentHtml_();
+    }
+    htmlCurrent_ = true;
+    return html_;
+}
+
 void PreviewPage::showHtml(const QByteArray& html) {
     html_ = html;
+    htmlCurrent_ = true;
     loaded_ = false;
     // A new address each time, so that the page is fetched again.
     load(QUrl(QStringLiteral("loomcrest:preview/%1").arg(++generation_)));
 }
 
-void PreviewPage::changeInPlace(const QByteArray& html, const QJsonArray& replacements,
-                                const QJsonValue& style, const QJsonValue& rows) {
+void PreviewPage::changeInPlace(const QJsonArray& replacements, const QJsonValue& style,
+                                const QJsonValue& rows) {
+    htmlCurrent_ = false;
     if (!loaded_) {
-        showHtml(html);
+        showHtml(currentHtml());
         return;
     }
-    // Served from now on, should the page be fetched again.
-    html_ = html;
     const auto json = [](const QJsonValue& value) {
         return value.isArray() ? QString::fromUtf8(
                                      QJsonDocument(value.toArray()).toJson(QJsonDocument::Compact))
@@ -206,7 +216,7 @@ void PreviewPage::changeInPlace(const QByteArray& html, const QJsonArray& replac
                       if (changed.toBool()) {
                           emit changedInPlace();
                       } else {
-                          showHtml(html_);
+                          showHtml(currentHtml());
                       }
                   });
 }

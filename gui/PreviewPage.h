@@ -5,6 +5,7 @@
 #include <QWebEnginePage>
 #include <QWebEngineUrlRequestInterceptor>
 #include <QWebEngineUrlSchemeHandler>
+#include <functional>
 #include <memory>
 
 class QWebEngineProfile;
@@ -33,14 +34,18 @@ public:
 
     // Shows `html`, replacing what was shown.
     void showHtml(const QByteArray& html);
-    const QByteArray& shownHtml() const { return html_; }
-    // `html` came from what is shown through `replacements` (each [before, after or null,
-    // count]: elements written as the text holds them), then, where they are not null, `rows`
-    // ([rows kept, rows before, width of the kept rows' cells, markup of the rows after them])
-    // and `style` ([old text of the style element, new text]). The loaded page is changed in
-    // place; when that cannot be done exactly, `html` is loaded.
-    void changeInPlace(const QByteArray& html, const QJsonArray& replacements,
-                       const QJsonValue& style, const QJsonValue& rows);
+    // Gives the text the page shows now, when the page has to be loaded again after changes
+    // in place; copying a big text after every change would cost more than the change.
+    void setCurrentHtml(std::function<QByteArray()> currentHtml) {
+        currentHtml_ = std::move(currentHtml);
+    }
+    // The text changed through `replacements` (each [before, after or null, count]: elements
+    // written as the text holds them), then, where they are not null, `rows` ([rows kept,
+    // rows before, width of the kept rows' cells, markup of the rows after them]) and `style`
+    // ([old text of the style element, new text]). The loaded page is changed in place; when
+    // that cannot be done exactly, the current text is loaded.
+    void changeInPlace(const QJsonArray& replacements, const QJsonValue& style,
+                       const QJsonValue& rows);
 
 signals:
     // A click on an anchor: its absolute address and the text it shows.
@@ -55,9 +60,13 @@ protected:
 
 private:
     class SchemeHandler;
+    const QByteArray& currentHtml();
     class Interceptor;
 
     QByteArray html_;
+    // Whether html_ still holds what the page shows; changes in place leave it behind.
+    bool htmlCurrent_ = true;
+    std::function<QByteArray()> currentHtml_;
     quint64 generation_ = 0;
     // Whether the last load finished, so that the page can be changed in place.
     bool loaded_ = false;
