@@ -92,7 +92,7 @@ ScanViewWidget::ScanViewWidget(QWidget* mainWindow, ProcessState& process, QtAle
     layout->addLayout(right, 2);
 
     sheets_ = std::make_unique<ScanSheets>(mainWindow, [this] { driver_->cancelScan(); });
-    siteList_ = std::make_unique<ScanViewController>(process, *this);
+    siteList_ = std::make_unique<ScanViewController>(process, *this, alerts);
     siteRecords_ = std::make_unique<AddEditDeleteSites>(*siteList_, sheet, alerts);
     filters_ = std::make_unique<ScanFilters>(
         process, [this] { return siteList_->state().details.siteName; }, drawer, alerts);

@@ -55,10 +55,10 @@ std::string imageTitle(std::string_view imageMarkup) {
 
 }  // namespace
 
-PageTitleLookup lookUpPageTitle(std::string_view pageURL) {
+PageTitleLookup lookUpPageTitle(std::string_view pageURL, std::chrono::seconds timeout) {
     PageTitleLookup lookup;
-    (void)http::fetchText(pageURL);
-    lookup.bytes = http::fetchBytes(pageURL);
+    (void)http::fetchText(pageURL, timeout);
+    lookup.bytes = http::fetchBytes(pageURL, timeout);
     if (!lookup.bytes) {
         lookup.title = kNoPageTitle;
         return lookup;

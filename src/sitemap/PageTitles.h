@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -24,7 +25,8 @@ struct PageTitleLookup {
     std::optional<std::string> bytes;
     std::optional<MarkupDocument> htmlDocument;
 };
-PageTitleLookup lookUpPageTitle(std::string_view pageURL);
+// Each fetch waits at most `timeout` for its answer.
+PageTitleLookup lookUpPageTitle(std::string_view pageURL, std::chrono::seconds timeout);
 
 // The anchor's "href" attribute, or empty text.
 std::string findHREFInNode(const MarkupNode& anchor);
