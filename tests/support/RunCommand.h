@@ -52,7 +52,7 @@ inline CommandResult runLoomcrest(const TemporaryHome& home,
 // Runs the binary as runLoomcrest does, but allowed to write no file past `bytes`, as on a
 // full disk. Its output goes through pipes, which the limit does not touch.
 inline CommandResult runLoomcrestWithFileSizeLimit(const TemporaryHome& home, rlim_t bytes,
-                                                   std::initializer_list<std::string> arguments) {
+                                                   const std::vector<std::string>& arguments) {
     std::vector<std::string> argumentTexts{LOOMCREST_CLI_PATH};
     argumentTexts.insert(argumentTexts.end(), arguments.begin(), arguments.end());
     std::vector<char*> argv;
