@@ -45,7 +45,7 @@ MainViewControl::MainViewControl(QWidget* parent) : QMainWindow(parent) {
     auto* fileMenu = menuBar()->addMenu(QStringLiteral("&File"));
     addSiteAction_ = fileMenu->addAction(QStringLiteral("Add Site…"));
     editSiteAction_ = fileMenu->addAction(QStringLiteral("Edit Site…"));
-    fileMenu->addSeparator();
+    QAction* quitSeparator = fileMenu->addSeparator();
     fileMenu->addAction(QStringLiteral("Quit"), this, &QWidget::close);
     auto* helpMenu = menuBar()->addMenu(QStringLiteral("&Help"));
 
@@ -68,6 +68,7 @@ MainViewControl::MainViewControl(QWidget* parent) : QMainWindow(parent) {
 
     scanView_ = new ScanViewWidget(this, state_, *alerts_, *ui_, *filterDrawer_, *siteSheet_,
                                    *addSiteAction_, *editSiteAction_);
+    fileMenu->insertAction(quitSeparator, scanView_->restoreAction());
     const auto shownSiteName = [this] { return scanView_->siteList().state().details.siteName; };
     htmlWindowView_ = new HtmlSitemapView(state_, *alerts_, *ui_, shownSiteName, this);
     htmlEditorWindowView_ = plainView(QStringLiteral("htmlEditorWindowView"),

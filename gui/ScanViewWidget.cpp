@@ -97,6 +97,10 @@ ScanViewWidget::ScanViewWidget(QWidget* mainWindow, ProcessState& process, QtAle
     filters_ = std::make_unique<ScanFilters>(
         process, [this] { return siteList_->state().details.siteName; }, drawer, alerts);
     driver_ = std::make_unique<ScanDriver>(process, *siteList_, *sheets_, alerts, ui);
+    sitemapRestore_ = std::make_unique<SitemapRestore>(*siteList_, alerts);
+    restoreAction_ = new QAction(QStringLiteral("Restore Previous Sitemaps"), this);
+    restoreAction_->setObjectName(QStringLiteral("restorePreviousSitemapsAction"));
+    restoreAction_->setEnabled(false);
     sheet.connectTo(*siteRecords_);
     drawer.connectTo(*filters_);
     alerts.setSiteSheet(&sheet);
@@ -112,6 +116,8 @@ ScanViewWidget::ScanViewWidget(QWidget* mainWindow, ProcessState& process, QtAle
     connect(deleteButton_, &QPushButton::clicked, this, [this] { siteRecords_->deleteSite(); });
     connect(filtersButton_, &QPushButton::clicked, this, [this] { siteList_->filterAddPanel(); });
     connect(brokenLinksButton_, &QPushButton::clicked, this, &ScanViewWidget::brokenLinksRequested);
+    connect(restoreAction_, &QAction::triggered, this,
+            [this] { sitemapRestore_->restorePreviousSitemaps(); });
 
     siteList_->awakeFromNib();
 }
@@ -147,6 +153,7 @@ void ScanViewWidget::scanViewChanged(const ScanViewState& state) {
     addSiteAction_.setEnabled(state.addSiteEnabled);
     addButton_->setEnabled(state.addSiteEnabled);
     editSiteAction_.setEnabled(state.editSiteEnabled);
+    restoreAction_->setEnabled(state.previousSitemapsKept && state.scanButtonEnabled);
     deleteButton_->setEnabled(state.siteControlsEnabled);
     filtersButton_->setEnabled(state.siteControlsEnabled);
     drawer_.setControlsEnabled(state.siteControlsEnabled);
