@@ -56,13 +56,19 @@ std::string imageTitle(std::string_view imageMarkup) {
 }  // namespace
 
 PageTitleLookup lookUpPageTitle(std::string_view pageURL, std::chrono::seconds timeout) {
-    PageTitleLookup lookup;
     (void)http::fetchText(pageURL, timeout);
-    lookup.bytes = http::fetchBytes(pageURL, timeout);
-    if (!lookup.bytes) {
+    auto bytes = http::fetchBytes(pageURL, timeout);
+    if (!bytes) {
+        PageTitleLookup lookup;
         lookup.title = kNoPageTitle;
         return lookup;
     }
+    return pageTitleOfBytes(std::move(*bytes));
+}
+
+PageTitleLookup pageTitleOfBytes(std::string bytes) {
+    PageTitleLookup lookup;
+    lookup.bytes = std::move(bytes);
     lookup.htmlDocument = MarkupDocument::parseHtml(*lookup.bytes);
     lookup.title = firstTitle(lookup.htmlDocument);
     if (lookup.title == kNoPageTitle) {

@@ -27,6 +27,8 @@ struct PageTitleLookup {
 };
 // Each fetch waits at most `timeout` for its answer.
 PageTitleLookup lookUpPageTitle(std::string_view pageURL, std::chrono::seconds timeout);
+// The title of a page's bytes, as lookUpPageTitle finds it once they have arrived.
+PageTitleLookup pageTitleOfBytes(std::string bytes);
 
 // The anchor's "href" attribute, or empty text.
 std::string findHREFInNode(const MarkupNode& anchor);
