@@ -51,24 +51,7 @@ void ScanDriver::scanSiteAction() {
         siteView_.setFilterDrawerOpen(false);
     }
     siteView_.setScanControlsEnabled(false);
-
-    scanner_.uniquePagesLeftMArray.clear();
-    fileLocationsArray_.clear();
-    process_.vrlmpBadLinkArray.clear();
-    brokenLinks_.clear();
-    brokenLinksHandedOver_ = 0;
-    writeFailure_ = {};
-    scanner_.pageInnerLinksMArray.clear();
-    scanner_.filters = process_.vrlmpFiltersArray;
-    terminateScan_ = false;
-    ssf_ = 0;
-    scanner_.totLinks = 0;
-    scanner_.twoColCountPO = 0;
-    scanner_.threeColCountPO = 0;
-    scanner_.twoColCountAP = 0;
-    scanner_.threeColCountAP = 0;
-    siteView_.clearScannedLinks();
-    scanner_.setAllowedMedia();
+    resetForScan();
     sheet_.showConnectionSheet(true);
 
     sitemapFolder_ = siteFolderLocation(process_.vrlmpCurSite);
@@ -95,6 +78,26 @@ void ScanDriver::scanSiteAction() {
     sheet_.showConnectionSheet(false);
     sheet_.showProgressSheet(true);
     startWorker();
+}
+
+void ScanDriver::resetForScan() {
+    scanner_.uniquePagesLeftMArray.clear();
+    fileLocationsArray_.clear();
+    process_.vrlmpBadLinkArray.clear();
+    brokenLinks_.clear();
+    brokenLinksHandedOver_ = 0;
+    writeFailure_ = {};
+    scanner_.pageInnerLinksMArray.clear();
+    scanner_.filters = process_.vrlmpFiltersArray;
+    terminateScan_ = false;
+    ssf_ = 0;
+    scanner_.totLinks = 0;
+    scanner_.twoColCountPO = 0;
+    scanner_.threeColCountPO = 0;
+    scanner_.twoColCountAP = 0;
+    scanner_.threeColCountAP = 0;
+    siteView_.clearScannedLinks();
+    scanner_.setAllowedMedia();
 }
 
 // The current files become the previous set, then get their headers. Nothing is crawled

@@ -76,6 +76,7 @@ private:
     struct PageFetch;
 
     void startWorker();
+    void resetForScan();
     bool startSitemapFiles();
     void abandonStart(const WriteResult& failure);
     void reportUnreachable();
@@ -128,6 +129,7 @@ private:
     std::vector<std::string> fileLocationsArray_;
     // Held from the start of a scan until its last file is written.
     std::optional<FolderLock> siteLock_;
+    // Set by finishSitemapFiles; the worker reads it once it has waited for that.
     WriteResult writeFailure_;
 };
 

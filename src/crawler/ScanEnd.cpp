@@ -39,12 +39,14 @@ void ScanDriver::scanFinished() {
     }
     ui_.performAndWait([this, &scannedLinks] { siteView_.setScannedLinksText(scannedLinks); });
 
+    // Set by finishSitemapFiles, waited for above; no other scan can start before the next line.
+    const WriteResult failure = writeFailure_;
     scanning_ = false;
     // Not waited for, so that the window may start the next scan from here.
-    ui_.perform([this] {
+    ui_.perform([this, failure] {
         sheet_.bringWindowToFront();
-        if (!writeFailure_) {
-            reportWriteFailure(writeFailure_);
+        if (!failure) {
+            reportWriteFailure(failure);
         }
         sheet_.scanEnded();
     });
