@@ -4,7 +4,6 @@
 #include <QFormLayout>
 #include <QLabel>
 #include <QProgressBar>
-#include <QProgressDialog>
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <QWidget>
@@ -15,16 +14,38 @@ namespace loomcrest::gui {
 
 namespace {
 
-QProgressDialog* busySheet(QWidget* parent, const QString& text) {
-    auto* sheet = new QProgressDialog(text, QString(), 0, 0, parent);
-    sheet->setWindowModality(Qt::WindowModal);
-    sheet->setCancelButton(nullptr);
-    sheet->setMinimumDuration(0);
-    sheet->setAutoClose(false);
-    sheet->setAutoReset(false);
-    sheet->hide();
-    return sheet;
-}
+// A panel shown only while its stage of a scan runs. A plain dialog, not a progress
+// dialog: those show themselves on a timer of their own, with or without a scan.
+class BusySheet : public QDialog {
+public:
+    BusySheet(QWidget* parent, const QString& text) : QDialog(parent) {
+        setWindowModality(Qt::WindowModal);
+        auto* bar = new QProgressBar(this);
+        bar->setRange(0, 0);
+        auto* layout = new QVBoxLayout(this);
+        layout->addWidget(new QLabel(text, this));
+        layout->addWidget(bar);
+        setMinimumWidth(300);
+    }
+
+protected:
+    // Escape would hide the panel while its stage still runs.
+    void reject() override {}
+};
+
+// Escape and the close box cancel the scan, as the Cancel button does; the sheet stays
+// until the scan has stopped.
+class ProgressSheet : public QDialog {
+public:
+    ProgressSheet(QWidget* parent, std::function<void()> cancel)
+        : QDialog(parent), cancel_(std::move(cancel)) {}
+
+protected:
+    void reject() override { cancel_(); }
+
+private:
+    std::function<void()> cancel_;
+};
 
 int clamped(int64_t value) {
     return static_cast<int>(std::clamp<int64_t>(value, 0, INT_MAX));
@@ -34,10 +55,12 @@ int clamped(int64_t value) {
 
 ScanSheets::ScanSheets(QWidget* mainWindow, std::function<void()> cancelScan)
     : QObject(mainWindow), mainWindow_(mainWindow) {
-    connecting_ = busySheet(mainWindow, QStringLiteral("Connecting to the site…"));
-    finishing_ = busySheet(mainWindow, QStringLiteral("Finishing the sitemaps…"));
+    connecting_ = new BusySheet(mainWindow, QStringLiteral("Connecting to the site…"));
+    connecting_->setObjectName(QStringLiteral("connectionSheet"));
+    finishing_ = new BusySheet(mainWindow, QStringLiteral("Finishing the sitemaps…"));
+    finishing_->setObjectName(QStringLiteral("endPanel"));
 
-    progressSheet_ = new QDialog(mainWindow);
+    progressSheet_ = new ProgressSheet(mainWindow, cancelScan);
     progressSheet_->setObjectName(QStringLiteral("scanProgressSheet"));
     progressSheet_->setWindowTitle(QStringLiteral("Scanning"));
     progressSheet_->setWindowModality(Qt::WindowModal);
@@ -58,6 +81,7 @@ ScanSheets::ScanSheets(QWidget* mainWindow, std::function<void()> cancelScan)
     layout->addWidget(cancel_, 0, Qt::AlignRight);
     progressSheet_->setMinimumWidth(360);
     connect(cancel_, &QPushButton::clicked, this, std::move(cancelScan));
+    cancel_->setAutoDefault(false);
 }
 
 void ScanSheets::showConnectionSheet(bool shown) {
@@ -71,6 +95,7 @@ void ScanSheets::showProgressSheet(bool shown) {
     } else {
         progressSheet_->hide();
     }
+    emit progressSheetShown(shown);
 }
 
 void ScanSheets::showProgress(const ScanProgress& progress) {

@@ -8,7 +8,6 @@
 class QDialog;
 class QLabel;
 class QProgressBar;
-class QProgressDialog;
 class QPushButton;
 class QWidget;
 
@@ -29,7 +28,9 @@ public:
     void bringWindowToFront() override;
     void scanEnded() override;
 
+    QDialog* connectionSheet() const { return connecting_; }
     QDialog* progressSheet() const { return progressSheet_; }
+    QDialog* endPanel() const { return finishing_; }
     QPushButton* cancelButton() const { return cancel_; }
     QLabel* pagesLeft() const { return pagesLeft_; }
     QLabel* pagesScanned() const { return pagesScanned_; }
@@ -38,11 +39,13 @@ public:
 
 signals:
     void scanHasEnded();
+    // The progress sheet, with its Cancel button, came up (true) or went (false).
+    void progressSheetShown(bool shown);
 
 private:
     QWidget* mainWindow_;
-    QProgressDialog* connecting_ = nullptr;
-    QProgressDialog* finishing_ = nullptr;
+    QDialog* connecting_ = nullptr;
+    QDialog* finishing_ = nullptr;
     QDialog* progressSheet_ = nullptr;
     QLabel* pagesLeft_ = nullptr;
     QLabel* pagesScanned_ = nullptr;
