@@ -64,10 +64,10 @@ HtmlSitemapView::HtmlSitemapView(ProcessState& process, QtAlerts& alerts, QtUiTh
     preview_->setPage(page_);
     preview_->setContextMenuPolicy(Qt::NoContextMenu);
     preview_->setMinimumHeight(kPreviewMinimumHeight);
-    // Loading an empty page makes the view's drawing surface now, while the window is not
-    // yet shown. Made later, on the first visit, it would make the toolkit tear the whole
-    // window down and build it again.
-    page_->showHtml(QByteArray());
+    // Starting the page (a script does that without loading anything) makes the view's
+    // drawing surface now, before the window is shown. Made later, on the first visit, it
+    // would make the toolkit tear the whole window down and build it again.
+    page_->runJavaScript(QStringLiteral("0"), QWebEngineScript::ApplicationWorld);
 
     layout_ = new QComboBox(this);
     for (const SitemapLayout& sitemapLayout : kSitemapLayouts) {
@@ -128,7 +128,10 @@ HtmlSitemapView::HtmlSitemapView(ProcessState& process, QtAlerts& alerts, QtUiTh
                 html.scrollPositionChanged({scroll.x(), scroll.y()});
                 html.linkClicked(address.toStdString(), label.toStdString());
             });
-    connect(page_, &QWebEnginePage::loadFinished, this, [this, &html](bool) {
+    connect(page_, &QWebEnginePage::loadFinished, this, [this, &html](bool ok) {
+        if (!ok) {
+            return;  // replaced by a newer load before it was shown
+        }
         const HTMLViewController::ScrollPosition position = html.savedScrollPosition();
         page_->runJavaScript(
             QStringLiteral("window.scrollTo(%1, %2);").arg(position.x).arg(position.y),
