@@ -260,13 +260,14 @@ private slots:
     void theDrawerFitsTheWindowAndIsRestoredOnReturningToTheScanView() {
         addSite(QStringLiteral("Example"), QStringLiteral("example.com"));
         selectSite(QStringLiteral("Example"));
-        window_->resize(window_->minimumSize());
-        QTRY_COMPARE(window_->size(), window_->minimumSize());
+        const QSize smallest = window_->minimumSize();
+        window_->resize(smallest);
+        QTRY_COMPARE(window_->size(), smallest);
         QTest::mouseClick(scan().filtersButton(), Qt::LeftButton);
         FiltersDrawer& drawer = window_->filterDrawer();
         QTRY_VERIFY(drawer.isVisible());
         QTRY_VERIFY(drawer.input()->width() > 0);
-        QCOMPARE(window_->size(), window_->minimumSize());
+        QCOMPARE(window_->size(), smallest);
         QVERIFY(drawer.input()->width() >=
                 drawer.input()->fontMetrics().horizontalAdvance(drawer.input()->placeholderText()));
         press(Qt::Key_5, Qt::ControlModifier);
