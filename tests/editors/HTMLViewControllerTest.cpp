@@ -397,6 +397,7 @@ TEST_F(HtmlEditor, EveryLoadForgetsTheClickedLine) {
 TEST_F(HtmlEditor, WithoutALayoutNothingIsWritten) {
     controller.linkClicked("http://h/b.html---LINKID:3---", "B");
     siteName = "Never Scanned";
+    writeFile(returnFullFileLocation(siteName), newSiteFileText(siteName, "http://n/"));
     controller.firstLoad();
     EXPECT_FALSE(controller.hasLayout());
     EXPECT_FALSE(view.state.deleteEnabled);
@@ -407,6 +408,8 @@ TEST_F(HtmlEditor, WithoutALayoutNothingIsWritten) {
     controller.deleteLinkAction();
     EXPECT_FALSE(pathExists(home.dataRoot() + "/Never Scanned/sitemap3c.html"));
     EXPECT_EQ(fileContents(layout("sitemap3c.html")), threeColumnLayout());
+    EXPECT_NE(view.preview.find("No Sitemap Is Available"), std::string::npos)
+        << "the placeholder stays on show";
     EXPECT_TRUE(alerts.shown.empty());
 }
 
