@@ -10,6 +10,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
+#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSettings>
@@ -475,6 +476,32 @@ private slots:
                      "\nOpen it in your browser yourself.");
         QVERIFY(GlobalControls::supportPage().startsWith(QStringLiteral("file:///")));
         QVERIFY(GlobalControls::supportPage().endsWith(QStringLiteral("/doc/loomcrest/README.md")));
+    }
+
+    // Escape answers as the button that changes nothing; it never picks save or discard.
+    void escapeOnAnAlertAnswersWithTheHarmlessButton() {
+        const std::pair<Alert, std::optional<int>> cases[] = {
+            {Alert::question("Delete?", "", "Delete Link", "", "Cancel"), kOtherButtonCode},
+            {Alert::question("Save?", "", "Save Changes", "Cancel Deletion", "Discard Changes"),
+             kAlternateButtonCode},
+            {Alert::refusal("No."), kDefaultButtonCode},
+            {Alert::question("Save?", "", "Save Changes", "", "Discard"), std::nullopt},
+        };
+        for (const auto& [alert, expected] : cases) {
+            std::optional<int> answer;
+            window_->alerts().presentAlert(alert, [&answer](int code) { answer = code; });
+            QTRY_VERIFY(qobject_cast<QMessageBox*>(QApplication::activeModalWidget()));
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            QTest::keyClick(box, Qt::Key_Escape);
+            if (expected) {
+                QTRY_COMPARE(answer, expected);
+                continue;
+            }
+            QVERIFY(box->isVisible());
+            QVERIFY(!answer);
+            QTest::mouseClick(box->defaultButton(), Qt::LeftButton);
+            QTRY_COMPARE(answer, std::optional<int>(kDefaultButtonCode));
+        }
     }
 
     void theScriptingCommandIsOfferedOnTheSessionBus() {
