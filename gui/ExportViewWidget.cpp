@@ -171,7 +171,9 @@ void ExportViewWidget::saveToButton() {
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setOption(QFileDialog::ShowDirsOnly);
     dialog->setLabelText(QFileDialog::Accept, QStringLiteral("Set Save Folder"));
-    dialog->setDirectory(windowsettings::lastExportFolder());
+    if (const QString folder = windowsettings::lastExportFolder(); !folder.isEmpty()) {
+        dialog->setDirectory(folder);
+    }
     connect(dialog, &QFileDialog::fileSelected, this,
             [this](const QString& folder) { rememberFolder(folder); });
     dialog->open();
@@ -217,7 +219,9 @@ std::optional<std::string> ExportViewWidget::chooseSaveFile(const SaveFileReques
         dialog.setNameFilter(nameFilter(request.allowedTypes));
         dialog.setDefaultSuffix(QString::fromStdString(request.allowedTypes.front()));
     }
-    dialog.setDirectory(windowsettings::lastExportFolder());
+    if (const QString folder = windowsettings::lastExportFolder(); !folder.isEmpty()) {
+        dialog.setDirectory(folder);
+    }
     dialog.selectFile(QString::fromStdString(request.proposedName));
     // The worker waits for the answer, so this dialog has to block.
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
