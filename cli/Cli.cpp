@@ -19,7 +19,7 @@ int runLoomcrest(int argc, const char* const* argv, std::ostream& out, std::ostr
     for (const auto make :
          {makeSitesCommand, makeAddCommand, makeEditCommand, makeDeleteCommand, makeShowCommand,
           makeRobotsCommand, makeScanCommand, makeDemoCommand, makeXmlCommand, makeHtmlCommand,
-          makeExportCommand, makeFiltersCommand}) {
+          makeExportCommand, makeValidateCommand, makeFiltersCommand}) {
         commands.push_back(make(context));
     }
     std::vector<std::pair<CLI::App*, Command*>> subcommands;
