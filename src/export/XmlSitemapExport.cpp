@@ -126,8 +126,10 @@ bool SitemapExporter::makeWellFormed(std::string& sitemap) {
         return true;
     }
     std::string repaired = escapeBareAmpersands(sitemap);
-    if (repaired == sitemap || xmlSyntaxError(repaired)) {
-        const std::string reason = "Line " + std::to_string(error->line) + ": " + error->reason;
+    // Escaping changes no line, so what is left wrong is named by its line in the file.
+    if (const auto remaining = xmlSyntaxError(repaired)) {
+        const std::string reason =
+            "Line " + std::to_string(remaining->line) + ": " + remaining->reason;
         ui_.performAndWait([this, &reason] {
             closePanel();
             alerts_.presentAlert(

@@ -57,7 +57,7 @@ bool fieldsInRange(const RegexMatch& match) {
         return !field || field->empty() || (number(field) >= low && number(field) <= high);
     };
     if (!inRange(2, 1, 12) || !inRange(4, 0, 23) || !inRange(5, 0, 59) || !inRange(6, 0, 59) ||
-        !inRange(9, 0, 23) || !inRange(10, 0, 59)) {
+        !inRange(8, 0, 23) || !inRange(9, 0, 59)) {
         return false;
     }
     const auto day = match.capture(3);
@@ -67,6 +67,9 @@ bool fieldsInRange(const RegexMatch& match) {
 }  // namespace
 
 std::string siteFolderUrl(std::string_view siteUrl) {
+    if (siteUrl.empty()) {
+        return {};
+    }
     const size_t schemeEnd = siteUrl.find("://");
     const size_t pathStart = schemeEnd == std::string_view::npos ? 0 : schemeEnd + 3;
     const std::string_view beforeQuery =

@@ -25,6 +25,16 @@ std::string withoutTrailingLineBreak(const char* message) {
     return text;
 }
 
+// The parser goes on after some errors and reports the last; the first is the one to fix.
+void keepFirstError(void* userData, xmlError* error) {
+    auto* context = static_cast<xmlParserCtxt*>(userData);
+    auto* first = static_cast<std::optional<XmlSyntaxError>*>(context->_private);
+    if (error != nullptr && error->level >= XML_ERR_ERROR && first != nullptr && !*first) {
+        *first = XmlSyntaxError{static_cast<size_t>(error->line > 0 ? error->line : 1),
+                                withoutTrailingLineBreak(error->message)};
+    }
+}
+
 }  // namespace
 
 void StrictXmlDocument::Deleter::operator()(xmlDoc* document) const {
@@ -39,14 +49,20 @@ std::variant<StrictXmlDocument, XmlSyntaxError> StrictXmlDocument::parse(std::st
     if (!context) {
         return XmlSyntaxError{1, "The XML parser could not be started"};
     }
+    std::optional<XmlSyntaxError> firstError;
+    context->_private = &firstError;
+    context->sax->serror = keepFirstError;
     xmlDoc* document = xmlCtxtReadMemory(context.get(), text.data(), static_cast<int>(text.size()),
                                          nullptr, nullptr, kStrictOptions);
     if (document != nullptr && context->wellFormed != 0) {
         return StrictXmlDocument(document);
     }
     xmlFreeDoc(document);
+    if (firstError) {
+        return std::move(*firstError);
+    }
     const xmlError* error = xmlCtxtGetLastError(context.get());
-    if (error == nullptr) {
+    if (error == nullptr || error->message == nullptr) {
         return XmlSyntaxError{1, "Document is empty"};
     }
     return XmlSyntaxError{static_cast<size_t>(error->line > 0 ? error->line : 1),
