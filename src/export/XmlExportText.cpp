@@ -1,5 +1,7 @@
 #include "export/XmlExportText.h"
 
+#include <algorithm>
+
 namespace loomcrest {
 
 namespace {
@@ -74,6 +76,29 @@ size_t removeOtherEmptyDates(std::string& text) {
     return removed;
 }
 
+// The XML view saves addresses as its parser hands them back, with "'" and the like bare;
+// sitemaps.org asks for them escaped, as the scan writes them.
+void escapeQuotesInLocations(std::string& text) {
+    constexpr std::string_view kOpen = "<loc>";
+    std::string escaped;
+    size_t from = 0;
+    for (size_t open = text.find(kOpen); open != std::string::npos;
+         open = text.find(kOpen, open + 1)) {
+        const size_t close = std::min(text.find("</loc>", open), text.size());
+        escaped.append(text, from, open - from);
+        for (size_t i = open; i < close; ++i) {
+            const char c = text[i];
+            escaped += c == '\'' ? "&apos;" : c == '"' ? "&quot;" : std::string(1, c);
+        }
+        from = close;
+        open = close == text.size() ? close - 1 : close;
+    }
+    if (from > 0) {
+        escaped.append(text, from);
+        text = std::move(escaped);
+    }
+}
+
 }  // namespace
 
 XmlExportText xmlSitemapForExport(std::string_view sitemap) {
@@ -83,6 +108,7 @@ XmlExportText xmlSitemapForExport(std::string_view sitemap) {
     // writers of the file put <priority> last in its entry.
     removeAll(result.text, "<changefreq></changefreq>\n\t\t");
     result.emptyDatesLeftOut += removeOtherEmptyDates(result.text);
+    escapeQuotesInLocations(result.text);
     return result;
 }
 

@@ -15,7 +15,8 @@ struct XmlExportText {
 // The XML sitemap as it is published: every "<lastmod></lastmod>\n\t\t" and every
 // "<changefreq></changefreq>\n\t\t" removed (an empty element with the line feed and two
 // tabs that follow it), then any other empty <lastmod> with the blanks before it, since
-// search engines take an empty date as an invalid one.
+// search engines take an empty date as an invalid one. A "'" or a double quote in an address
+// is written "&apos;" or "&quot;".
 XmlExportText xmlSitemapForExport(std::string_view sitemap);
 
 }  // namespace loomcrest

@@ -146,6 +146,8 @@ TEST(XmlExportText, EveryEmptyDateGoesAndIsCounted) {
         {"<loc>a</loc> <lastmod/><lastmod >\n</lastmod></url><lastmod>x</lastmod><lastmodx/>",
          "<loc>a</loc></url><lastmod>x</lastmod><lastmodx/>", 2},
         {"<changefreq></changefreq>\n\t</url>", "<changefreq></changefreq>\n\t</url>", 0},
+        {"<loc>http://h/it's \"x\"</loc>'<loc>'",
+         "<loc>http://h/it&apos;s &quot;x&quot;</loc>'<loc>&apos;", 0},
     };
     for (const Case& c : cases) {
         const XmlExportText result = xmlSitemapForExport(c.sitemap);
