@@ -73,12 +73,27 @@ xmlNode* StrictXmlDocument::root() const {
     return xmlDocGetRootElement(document_.get());
 }
 
+// A parse that builds no tree, so that the answer costs little memory on a big sitemap.
 std::optional<XmlSyntaxError> xmlSyntaxError(std::string_view text) {
-    auto parsed = StrictXmlDocument::parse(text);
-    if (auto* error = std::get_if<XmlSyntaxError>(&parsed)) {
-        return std::move(*error);
+    if (text.size() > INT_MAX) {
+        return XmlSyntaxError{1, "The file is too large to be read"};
     }
-    return std::nullopt;
+    xmlSAXHandler handler{};
+    handler.initialized = XML_SAX2_MAGIC;
+    handler.serror = [](void* userData, xmlError* error) {
+        auto* first = static_cast<std::optional<XmlSyntaxError>*>(userData);
+        if (error != nullptr && error->level >= XML_ERR_ERROR && !*first) {
+            *first = XmlSyntaxError{static_cast<size_t>(error->line > 0 ? error->line : 1),
+                                    withoutTrailingLineBreak(error->message)};
+        }
+    };
+    std::optional<XmlSyntaxError> firstError;
+    const int status =
+        xmlSAXUserParseMemory(&handler, &firstError, text.data(), static_cast<int>(text.size()));
+    if (status != 0 && !firstError) {
+        return XmlSyntaxError{1, "Document is empty"};
+    }
+    return firstError;
 }
 
 }  // namespace loomcrest
