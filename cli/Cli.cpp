@@ -16,6 +16,7 @@ namespace loomcrest::cli {
 
 int runLoomcrest(int argc, const char* const* argv, std::ostream& out, std::ostream& err) {
     CLI::App app{"Loomcrest: sitemaps for the sites you run.", "loomcrest"};
+    app.set_version_flag("--version", std::string{"loomcrest "} + LOOMCREST_VERSION);
     app.require_subcommand(1);
     std::function<int()> command;
 

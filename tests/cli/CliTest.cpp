@@ -114,6 +114,13 @@ TEST_F(CommandLine, UsageErrorsExitTwo) {
     EXPECT_EQ(runLoomcrest(home, {"--help"}).exitCode, 0);
 }
 
+TEST_F(CommandLine, VersionNamesTheProgramAndItsVersion) {
+    const auto result = runLoomcrest(home, {"--version"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.out, "loomcrest " LOOMCREST_PROJECT_VERSION "\n");
+    EXPECT_EQ(result.err, "");
+}
+
 }  // namespace
 }  // namespace loomcrest
 
