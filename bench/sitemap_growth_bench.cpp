@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <string>
 
+#include "app/ProcessState.h"
 #include "crawler/PageList.h"
 #include "crawler/SiteScanner.h"
 #include "editors/XMLViewController.h"
@@ -41,7 +42,8 @@ void benchAppends(int pages) {
         loomcrest::writeFileAtomically((folder / name).string(),
                                        std::string(loomcrest::htmlSitemapHead()));
     }
-    loomcrest::SiteScanner scanner;
+    loomcrest::ProcessState process;
+    loomcrest::SiteScanner scanner{process};
     scanner.setSitemapFolder(folder.string());
     const int tenth = pages / 10;
     double firstTenth = 0;
@@ -111,7 +113,8 @@ void benchXmlEditor(int entries) {
     }
     loomcrest::writeFileAtomically(folder + "/sitemap.xml", text + "\n</urlset>");
     SilentAlerts alerts;
-    loomcrest::XMLViewController xml(alerts, [] { return std::string("S"); });
+    loomcrest::ProcessState process;
+    loomcrest::XMLViewController xml(process, alerts, [] { return std::string("S"); });
     auto start = Clock::now();
     xml.createTableContent();
     const double loaded = millisecondsSince(start);

@@ -2,14 +2,14 @@
 
 #include <functional>
 #include <ostream>
-#include <vector>
 
 #include "platform/Alerts.h"
 
 namespace loomcrest::cli {
 
-// Prints every alert and question as its title, a line feed and its message. Questions
-// are answered with their default button: the command itself is the user's answer.
+// Prints every alert and question as its title, a line feed and its message. Questions, and
+// refusals that offer another way out, are answered with their default button: the command
+// itself is the user's answer.
 class ConsoleAlerts : public AlertPresenter {
 public:
     explicit ConsoleAlerts(std::ostream& err) : err_(err) {}
@@ -21,15 +21,12 @@ public:
         answerer_ = std::move(answerer);
     }
 
-    // Whether an alert (not a question) was shown, which means an action was refused.
-    bool anyAlertShown() const { return anyAlertShown_; }
-    // Every alert and question shown so far, in order.
-    const std::vector<Alert>& shown() const { return shown_; }
+    // Whether a refusal was shown: the command did not do what was asked.
+    bool anyRefusalShown() const { return anyRefusalShown_; }
 
 private:
     std::ostream& err_;
-    bool anyAlertShown_ = false;
-    std::vector<Alert> shown_;
+    bool anyRefusalShown_ = false;
     std::function<int(const Alert&)> answerer_;
 };
 

@@ -1,13 +1,11 @@
-#include "DemoCommand.h"
-
 #include <httplib.h>
 
 #include <sstream>
 #include <thread>
 
+#include "Commands.h"
 #include "DemoSite.h"
 #include "ScanCommand.h"
-#include "SiteCommands.h"
 #include "SiteSession.h"
 #include "platform/Http.h"
 #include "sitemap/SitemapFiles.h"
@@ -64,40 +62,66 @@ private:
     int port_ = 0;
 };
 
-// Deletes an earlier demo site the way the Delete button would, answering its question.
-void removeEarlierDemo() {
-    std::ostringstream quiet;
-    SiteSession session(quiet);
-    if (session.siteList().rowOfSite(kDemoName) >= 0) {
-        session.selectSite(kDemoName);
-        session.siteRecords().deleteSite();
-    }
-}
+// `demo`: serves the bundled demo site on a free port of 127.0.0.1, adds it as the site
+// "Demo" (replacing an earlier one), scans it and tells where the sitemaps are.
+class DemoCommand : public Command {
+public:
+    using Command::Command;
 
-}  // namespace
+    CLI::App& configure(CLI::App& parent) override {
+        return *parent.add_subcommand(
+            "demo", "Serve the bundled demo site on 127.0.0.1 and scan it as \"Demo\"");
+    }
 
-int runDemo(std::ostream& out, std::ostream& err) {
-    DemoServer server;
-    if (!server.listening()) {
-        err << "Could not open a port on 127.0.0.1 for the demo site.\n";
-        return kExitRefused;
+    int run() override {
+        DemoServer server;
+        if (!server.listening()) {
+            err() << "Could not open a port on 127.0.0.1 for the demo site.\n";
+            return kExitRefused;
+        }
+        out() << "Serving the demo site at " << server.url() << '\n';
+        removeEarlierDemo();
+        {
+            SiteSession session(process(), err());
+            session.addSite(kDemoName, server.url());
+            if (const int added = session.exitStatus(); added != kExitSuccess) {
+                return added;
+            }
+        }
+        SiteSession session(process(), err());
+        const int scanned = scanSite(session, kDemoName, WarningAnswer::Continue, out(), err());
+        if (scanned == kExitSuccess) {
+            listSitemaps();
+        }
+        return scanned;
     }
-    out << "Serving the demo site at " << server.url() << '\n';
-    removeEarlierDemo();
-    if (const int added = addSite(kDemoName, server.url(), err); added != kExitSuccess) {
-        return added;
+
+private:
+    // Deletes an earlier demo site the way the Delete button would, answering its question.
+    void removeEarlierDemo() {
+        std::ostringstream quiet;
+        SiteSession session(process(), quiet);
+        if (session.siteList().rowOfSite(kDemoName) >= 0) {
+            session.selectSite(kDemoName);
+            session.siteRecords().deleteSite();
+        }
     }
-    const int scanned = scanSite(kDemoName, WarningAnswer::Continue, out, err);
-    if (scanned == kExitSuccess) {
+
+    void listSitemaps() {
         const std::string folder = siteFolderLocation(kDemoName);
-        out << "\nThe sitemaps of the demo site:\n";
+        out() << "\nThe sitemaps of the demo site:\n";
         for (const std::string_view file :
              {kOneColumnAllLinks, kTwoColumnAllLinks, kThreeColumnAllLinks, kOneColumnPagesOnly,
               kTwoColumnPagesOnly, kThreeColumnPagesOnly, kXmlSitemap, kBrokenLinksFile}) {
-            out << "  " << folder << '/' << file << '\n';
+            out() << "  " << folder << '/' << file << '\n';
         }
     }
-    return scanned;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> makeDemoCommand(CommandContext& context) {
+    return std::make_unique<DemoCommand>(context);
 }
 
 }  // namespace loomcrest::cli

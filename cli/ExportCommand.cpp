@@ -1,11 +1,9 @@
-#include "ExportCommand.h"
-
 #include <array>
+#include <optional>
 #include <utility>
 
-#include "SiteCommands.h"
+#include "Commands.h"
 #include "SiteSession.h"
-#include "app/ProcessState.h"
 #include "export/SitemapExporter.h"
 #include "platform/ImmediateUiThread.h"
 
@@ -37,41 +35,73 @@ private:
     std::string file_;
 };
 
-}  // namespace
+// `export NAME LAYOUT FILE`: one nested subcommand per thing to export, each naming the file
+// that answers the save dialog.
+class ExportCommand : public Command {
+public:
+    using Command::Command;
 
-int exportSitemap(const std::string& name, const std::string& layout, const std::string& file,
-                  std::ostream& err) {
-    std::optional<Box> box;
-    for (const auto& [code, layoutBox] : kLayoutBoxes) {
-        if (code == layout) {
-            box = layoutBox;
+    CLI::App& configure(CLI::App& parent) override {
+        CLI::App& exporting = *parent.add_subcommand(
+            "export", "Export a layout without its markers, the XML sitemap or the broken links");
+        exporting.add_option("NAME", name_, "Site name")->required();
+        exporting.require_subcommand(1);
+        for (const auto& [code, box] : kLayoutBoxes) {
+            addTarget(exporting, code, "The layout without its LINKID markers");
+        }
+        addTarget(exporting, "xml", "The XML sitemap without its empty elements");
+        addTarget(exporting, "broken-html", "The broken links as an HTML page");
+        addTarget(exporting, "broken-txt", "The broken links as text");
+        return exporting;
+    }
+
+    int run() override {
+        SiteSession session(process(), err());
+        if (!session.selectSite(name_)) {
+            return kExitRefused;
+        }
+        FileAnswerExportView view(file_);
+        ImmediateUiThread ui;
+        SitemapExporter exporter(process(), view, session.alerts(), ui);
+        exporter.setSelectedSite(process().vrlmpCurSite);
+        start(exporter);
+        exporter.waitForExport();
+        return session.exitStatus();
+    }
+
+private:
+    void addTarget(CLI::App& exporting, std::string_view code, const std::string& description) {
+        CLI::App& target = *exporting.add_subcommand(std::string(code), description);
+        target.add_option("FILE", file_, "The file to write")->required();
+        target.parse_complete_callback([this, code] { target_ = code; });
+    }
+
+    void start(SitemapExporter& exporter) {
+        for (const auto& [code, box] : kLayoutBoxes) {
+            if (code == target_) {
+                exporter.chooseLayout(box);
+                exporter.exportHTMLSitemaps();
+                return;
+            }
+        }
+        if (target_ == "xml") {
+            exporter.exportXMLSitemap();
+        } else if (target_ == "broken-html") {
+            exporter.exportBrokenAsHTMLAction();
+        } else {
+            exporter.exportBrokenAsTXTAction();
         }
     }
-    if (!box && layout != "xml" && layout != "broken-html" && layout != "broken-txt") {
-        err << "LAYOUT must be one of 3c, 2c, 1c, 3cpo, 2cpo, 1cpo, xml, broken-html, "
-               "broken-txt.\n";
-        return kExitUsage;
-    }
-    SiteSession session(err);
-    if (!session.selectSite(name)) {
-        return kExitRefused;
-    }
-    FileAnswerExportView view(file);
-    ImmediateUiThread ui;
-    SitemapExporter exporter(view, session.alerts(), ui);
-    exporter.setSelectedSite(vrlmpCurSite);
-    if (box) {
-        exporter.chooseLayout(*box);
-        exporter.exportHTMLSitemaps();
-    } else if (layout == "xml") {
-        exporter.exportXMLSitemap();
-    } else if (layout == "broken-html") {
-        exporter.exportBrokenAsHTMLAction();
-    } else {
-        exporter.exportBrokenAsTXTAction();
-    }
-    exporter.waitForExport();
-    return session.alerts().anyAlertShown() ? kExitRefused : kExitSuccess;
+
+    std::string name_;
+    std::string_view target_;
+    std::string file_;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> makeExportCommand(CommandContext& context) {
+    return std::make_unique<ExportCommand>(context);
 }
 
 }  // namespace loomcrest::cli

@@ -6,10 +6,9 @@
 #include <csignal>
 #include <iostream>
 
+#include "Commands.h"
 #include "ConsoleScanSheet.h"
-#include "SiteCommands.h"
 #include "SiteSession.h"
-#include "app/ProcessState.h"
 #include "crawler/ScanDriver.h"
 #include "platform/RunLoop.h"
 #include "sites/DataPaths.h"
@@ -63,12 +62,41 @@ void configureWarningAnswer(ConsoleAlerts& alerts, WarningAnswer onWarning, std:
     });
 }
 
+// `scan NAME [--on-warning continue|cancel]`.
+class ScanCommand : public Command {
+public:
+    using Command::Command;
+
+    CLI::App& configure(CLI::App& parent) override {
+        CLI::App& scan = *parent.add_subcommand("scan", "Scan a site into its sitemaps");
+        scan.add_option("NAME", name_, "Site name")->required();
+        scan.add_option("--on-warning", onWarning_,
+                        "Answer to the warning about URLs with several \"?\" (default: "
+                        "continue; asked on a terminal)")
+            ->check(CLI::IsMember({"continue", "cancel"}));
+        return scan;
+    }
+
+    int run() override {
+        WarningAnswer answer = WarningAnswer::AskOnTerminal;
+        if (onWarning_ == "continue") {
+            answer = WarningAnswer::Continue;
+        } else if (onWarning_ == "cancel") {
+            answer = WarningAnswer::Cancel;
+        }
+        SiteSession session(process(), err());
+        return scanSite(session, name_, answer, out(), err());
+    }
+
+private:
+    std::string name_;
+    std::string onWarning_;
+};
+
 }  // namespace
 
-int scanSite(const std::string& name, WarningAnswer onWarning, std::ostream& out,
-             std::ostream& err) {
-    SiteSession session(err);
-    return scanSite(session, name, onWarning, out, err);
+std::unique_ptr<Command> makeScanCommand(CommandContext& context) {
+    return std::make_unique<ScanCommand>(context);
 }
 
 int scanSite(SiteSession& session, const std::string& name, WarningAnswer onWarning,
@@ -80,7 +108,7 @@ int scanSite(SiteSession& session, const std::string& name, WarningAnswer onWarn
 
     RunLoop loop;
     ConsoleScanSheet sheet(err, isatty(STDERR_FILENO) != 0, [&loop] { loop.stop(); });
-    ScanDriver driver(session.siteList(), sheet, session.alerts(), loop);
+    ScanDriver driver(session.process(), session.siteList(), sheet, session.alerts(), loop);
     const InterruptGuard interruptGuard;
     bool interrupted = false;
 
@@ -97,7 +125,7 @@ int scanSite(SiteSession& session, const std::string& name, WarningAnswer onWarn
             driver.cancelScan();
         }
     });
-    if (session.alerts().anyAlertShown()) {
+    if (session.alerts().anyRefusalShown()) {
         return kExitRefused;
     }
 
@@ -106,7 +134,7 @@ int scanSite(SiteSession& session, const std::string& name, WarningAnswer onWarn
         << "Pages used: " << details.linksScanned << '\n'
         << "Total links: " << details.totalLinksFound << '\n'
         << "Broken links: " << details.brokenLinks << '\n'
-        << "Files in: " << siteFolderLocation(vrlmpCurSite) << '\n';
+        << "Files in: " << siteFolderLocation(session.process().vrlmpCurSite) << '\n';
     return interrupted ? kExitInterrupted : kExitSuccess;
 }
 

@@ -13,10 +13,7 @@ enum class WarningAnswer { Continue, Cancel, AskOnTerminal };
 // Exit status of a scan stopped by Ctrl-C: its files are closed and its figures stored.
 inline constexpr int kExitInterrupted = 130;
 
-// Selects the site, scans it and prints a summary.
-int scanSite(const std::string& name, WarningAnswer onWarning, std::ostream& out,
-             std::ostream& err);
-// The same within a session that is already open.
+// Selects the site in `session`, scans it and prints a summary.
 int scanSite(SiteSession& session, const std::string& name, WarningAnswer onWarning,
              std::ostream& out, std::ostream& err);
 

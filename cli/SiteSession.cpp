@@ -4,12 +4,14 @@
 
 namespace loomcrest::cli {
 
-SiteSession::SiteSession(std::ostream& err)
-    : err_(err),
+SiteSession::SiteSession(ProcessState& process, std::ostream& err)
+    : process_(process),
+      err_(err),
       alerts_(err),
-      siteList_(scanView_),
+      siteList_(process, scanView_),
       siteRecords_(siteList_, sheetView_, alerts_),
-      filters_([this] { return siteList_.state().details.siteName; }, filterView_, alerts_) {
+      filters_(
+          process, [this] { return siteList_.state().details.siteName; }, filterView_, alerts_) {
     checkNeededFoldersExist();
     siteList_.awakeFromNib();
 }
@@ -22,6 +24,12 @@ bool SiteSession::selectSite(const std::string& name) {
     }
     siteList_.selectRow(row);
     return true;
+}
+
+void SiteSession::addSite(const std::string& name, const std::string& url) {
+    siteRecords_.addNewSite();
+    siteRecords_.setSheetFields(name, url);
+    siteRecords_.defaultAction();
 }
 
 }  // namespace loomcrest::cli

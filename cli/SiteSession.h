@@ -3,6 +3,7 @@
 #include <ostream>
 #include <string>
 
+#include "Command.h"
 #include "ConsoleAlerts.h"
 #include "crawler/ScanFilters.h"
 #include "sites/AddEditDeleteSites.h"
@@ -39,8 +40,9 @@ public:
 // What the scan view holds on start: the data folders, the site list and its controllers.
 class SiteSession {
 public:
-    explicit SiteSession(std::ostream& err);
+    SiteSession(ProcessState& process, std::ostream& err);
 
+    ProcessState& process() { return process_; }
     ConsoleAlerts& alerts() { return alerts_; }
     ScanViewController& siteList() { return siteList_; }
     AddEditDeleteSites& siteRecords() { return siteRecords_; }
@@ -49,8 +51,14 @@ public:
     // Selects the named site as a click in the list would. Prints a message and returns
     // false when no site has that name.
     bool selectSite(const std::string& name);
+    // Adds a site as the add sheet's Save button would.
+    void addSite(const std::string& name, const std::string& url);
+
+    // Success unless an alert refused what was asked.
+    int exitStatus() const { return alerts_.anyRefusalShown() ? kExitRefused : kExitSuccess; }
 
 private:
+    ProcessState& process_;
     std::ostream& err_;
     ConsoleAlerts alerts_;
     HeadlessScanView scanView_;

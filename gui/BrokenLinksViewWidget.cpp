@@ -6,7 +6,6 @@
 #include <QVBoxLayout>
 
 #include "ExportViewWidget.h"
-#include "app/ProcessState.h"
 
 namespace loomcrest::gui {
 
@@ -35,9 +34,10 @@ BrokenLinksViewWidget::BrokenLinksViewWidget(ExportViewWidget& exportView, QWidg
     column->addLayout(buttons);
 }
 
-void BrokenLinksViewWidget::reloadBrokenLinks(const std::string& siteName) {
+void BrokenLinksViewWidget::reloadBrokenLinks(const std::string& siteName,
+                                              const std::vector<std::string>& badLinks) {
     siteName_ = siteName;
-    badLinkArray_ = vrlmpBadLinkArray;
+    badLinkArray_ = badLinks;
     table_->clear();
     for (const std::string& line : badLinkArray_) {
         table_->addItem(QString::fromStdString(line));

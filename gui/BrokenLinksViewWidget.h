@@ -22,8 +22,8 @@ public:
     // Exports go through `exportView`'s exporter and save dialogs.
     BrokenLinksViewWidget(ExportViewWidget& exportView, QWidget* parent = nullptr);
 
-    // Takes a copy of vrlmpBadLinkArray and shows it (badLinkArray).
-    void reloadBrokenLinks(const std::string& siteName);
+    // Takes a copy of the site's broken links and shows it.
+    void reloadBrokenLinks(const std::string& siteName, const std::vector<std::string>& badLinks);
     QListWidget* table() const { return table_; }
     QPushButton* htmlButton() const { return htmlButton_; }
     QPushButton* textButton() const { return textButton_; }

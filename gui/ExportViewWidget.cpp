@@ -48,9 +48,10 @@ QString nameFilter(const std::vector<std::string>& types) {
 
 }  // namespace
 
-ExportViewWidget::ExportViewWidget(QtAlerts& alerts, QtUiThread& ui, QWidget* parent)
+ExportViewWidget::ExportViewWidget(ProcessState& process, QtAlerts& alerts, QtUiThread& ui,
+                                   QWidget* parent)
     : QWidget(parent) {
-    exporter_ = std::make_unique<SitemapExporter>(*this, alerts, ui);
+    exporter_ = std::make_unique<SitemapExporter>(process, *this, alerts, ui);
 
     auto* layouts = new QGroupBox(QStringLiteral("Layout"), this);
     auto* grid = new QGridLayout(layouts);

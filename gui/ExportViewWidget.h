@@ -22,7 +22,8 @@ class QtUiThread;
 class ExportViewWidget : public QWidget, public ExportView {
     Q_OBJECT
 public:
-    ExportViewWidget(QtAlerts& alerts, QtUiThread& ui, QWidget* parent = nullptr);
+    ExportViewWidget(ProcessState& process, QtAlerts& alerts, QtUiThread& ui,
+                     QWidget* parent = nullptr);
     ~ExportViewWidget() override;
 
     // Refills the site picker (populateSitePicker) and selects the site named

@@ -7,8 +7,6 @@
 #include <QVBoxLayout>
 #include <set>
 
-#include "app/ProcessState.h"
-
 namespace loomcrest::gui {
 
 FiltersDrawer::FiltersDrawer(QWidget* parent) : QDockWidget(QStringLiteral("Filters"), parent) {
@@ -57,8 +55,11 @@ void FiltersDrawer::setControlsEnabled(bool enabled) {
 
 void FiltersDrawer::reloadFilterTable() {
     table_->clear();
-    for (const std::string& filter : vrlmpFiltersArray) {
-        table_->addItem(QString::fromStdString(filter));
+    if (filters_ == nullptr) {
+        return;
+    }
+    for (size_t row = 0; row < filters_->filterArrayLength(); ++row) {
+        table_->addItem(QString::fromStdString(filters_->filterArrayObject(row)));
     }
 }
 

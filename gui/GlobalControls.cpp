@@ -1,10 +1,10 @@
 #include "GlobalControls.h"
 
 #include <QDesktopServices>
-#include <QFile>
 #include <QLabel>
 #include <QMainWindow>
 #include <QStatusBar>
+#include <QSysInfo>
 #include <QUrl>
 
 namespace loomcrest::gui {
@@ -20,22 +20,7 @@ QString GlobalControls::versionText() {
 }
 
 QString GlobalControls::operatingSystemVersion() {
-    QFile release(QStringLiteral("/etc/os-release"));
-    if (!release.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        return {};
-    }
-    QString name;
-    while (!release.atEnd()) {
-        const QString line = QString::fromUtf8(release.readLine()).trimmed();
-        const auto value = [&line] { return line.section('=', 1).remove('"'); };
-        if (line.startsWith(QStringLiteral("VERSION_ID="))) {
-            return value();
-        }
-        if (line.startsWith(QStringLiteral("NAME="))) {
-            name = value();
-        }
-    }
-    return name;
+    return QSysInfo::productVersion();
 }
 
 QString GlobalControls::supportPage() {

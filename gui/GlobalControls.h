@@ -15,7 +15,7 @@ public:
     explicit GlobalControls(QMainWindow& mainWindow);
 
     static QString versionText();
-    // VERSION_ID (or NAME) of /etc/os-release; empty when it cannot be read.
+    // The operating system's product version as Qt reads it ("12" on Debian 12).
     static QString operatingSystemVersion();
     static QString supportPage();
     void reportProblem();

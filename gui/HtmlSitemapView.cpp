@@ -40,7 +40,7 @@ htmlstyle::Rgb fromQColor(const QColor& colour) {
 
 }  // namespace
 
-HtmlSitemapView::HtmlSitemapView(QtAlerts& alerts, QtUiThread& ui,
+HtmlSitemapView::HtmlSitemapView(ProcessState& process, QtAlerts& alerts, QtUiThread& ui,
                                  std::function<std::string()> shownSiteName, QWidget* parent)
     : QWidget(parent) {
     setObjectName(QStringLiteral("htmlWindowView"));
@@ -56,8 +56,8 @@ HtmlSitemapView::HtmlSitemapView(QtAlerts& alerts, QtUiThread& ui,
                                            static_cast<int>(sitemapLayout.name.size())));
     }
     layoutLabel_ = new QLabel(this);
-    pt_ = makeGroup(QStringLiteral("Page titles"), true, this);
-    pl_ = makeGroup(QStringLiteral("Links"), false, this);
+    pt_ = makeGroup(QStringLiteral("Page titles"), htmlstyle::Group::PageTitle, this);
+    pl_ = makeGroup(QStringLiteral("Links"), htmlstyle::Group::PageLink, this);
     titleField_ = new QLineEdit(this);
     titleField_->setPlaceholderText(QStringLiteral("Click a link in the sitemap to edit it"));
     linkField_ = new QLineEdit(this);
@@ -93,7 +93,8 @@ HtmlSitemapView::HtmlSitemapView(QtAlerts& alerts, QtUiThread& ui,
     layout->addLayout(editRow);
     layout->addWidget(preview_, 1);
 
-    controller_ = std::make_unique<HTMLViewController>(*this, alerts, ui, std::move(shownSiteName));
+    controller_ =
+        std::make_unique<HTMLViewController>(process, *this, alerts, ui, std::move(shownSiteName));
     HTMLViewController& html = *controller_;
     connect(layout_, &QComboBox::activated, this,
             [&html](int index) { html.changeMapType(static_cast<size_t>(index)); });
@@ -135,7 +136,8 @@ HtmlSitemapView::~HtmlSitemapView() {
 }
 
 HtmlSitemapView::StyleGroupControls HtmlSitemapView::makeGroup(const QString& title,
-                                                               bool pageTitles, QWidget* parent) {
+                                                               htmlstyle::Group group,
+                                                               QWidget* parent) {
     auto* box = new QGroupBox(title, parent);
     StyleGroupControls controls;
     controls.face = new QComboBox(box);
@@ -178,43 +180,30 @@ HtmlSitemapView::StyleGroupControls HtmlSitemapView::makeGroup(const QString& ti
     form->addRow(QStringLiteral("Colour:"), colour);
 
     const auto html = [this] { return controller_.get(); };
-    connect(controls.face, &QComboBox::activated, this, [html, pageTitles](int index) {
-        pageTitles ? html()->ptFontFamily(static_cast<size_t>(index))
-                   : html()->plFontFamily(static_cast<size_t>(index));
-    });
-    connect(controls.size, &QComboBox::activated, this, [html, pageTitles](int index) {
-        pageTitles ? html()->ptFontSize(static_cast<size_t>(index))
-                   : html()->plFontSize(static_cast<size_t>(index));
-    });
-    connect(controls.bold, &QCheckBox::clicked, this, [html, pageTitles](bool on) {
-        pageTitles ? html()->ptFontStyleBold(on) : html()->plFontStyleBold(on);
-    });
-    connect(controls.italic, &QCheckBox::clicked, this, [html, pageTitles](bool on) {
-        pageTitles ? html()->ptFontStyleItalic(on) : html()->plFontStyleItalic(on);
-    });
-    connect(controls.underline, &QButtonGroup::idClicked, this, [html, pageTitles](int tag) {
-        if (tag == 2) {
-            pageTitles ? html()->ptUnderlineAll() : html()->plUnderlineAll();
-        } else if (tag == 1) {
-            pageTitles ? html()->ptUnderlineNone() : html()->plUnderlineNone();
-        } else {
-            pageTitles ? html()->ptUnderlineOnHover() : html()->plUnderlineOnHover();
-        }
+    connect(controls.face, &QComboBox::activated, this,
+            [html, group](int index) { html()->setFontFace(group, static_cast<size_t>(index)); });
+    connect(controls.size, &QComboBox::activated, this,
+            [html, group](int index) { html()->setFontSize(group, static_cast<size_t>(index)); });
+    connect(controls.bold, &QCheckBox::clicked, this,
+            [html, group](bool on) { html()->setBold(group, on); });
+    connect(controls.italic, &QCheckBox::clicked, this,
+            [html, group](bool on) { html()->setItalic(group, on); });
+    // The buttons' ids are the Underline values.
+    connect(controls.underline, &QButtonGroup::idClicked, this, [html, group](int tag) {
+        html()->setUnderline(group, static_cast<htmlstyle::Underline>(tag));
     });
     QLineEdit* field = controls.colourField;
-    connect(field, &QLineEdit::returnPressed, this, [html, pageTitles, field] {
-        const std::string text = field->text().toStdString();
-        pageTitles ? html()->ptFontColourFieldAction(text) : html()->plFontColourFieldAction(text);
+    connect(field, &QLineEdit::returnPressed, this, [html, group, field] {
+        html()->colourFieldEntered(group, field->text().toStdString());
     });
-    connect(controls.colourWell, &QPushButton::clicked, this, [this, html, pageTitles] {
-        const StyleControls& state = pageTitles ? html()->state().pt : html()->state().pl;
+    connect(controls.colourWell, &QPushButton::clicked, this, [this, html, group] {
+        const StyleControls& state =
+            group == htmlstyle::Group::PageTitle ? html()->state().pt : html()->state().pl;
         auto* dialog = new QColorDialog(toQColor(state.colourWell), this);
         dialog->setAttribute(Qt::WA_DeleteOnClose);
-        connect(dialog, &QColorDialog::colorSelected, this,
-                [html, pageTitles](const QColor& colour) {
-                    pageTitles ? html()->ptColourWell(fromQColor(colour))
-                               : html()->plColourWell(fromQColor(colour));
-                });
+        connect(dialog, &QColorDialog::colorSelected, this, [html, group](const QColor& colour) {
+            html()->colourWellChosen(group, fromQColor(colour));
+        });
         dialog->open();
     });
     return controls;

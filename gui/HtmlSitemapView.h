@@ -41,8 +41,8 @@ public:
         QLineEdit* colourField = nullptr;
     };
 
-    HtmlSitemapView(QtAlerts& alerts, QtUiThread& ui, std::function<std::string()> shownSiteName,
-                    QWidget* parent = nullptr);
+    HtmlSitemapView(ProcessState& process, QtAlerts& alerts, QtUiThread& ui,
+                    std::function<std::string()> shownSiteName, QWidget* parent = nullptr);
     ~HtmlSitemapView() override;
 
     HTMLViewController& controller() { return *controller_; }
@@ -71,7 +71,7 @@ signals:
     void previewLoaded();
 
 private:
-    StyleGroupControls makeGroup(const QString& title, bool pageTitles, QWidget* parent);
+    StyleGroupControls makeGroup(const QString& title, htmlstyle::Group group, QWidget* parent);
     void showGroup(const StyleGroupControls& controls, const StyleControls& state);
     void forwardEditFields();
 

@@ -19,7 +19,6 @@
 #include "SiteSheetDialog.h"
 #include "UrlCommandService.h"
 #include "XmlSitemapView.h"
-#include "app/ProcessState.h"
 #include "editors/HTMLViewController.h"
 #include "export/SitePicker.h"
 #include "sites/DataPaths.h"
@@ -28,13 +27,16 @@ namespace loomcrest::gui {
 
 namespace {
 
-constexpr const char* kPlainTitle = "Loomcrest2";
+QString plainTitle() {
+    return QString::fromUtf8(kPlainWindowTitle.data(),
+                             static_cast<qsizetype>(kPlainWindowTitle.size()));
+}
 
 }  // namespace
 
 MainViewControl::MainViewControl(QWidget* parent) : QMainWindow(parent) {
     setObjectName(QStringLiteral("mainWindow"));
-    setWindowTitle(QString::fromLatin1(kPlainTitle));
+    setWindowTitle(plainTitle());
     resize(1000, 640);
     versionString_ = GlobalControls::operatingSystemVersion();
     alerts_ = std::make_unique<QtAlerts>(this);
@@ -58,19 +60,19 @@ MainViewControl::MainViewControl(QWidget* parent) : QMainWindow(parent) {
     helpMenu->addAction(QStringLiteral("Report a Problem"), globalControls_,
                         &GlobalControls::reportProblem);
 
-    exportView_ = new ExportViewWidget(*alerts_, *ui_, this);
+    exportView_ = new ExportViewWidget(state_, *alerts_, *ui_, this);
     // The picker is filled before the data folders are made, so a first start shows
     // "No Sites Have Been Scanned".
     populateSitePicker();
     checkNeededFoldersExist();
 
-    scanView_ = new ScanViewWidget(this, *alerts_, *ui_, *filterDrawer_, *siteSheet_,
+    scanView_ = new ScanViewWidget(this, state_, *alerts_, *ui_, *filterDrawer_, *siteSheet_,
                                    *addSiteAction_, *editSiteAction_);
     const auto shownSiteName = [this] { return scanView_->siteList().state().details.siteName; };
-    htmlWindowView_ = new HtmlSitemapView(*alerts_, *ui_, shownSiteName, this);
+    htmlWindowView_ = new HtmlSitemapView(state_, *alerts_, *ui_, shownSiteName, this);
     htmlEditorWindowView_ = plainView(QStringLiteral("htmlEditorWindowView"),
                                       QStringLiteral("The HTML sitemap editor."));
-    xmlWindowView_ = new XmlSitemapView(*alerts_, shownSiteName, this);
+    xmlWindowView_ = new XmlSitemapView(state_, *alerts_, shownSiteName, this);
     uploadWindowView_ = plainView(QStringLiteral("uploadWindowView"),
                                   QStringLiteral("Upload your sitemaps to your web server."));
     brokenLinksView_ = new BrokenLinksViewWidget(*exportView_, this);
@@ -107,14 +109,18 @@ MainViewControl::MainViewControl(QWidget* parent) : QMainWindow(parent) {
     urlCommand_->registerOnSessionBus();
 }
 
-MainViewControl::~MainViewControl() = default;
-
-void MainViewControl::changeCurrentView(int view) {
-    vrlmpCurrentView = view;
+MainViewControl::~MainViewControl() {
+    // The views hold the state, the alerts and the user-interface thread, which as members
+    // would go before the base class deletes its child widgets.
+    delete mainViewArea_;
 }
 
-int MainViewControl::returnCurrentView() {
-    return vrlmpCurrentView;
+void MainViewControl::changeCurrentView(int view) {
+    state_.vrlmpCurrentView = view;
+}
+
+int MainViewControl::returnCurrentView() const {
+    return state_.vrlmpCurrentView;
 }
 
 QWidget* MainViewControl::mainViewsList(int view) const {
@@ -156,7 +162,7 @@ QWidget* MainViewControl::plainView(const QString& name, const QString& text) {
 // switch up.
 void MainViewControl::switchTo(int view) {
     leaveHtmlView();
-    HTMLViewController::checkSave(*alerts_);
+    HTMLViewController::checkSave(state_, *alerts_);
     if (QWidget* target = mainViewsList(view)) {
         mainViewArea_->setCurrentWidget(target);
     }
@@ -168,29 +174,29 @@ void MainViewControl::setFilterDrawerOpen(bool open) {
 }
 
 void MainViewControl::leaveHtmlView() {
-    if (vrlmpCurrentView == HtmlSitemap) {
+    if (state_.vrlmpCurrentView == HtmlSitemap) {
         htmlWindowView_->controller().clearEditFields();
     }
 }
 
 void MainViewControl::scanTBIAction() {
-    if (vrlmpPLastState == 1) {
+    if (state_.vrlmpPLastState == 1) {
         setFilterDrawerOpen(true);
     } else {
         setFilterDrawerOpen(false);
-        vrlmpPLastState = 0;
+        state_.vrlmpPLastState = 0;
     }
     switchTo(Scan);
 }
 
 void MainViewControl::htmlTBIAction() {
-    if (vrlmpCurSite.empty()) {
+    if (state_.vrlmpCurSite.empty()) {
         htmlWindowView_->controller().viewTBIAction();  // says a site must be selected
         return;
     }
     setFilterDrawerOpen(false);
-    setWindowTitle(QString::fromStdString(vrlmpWinTit));
-    const bool entering = vrlmpCurrentView != HtmlSitemap;
+    setWindowTitle(QString::fromStdString(state_.vrlmpWinTit));
+    const bool entering = state_.vrlmpCurrentView != HtmlSitemap;
     // Entering loads the three-column layout; pressing again offers to save.
     htmlWindowView_->controller().viewTBIAction();
     if (entering) {
@@ -209,14 +215,14 @@ void MainViewControl::xmlTBIAction() {
         return;
     }
     setFilterDrawerOpen(false);
-    setWindowTitle(QString::fromStdString(vrlmpWinTit));
+    setWindowTitle(QString::fromStdString(state_.vrlmpWinTit));
     switchTo(XmlSitemap);
     xmlWindowView_->reload();
 }
 
 void MainViewControl::exportTBIAction() {
     setFilterDrawerOpen(false);
-    setWindowTitle(QString::fromLatin1(kPlainTitle));
+    setWindowTitle(plainTitle());
     populateSitePicker();
     switchTo(Export);
 }
@@ -233,7 +239,7 @@ void MainViewControl::uploadTBIAction() {
 void MainViewControl::showBrokenLinks() {
     mainViewArea_->setCurrentWidget(brokenLinksView_);
     changeCurrentView(BrokenLinks);
-    brokenLinksView_->reloadBrokenLinks(vrlmpCurSite);
+    brokenLinksView_->reloadBrokenLinks(state_.vrlmpCurSite, state_.vrlmpBadLinkArray);
 }
 
 void MainViewControl::populateSitePicker() {

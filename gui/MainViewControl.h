@@ -3,6 +3,8 @@
 #include <QMainWindow>
 #include <memory>
 
+#include "app/ProcessState.h"
+
 class QAction;
 class QLabel;
 class QStackedWidget;
@@ -30,8 +32,8 @@ public:
     explicit MainViewControl(QWidget* parent = nullptr);
     ~MainViewControl() override;
 
-    static void changeCurrentView(int view);
-    static int returnCurrentView();
+    void changeCurrentView(int view);
+    int returnCurrentView() const;
     QWidget* mainViewsList(int view) const;
 
     // Toolbar actions.
@@ -55,6 +57,7 @@ public:
     QtAlerts& alerts() { return *alerts_; }
     QAction* toolbarAction(int view) const;
     const QString& versionString() const { return versionString_; }
+    ProcessState& processState() { return state_; }
 
 private:
     void switchTo(int view);
@@ -62,6 +65,8 @@ private:
     void leaveHtmlView();
     QWidget* plainView(const QString& name, const QString& text);
 
+    // Declared first, so that it outlives every view that holds it.
+    ProcessState state_;
     std::unique_ptr<QtAlerts> alerts_;
     std::unique_ptr<QtUiThread> ui_;
     QStackedWidget* mainViewArea_ = nullptr;

@@ -31,8 +31,8 @@ QLabel* detailLabel(QWidget* parent, const QString& name) {
 
 }  // namespace
 
-ScanViewWidget::ScanViewWidget(QWidget* mainWindow, QtAlerts& alerts, QtUiThread& ui,
-                               FiltersDrawer& drawer, SiteSheetDialog& sheet,
+ScanViewWidget::ScanViewWidget(QWidget* mainWindow, ProcessState& process, QtAlerts& alerts,
+                               QtUiThread& ui, FiltersDrawer& drawer, SiteSheetDialog& sheet,
                                QAction& addSiteAction, QAction& editSiteAction)
     : QWidget(mainWindow),
       mainWindow_(mainWindow),
@@ -92,11 +92,11 @@ ScanViewWidget::ScanViewWidget(QWidget* mainWindow, QtAlerts& alerts, QtUiThread
     layout->addLayout(right, 2);
 
     sheets_ = std::make_unique<ScanSheets>(mainWindow, [this] { driver_->cancelScan(); });
-    siteList_ = std::make_unique<ScanViewController>(*this);
+    siteList_ = std::make_unique<ScanViewController>(process, *this);
     siteRecords_ = std::make_unique<AddEditDeleteSites>(*siteList_, sheet, alerts);
-    filters_ = std::make_unique<ScanFilters>([this] { return siteList_->state().details.siteName; },
-                                             drawer, alerts);
-    driver_ = std::make_unique<ScanDriver>(*siteList_, *sheets_, alerts, ui);
+    filters_ = std::make_unique<ScanFilters>(
+        process, [this] { return siteList_->state().details.siteName; }, drawer, alerts);
+    driver_ = std::make_unique<ScanDriver>(process, *siteList_, *sheets_, alerts, ui);
     sheet.connectTo(*siteRecords_);
     drawer.connectTo(*filters_);
     alerts.setSiteSheet(&sheet);

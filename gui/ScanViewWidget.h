@@ -29,8 +29,9 @@ class SiteSheetDialog;
 class ScanViewWidget : public QWidget, public ScanView {
     Q_OBJECT
 public:
-    ScanViewWidget(QWidget* mainWindow, QtAlerts& alerts, QtUiThread& ui, FiltersDrawer& drawer,
-                   SiteSheetDialog& sheet, QAction& addSiteAction, QAction& editSiteAction);
+    ScanViewWidget(QWidget* mainWindow, ProcessState& process, QtAlerts& alerts, QtUiThread& ui,
+                   FiltersDrawer& drawer, SiteSheetDialog& sheet, QAction& addSiteAction,
+                   QAction& editSiteAction);
     ~ScanViewWidget() override;
 
     ScanViewController& siteList() { return *siteList_; }

@@ -110,10 +110,10 @@ void XmlEntryModel::reload() {
     endResetModel();
 }
 
-XmlSitemapView::XmlSitemapView(QtAlerts& alerts, std::function<std::string()> shownSiteName,
-                               QWidget* parent)
+XmlSitemapView::XmlSitemapView(ProcessState& process, QtAlerts& alerts,
+                               std::function<std::string()> shownSiteName, QWidget* parent)
     : QWidget(parent),
-      controller_(std::make_unique<XMLViewController>(alerts, std::move(shownSiteName))) {
+      controller_(std::make_unique<XMLViewController>(process, alerts, std::move(shownSiteName))) {
     setObjectName(QStringLiteral("xmlWindowView"));
     model_ = new XmlEntryModel(*controller_, this);
     table_ = new QTableView(this);

@@ -37,8 +37,8 @@ private:
 class XmlSitemapView : public QWidget {
     Q_OBJECT
 public:
-    XmlSitemapView(QtAlerts& alerts, std::function<std::string()> shownSiteName,
-                   QWidget* parent = nullptr);
+    XmlSitemapView(ProcessState& process, QtAlerts& alerts,
+                   std::function<std::string()> shownSiteName, QWidget* parent = nullptr);
     ~XmlSitemapView() override;
 
     XMLViewController& controller() { return *controller_; }

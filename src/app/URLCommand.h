@@ -4,8 +4,8 @@
 
 namespace loomcrest {
 
-// The one scripting command: it takes a URL and is accepted, parsed and otherwise ignored,
-// so that scripts sending it succeed. It opens no view, selects no site and starts no scan.
+// The one scripting command: it takes a URL and is accepted and otherwise ignored, so that
+// scripts sending it succeed. It opens no view, selects no site and starts no scan.
 class URLCommand {
 public:
     // Returns no result in every case.

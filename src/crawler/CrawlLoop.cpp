@@ -98,7 +98,7 @@ void ScanDriver::crawlPage(const std::string& url, PageTitleLookup& title) {
     PageFetch fetch = fetchPage(url);
     scanner_.setPageBaseURLs(url);
     if (!fetch.good) {
-        vrlmpBadLinkArray.push_back(scanner_.pageBaseURLUnchanged);
+        process_.vrlmpBadLinkArray.push_back(scanner_.pageBaseURLUnchanged);
         return;
     }
     const std::string fragment = pageTitleLine(url, scanner_.totLinks, title.title);
@@ -149,15 +149,12 @@ void ScanDriver::extractLinks(const MarkupDocument& document) {
             scanner_.pageInnerLinksMArray.contains(decision.url)) {
             continue;
         }
-        const std::string name = findLinkTitle(anchor);
         scanner_.pageInnerLinksMArray.append(decision.url);
-        scanner_.pageInnerLinkNamesMArray.push_back(name);
-        scanner_.fullPageData += linkLine(decision.url, scanner_.totLinks, name);
+        scanner_.fullPageData += linkLine(decision.url, scanner_.totLinks, findLinkTitle(anchor));
     }
     scanner_.buildAllLinksSitemaps(scanner_.fullPageData);
     scanner_.fullPageData.clear();
     scanner_.pageInnerLinksMArray.clear();
-    scanner_.pageInnerLinkNamesMArray.clear();
 }
 
 void ScanDriver::afterPage() {

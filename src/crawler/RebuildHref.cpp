@@ -1,9 +1,9 @@
 #include <algorithm>
 
-#include "crawler/AllowedMedia.h"
 #include "crawler/SiteScanner.h"
 #include "platform/Text.h"
 #include "platform/Url.h"
+#include "sites/PageExtensions.h"
 
 namespace loomcrest {
 
@@ -71,7 +71,7 @@ std::string resolveByRules(std::string_view href, const SiteScanner& scanner) {
         return scanner.pageBaseURL;
     }
     std::string base = scanner.pageBaseURL;
-    const bool endsInPage = std::any_of(kAllowedMedia.begin(), kAllowedMedia.end(),
+    const bool endsInPage = std::any_of(kPageExtensions.begin(), kPageExtensions.end(),
                                         [&](std::string_view ext) { return base.ends_with(ext); });
     if (!base.ends_with('/') && !endsInPage) {
         base += '/';

@@ -14,9 +14,14 @@ constexpr std::chrono::milliseconds kPauseDelay{500};
 
 }  // namespace
 
-ScanDriver::ScanDriver(ScanViewController& siteView, ScanSheetView& sheet, AlertPresenter& alerts,
-                       UiThread& ui)
-    : siteView_(siteView), sheet_(sheet), alerts_(alerts), ui_(ui) {}
+ScanDriver::ScanDriver(ProcessState& process, ScanViewController& siteView, ScanSheetView& sheet,
+                       AlertPresenter& alerts, UiThread& ui)
+    : process_(process),
+      siteView_(siteView),
+      sheet_(sheet),
+      alerts_(alerts),
+      ui_(ui),
+      scanner_(process) {}
 
 ScanDriver::~ScanDriver() {
     terminateScan_ = true;
@@ -26,7 +31,7 @@ ScanDriver::~ScanDriver() {
 }
 
 void ScanDriver::scanSiteAction() {
-    if (scanning_ || vrlmpCurSite.empty()) {
+    if (scanning_ || process_.vrlmpCurSite.empty()) {
         return;
     }
     if (worker_.joinable()) {
@@ -41,7 +46,7 @@ void ScanDriver::scanSiteAction() {
 
     scanner_.uniquePagesLeftMArray.clear();
     fileLocationsArray_.clear();
-    vrlmpBadLinkArray.clear();
+    process_.vrlmpBadLinkArray.clear();
     scanner_.pageInnerLinksMArray.clear();
     terminateScan_ = false;
     ssf_ = 0;
@@ -54,7 +59,7 @@ void ScanDriver::scanSiteAction() {
     scanner_.setAllowedMedia();
     sheet_.showConnectionSheet(true);
 
-    sitemapFolder_ = siteFolderLocation(vrlmpCurSite);
+    sitemapFolder_ = siteFolderLocation(process_.vrlmpCurSite);
     scanner_.setSitemapFolder(sitemapFolder_);
     writeSitemapHeaders(sitemapFolder_);
 
@@ -90,7 +95,7 @@ void ScanDriver::reportUnreachable() {
     schedulePause();
     siteView_.setScanControlsEnabled(true);
     alerts_.presentAlert(
-        Alert::notice("The Site URL Could Not Be Reached", "Error Code: " + codeText), [](int) {});
+        Alert::refusal("The Site URL Could Not Be Reached", "Error Code: " + codeText), [](int) {});
 }
 
 void ScanDriver::startWorker() {
@@ -108,7 +113,7 @@ void ScanDriver::updateScanSheet() {
     ScanProgress progress;
     progress.pagesLeft = listed - dealtWith;
     progress.pagesScanned = dealtWith;
-    progress.brokenLinks = static_cast<int64_t>(vrlmpBadLinkArray.size());
+    progress.brokenLinks = static_cast<int64_t>(process_.vrlmpBadLinkArray.size());
     if (listed > 1) {
         progress.barMaximum = listed;
         progress.barValue = dealtWith;

@@ -18,6 +18,7 @@
 
 namespace loomcrest {
 
+struct ProcessState;
 class ScanViewController;
 
 // Runs a scan of the selected site: on the user-interface thread it recreates the sitemap
@@ -25,8 +26,8 @@ class ScanViewController;
 // reaches the views only through the UiThread, and closes the files at the end.
 class ScanDriver {
 public:
-    ScanDriver(ScanViewController& siteView, ScanSheetView& sheet, AlertPresenter& alerts,
-               UiThread& ui);
+    ScanDriver(ProcessState& process, ScanViewController& siteView, ScanSheetView& sheet,
+               AlertPresenter& alerts, UiThread& ui);
     ScanDriver(const ScanDriver&) = delete;
     ScanDriver& operator=(const ScanDriver&) = delete;
     // Waits for a running crawl to notice that it should stop.
@@ -40,7 +41,8 @@ public:
     bool isScanning() const { return scanning_; }
 
     // User-interface thread: the progress sheet, the scanned-links list, the total-links
-    // field, the warning's sheet juggling, the end panel, the drawer.
+    // field, the progress sheet put away and back around the warning, the end panel, the
+    // drawer.
     void updateScanSheet();
     void updateScanLinksList(const std::string& url);
     void updateTotLink();
@@ -82,6 +84,7 @@ private:
     void schedulePause();
     std::string siteFolder() const;
 
+    ProcessState& process_;
     ScanViewController& siteView_;
     ScanSheetView& sheet_;
     AlertPresenter& alerts_;

@@ -44,14 +44,14 @@ void ScanDriver::updateAllScanDetails() {
     const std::string siteName = siteView_.state().details.siteName;
     const int32_t totalLinks = scanner_.totLinks;
     const size_t pagesFound = scanner_.uniquePagesLeftMArray.size();
-    const size_t brokenLinks = vrlmpBadLinkArray.size();
+    const size_t brokenLinks = process_.vrlmpBadLinkArray.size();
     siteView_.showScanStatistics(totalLinks, pagesFound, brokenLinks);
 
     const std::string listPath =
         parentFolderOf(returnFullFileLocation(siteName)) + "/" + std::string(kBrokenLinksFile);
     if (brokenLinks != 0) {
         std::string list;
-        for (const std::string& url : vrlmpBadLinkArray) {
+        for (const std::string& url : process_.vrlmpBadLinkArray) {
             list.append(url).append("\n");
         }
         writeFileAtomically(listPath, list);

@@ -1,25 +1,26 @@
 #include "crawler/ScanFilters.h"
 
-#include "app/ProcessState.h"
 #include "platform/FileSystem.h"
 #include "platform/Text.h"
 #include "sites/DataPaths.h"
 
 namespace loomcrest {
 
-ScanFilters::ScanFilters(std::function<std::string()> shownSiteName, FilterView& view,
-                         AlertPresenter& alerts, NotificationCenter& notifications)
-    : shownSiteName_(std::move(shownSiteName)),
+ScanFilters::ScanFilters(ProcessState& process, std::function<std::string()> shownSiteName,
+                         FilterView& view, AlertPresenter& alerts)
+    : process_(process),
+      shownSiteName_(std::move(shownSiteName)),
       view_(view),
       alerts_(alerts),
-      siteSelected_(notifications, kLoadFiltersNotification, [this] { loadFilterFile(); }) {}
+      siteSelected_(process.notifications, kLoadFiltersNotification, [this] { loadFilterFile(); }) {
+}
 
 std::string ScanFilters::filterFileLocation() const {
     return siteFolderLocation(shownSiteName_()) + "/filters.zplp";
 }
 
 void ScanFilters::loadFilterFile() {
-    vrlmpFiltersArray.clear();
+    process_.vrlmpFiltersArray.clear();
     // Without a site there is no folder to keep filters in.
     if (!shownSiteName_().empty()) {
         const std::string path = filterFileLocation();
@@ -28,7 +29,7 @@ void ScanFilters::loadFilterFile() {
         }
         for (std::string& filter : split(readTextFile(path).value_or(""), '\n')) {
             if (!filter.empty()) {
-                vrlmpFiltersArray.push_back(std::move(filter));
+                process_.vrlmpFiltersArray.push_back(std::move(filter));
             }
         }
     }
@@ -37,7 +38,7 @@ void ScanFilters::loadFilterFile() {
 
 void ScanFilters::addFilterCommand(std::string_view newFilter) {
     if (newFilter.empty()) {
-        alerts_.presentAlert(Alert::notice("Cannot Add Filter", "There is nothing to add!"),
+        alerts_.presentAlert(Alert::refusal("Cannot Add Filter", "There is nothing to add!"),
                              [](int) {});
     } else {
         const std::string path = filterFileLocation();
@@ -51,9 +52,9 @@ void ScanFilters::addFilterCommand(std::string_view newFilter) {
 
 void ScanFilters::deleteFilter(const std::set<size_t>& selectedRows) {
     std::string remaining;
-    for (size_t row = 0; row < vrlmpFiltersArray.size(); ++row) {
+    for (size_t row = 0; row < process_.vrlmpFiltersArray.size(); ++row) {
         if (!selectedRows.contains(row)) {
-            remaining += vrlmpFiltersArray[row] + "\n";
+            remaining += process_.vrlmpFiltersArray[row] + "\n";
         }
     }
     if (!shownSiteName_().empty()) {
@@ -63,11 +64,12 @@ void ScanFilters::deleteFilter(const std::set<size_t>& selectedRows) {
 }
 
 size_t ScanFilters::filterArrayLength() const {
-    return vrlmpFiltersArray.size();
+    return process_.vrlmpFiltersArray.size();
 }
 
 std::string ScanFilters::filterArrayObject(size_t row) const {
-    return row < vrlmpFiltersArray.size() ? vrlmpFiltersArray[row] : std::string();
+    return row < process_.vrlmpFiltersArray.size() ? process_.vrlmpFiltersArray[row]
+                                                   : std::string();
 }
 
 }  // namespace loomcrest

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "app/ProcessState.h"
 #include "platform/Alerts.h"
-#include "platform/NotificationCenter.h"
 
 namespace loomcrest {
 
@@ -25,9 +25,8 @@ class ScanFilters {
 public:
     // `shownSiteName` gives the site name shown in the site details, whose folder holds the
     // filters file. The filters are reloaded whenever "vrlmpLFF" is posted.
-    ScanFilters(std::function<std::string()> shownSiteName, FilterView& view,
-                AlertPresenter& alerts,
-                NotificationCenter& notifications = NotificationCenter::defaultCenter());
+    ScanFilters(ProcessState& process, std::function<std::string()> shownSiteName, FilterView& view,
+                AlertPresenter& alerts);
 
     std::string filterFileLocation() const;
 
@@ -43,6 +42,7 @@ public:
     std::string filterArrayObject(size_t row) const;
 
 private:
+    ProcessState& process_;
     std::function<std::string()> shownSiteName_;
     FilterView& view_;
     AlertPresenter& alerts_;

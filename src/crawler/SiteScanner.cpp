@@ -1,7 +1,6 @@
 #include "crawler/SiteScanner.h"
 
 #include "app/ProcessState.h"
-#include "crawler/AllowedMedia.h"
 #include "crawler/RobotsRules.h"
 #include "platform/FileSystem.h"
 #include "platform/Http.h"
@@ -11,6 +10,7 @@
 #include "sitemap/LastModified.h"
 #include "sitemap/SitemapFiles.h"
 #include "sitemap/XmlSitemapFormat.h"
+#include "sites/PageExtensions.h"
 
 namespace loomcrest {
 
@@ -31,7 +31,7 @@ std::string cutBackToSlash(std::string url) {
 }  // namespace
 
 void SiteScanner::setAllowedMedia() {
-    allowedMediaArray.assign(kAllowedMedia.begin(), kAllowedMedia.end());
+    allowedMediaArray.assign(kPageExtensions.begin(), kPageExtensions.end());
 }
 
 void SiteScanner::setSiteBaseURL(std::string_view siteURL) {
@@ -63,7 +63,7 @@ bool SiteScanner::httpIsValid(std::string_view url) const {
     if (response.statusCode == 200) {
         return true;
     }
-    vrlmpBadLinkReasonArray.push_back(http::statusText(response.statusCode));
+    process_.vrlmpBadLinkReasonArray.push_back(http::statusText(response.statusCode));
     return false;
 }
 

@@ -11,6 +11,8 @@
 
 namespace loomcrest {
 
+struct ProcessState;
+
 // What the crawl does with one anchor of a page.
 enum class LinkOutcome {
     Dropped,   // nothing is recorded
@@ -31,6 +33,9 @@ struct LinkDecision {
 // sitemap files page by page.
 class SiteScanner {
 public:
+    // The filters come from `process`, and the reasons of failed start-URL probes go there.
+    explicit SiteScanner(ProcessState& process) : process_(process) {}
+
     // Accepted page extensions; refilled at every scan start.
     void setAllowedMedia();
 
@@ -72,7 +77,6 @@ public:
     PageList uniquePagesLeftMArray;
     std::vector<std::string> robotsArray;
     PageList pageInnerLinksMArray;
-    std::vector<std::string> pageInnerLinkNamesMArray;
     std::string fullPageData;
 
     // The ignore-robots check box of the site being scanned.
@@ -97,6 +101,7 @@ private:
     std::string sitemapFile(std::string_view name) const;
     bool inPageList(const std::string& url) const { return uniquePagesLeftMArray.contains(url); }
 
+    ProcessState& process_;
     std::string sitemapFolder_;
     AppendingFiles sitemapFiles_;
     SiteBaseKey siteBaseKey_;

@@ -2,6 +2,7 @@
 
 #include "app/ProcessState.h"
 #include "editors/SitemapLayouts.h"
+#include "editors/UnsavedChanges.h"
 #include "platform/FileSystem.h"
 #include "platform/Text.h"
 #include "sites/DataPaths.h"
@@ -30,9 +31,14 @@ std::string placeholderPage(std::string_view text) {
 
 }  // namespace
 
-HTMLViewController::HTMLViewController(HtmlView& view, AlertPresenter& alerts, UiThread& ui,
+HTMLViewController::HTMLViewController(ProcessState& process, HtmlView& view,
+                                       AlertPresenter& alerts, UiThread& ui,
                                        std::function<std::string()> shownSiteName)
-    : view_(view), alerts_(alerts), ui_(ui), shownSiteName_(std::move(shownSiteName)) {}
+    : process_(process),
+      view_(view),
+      alerts_(alerts),
+      ui_(ui),
+      shownSiteName_(std::move(shownSiteName)) {}
 
 HTMLViewController::~HTMLViewController() {
     cancelExternalViewProcess_ = true;
@@ -40,18 +46,18 @@ HTMLViewController::~HTMLViewController() {
 }
 
 bool HTMLViewController::viewTBIAction() {
-    if (vrlmpCurSite.empty()) {
-        alerts_.presentAlert(Alert::notice("You need to select a sitemap from the sites list to "
-                                           "use the HTML sitemap viewer."),
+    if (process_.vrlmpCurSite.empty()) {
+        alerts_.presentAlert(Alert::refusal("You need to select a sitemap from the sites list to "
+                                            "use the HTML sitemap viewer."),
                              [](int) {});
         return false;
     }
     savedScrollPosition_ = {};
-    if (vrlmpCurrentView != 2) {
-        vrlmpCurrentView = 2;
+    if (process_.vrlmpCurrentView != 2) {
+        process_.vrlmpCurrentView = 2;
         firstLoad();
     } else {
-        if (vrlmpNeedsSave) {
+        if (process_.vrlmpNeedsSave) {
             saveNow(kSaveButton);
         }
         state_.titleField.clear();
@@ -68,15 +74,15 @@ void HTMLViewController::firstLoad() {
         return;
     }
     urlToLoad_ = "file://" + layoutFileLocation(0);
-    vrlmpUTLLoc = shownFileLocation();
-    const auto text = readTextFile(vrlmpUTLLoc);
+    process_.vrlmpUTLLoc = shownFileLocation();
+    const auto text = readTextFile(process_.vrlmpUTLLoc);
     if (!text || text->empty()) {
         showPlaceholder(
             "No Sitemap Is Available<br />Please scan this website to create the "
             "html sitemap.");
         return;
     }
-    vrlmpHTMLString = *text;
+    process_.vrlmpHTMLString = *text;
     originalHTMLString_ = *text;
     state_.layout = 0;
     state_.layoutLabel = kSitemapLayouts[0].name;
@@ -94,7 +100,8 @@ void HTMLViewController::setPopupButtons() {
     saveActive();
     for (const Group group : {Group::PageTitle, Group::PageLink}) {
         StyleControls& controls = controlsOf(group);
-        const htmlstyle::GroupStyle style = htmlstyle::readGroupStyle(vrlmpHTMLString, group);
+        const htmlstyle::GroupStyle style =
+            htmlstyle::readGroupStyle(process_.vrlmpHTMLString, group);
         controls.colourField = style.colour;
         setHEXValue(controls.colourWell, style.colour);
         controls.face = indexOf(htmlstyle::kFontFaces, style.fontFamily);
@@ -109,8 +116,8 @@ void HTMLViewController::setPopupButtons() {
 }
 
 void HTMLViewController::saveActive() {
-    vrlmpNeedsSave = originalHTMLString_ != vrlmpHTMLString;
-    state_.saveEnabled = vrlmpNeedsSave;
+    process_.vrlmpNeedsSave = originalHTMLString_ != process_.vrlmpHTMLString;
+    state_.saveEnabled = process_.vrlmpNeedsSave;
     showState();
 }
 
@@ -124,35 +131,32 @@ void HTMLViewController::loadLayout(size_t layout) {
     state_.layoutLabel = kSitemapLayouts[layout].name;
     urlToLoad_ = "file://" + layoutFileLocation(layout);
     originalHTMLString_ = readTextFile(shownFileLocation()).value_or("");
-    vrlmpHTMLString = readTextFile(shownFileLocation()).value_or("");
+    process_.vrlmpHTMLString = readTextFile(shownFileLocation()).value_or("");
 }
 
 void HTMLViewController::changeMapType(size_t layout) {
     if (layout >= kSitemapLayouts.size()) {
         return;
     }
-    if (originalHTMLString_ == vrlmpHTMLString) {
+    if (originalHTMLString_ == process_.vrlmpHTMLString) {
         loadLayout(layout);
-        vrlmpUTLLoc = shownFileLocation();
+        process_.vrlmpUTLLoc = shownFileLocation();
         reload();
         savedScrollPosition_ = {};
         setPopupButtons();
         return;
     }
-    // Both answers leave vrlmpUTLLoc and the scroll position as they were: the class-level
-    // prompt keeps naming the file loaded before.
-    alerts_.presentAlert(
-        Alert::question("Changes have been made to the look of this sitemap, would you like "
-                        "to save these changes?",
-                        "", "Save Changes", "", "Discard"),
-        [this, layout](int returnCode) {
-            if (returnCode == kDefaultButtonCode) {
-                saveNow(kChangeMap);
-            }
-            loadLayout(layout);
-            reload();
-            setPopupButtons();
-        });
+    // Both answers leave vrlmpUTLLoc and the scroll position as they were, so the question
+    // other views ask before they take the window still names the file loaded before.
+    alerts_.presentAlert(unsavedChangesQuestion(UnsavedChangesMoment::LayoutSwitch),
+                         [this, layout](int returnCode) {
+                             if (returnCode == kDefaultButtonCode) {
+                                 saveNow(kChangeMap);
+                             }
+                             loadLayout(layout);
+                             reload();
+                             setPopupButtons();
+                         });
 }
 
 void HTMLViewController::saveNow(std::string_view request) {
@@ -174,19 +178,16 @@ void HTMLViewController::saveNow(std::string_view request) {
         }
     } else if (request == kDefaultAsk) {
         if (pathExists(path)) {
-            alerts_.presentAlert(
-                Alert::question("Changes have been made to this sitemap, would you like to save "
-                                "the changes you have made?",
-                                "", "Save Changes", "", "Discard Changes"),
-                sheetDidEndShouldSave);
+            alerts_.presentAlert(unsavedChangesQuestion(UnsavedChangesMoment::Closing),
+                                 sheetDidEndShouldSave);
         }
     } else if (request == kCloseWindow) {
-        writeFileAtomically(path, vrlmpHTMLString);
-        vrlmpHTMLString = readTextFile(path).value_or("");
-        originalHTMLString_ = vrlmpHTMLString;
+        writeFileAtomically(path, process_.vrlmpHTMLString);
+        process_.vrlmpHTMLString = readTextFile(path).value_or("");
+        originalHTMLString_ = process_.vrlmpHTMLString;
         saveActive();
     } else if (request == kChangeMap) {
-        writeFileAtomically(path, vrlmpHTMLString);
+        writeFileAtomically(path, process_.vrlmpHTMLString);
         saveActive();
     }
 }
@@ -197,31 +198,42 @@ void HTMLViewController::setEditOptionsEnabled(bool enabled) {
 }
 
 void HTMLViewController::reload() {
-    view_.loadPreview(vrlmpHTMLString);
+    view_.loadPreview(process_.vrlmpHTMLString);
 }
 
 void HTMLViewController::showState() {
     view_.htmlViewChanged(state_);
 }
 
+// Every change to the working copy ends here, so the preview and the Save button always
+// follow it.
+void HTMLViewController::applyEdit(std::string html, AfterEdit after) {
+    process_.vrlmpHTMLString = std::move(html);
+    reload();
+    if (after == AfterEdit::WriteNow) {
+        saveNow(kCloseWindow);
+    } else {
+        saveActive();
+    }
+}
+
 void HTMLViewController::applyStyle(Group group, std::string_view pattern,
                                     std::string_view property) {
-    vrlmpHTMLString = htmlstyle::withProperty(vrlmpHTMLString, group, pattern, property);
-    reload();
-    saveActive();
+    applyEdit(htmlstyle::withProperty(process_.vrlmpHTMLString, group, pattern, property),
+              AfterEdit::AwaitSave);
 }
 
 StyleControls& HTMLViewController::controlsOf(Group group) {
     return group == Group::PageTitle ? state_.pt : state_.pl;
 }
 
-void HTMLViewController::setFace(Group group, size_t face) {
+void HTMLViewController::setFontFace(Group group, size_t face) {
     controlsOf(group).face = face;
     applyStyle(group, "font-family:.*;",
                "font-family: " + std::string(htmlstyle::kFontFaces.at(face)) + ";");
 }
 
-void HTMLViewController::setSize(Group group, size_t size) {
+void HTMLViewController::setFontSize(Group group, size_t size) {
     controlsOf(group).size = size;
     applyStyle(group, "font-size:.*;",
                "font-size: " + std::string(htmlstyle::kFontSizes.at(size)) + ";");
@@ -237,55 +249,10 @@ void HTMLViewController::setItalic(Group group, bool on) {
     applyStyle(group, "font-style:.*;", on ? "font-style: italic;" : "font-style: normal;");
 }
 
-void HTMLViewController::ptFontFamily(size_t face) {
-    setFace(Group::PageTitle, face);
-}
-void HTMLViewController::plFontFamily(size_t face) {
-    setFace(Group::PageLink, face);
-}
-void HTMLViewController::ptFontSize(size_t size) {
-    setSize(Group::PageTitle, size);
-}
-void HTMLViewController::plFontSize(size_t size) {
-    setSize(Group::PageLink, size);
-}
-void HTMLViewController::ptFontStyleBold(bool on) {
-    setBold(Group::PageTitle, on);
-}
-void HTMLViewController::plFontStyleBold(bool on) {
-    setBold(Group::PageLink, on);
-}
-void HTMLViewController::ptFontStyleItalic(bool on) {
-    setItalic(Group::PageTitle, on);
-}
-void HTMLViewController::plFontStyleItalic(bool on) {
-    setItalic(Group::PageLink, on);
-}
-
-void HTMLViewController::underline(Group group, Underline mode) {
+void HTMLViewController::setUnderline(Group group, Underline mode) {
     controlsOf(group).underline = mode;
-    vrlmpHTMLString = htmlstyle::withUnderline(vrlmpHTMLString, group, mode);
-    reload();
-    saveActive();
-}
-
-void HTMLViewController::ptUnderlineAll() {
-    underline(Group::PageTitle, Underline::Always);
-}
-void HTMLViewController::ptUnderlineNone() {
-    underline(Group::PageTitle, Underline::None);
-}
-void HTMLViewController::ptUnderlineOnHover() {
-    underline(Group::PageTitle, Underline::OnHover);
-}
-void HTMLViewController::plUnderlineAll() {
-    underline(Group::PageLink, Underline::Always);
-}
-void HTMLViewController::plUnderlineNone() {
-    underline(Group::PageLink, Underline::None);
-}
-void HTMLViewController::plUnderlineOnHover() {
-    underline(Group::PageLink, Underline::OnHover);
+    applyEdit(htmlstyle::withUnderline(process_.vrlmpHTMLString, group, mode),
+              AfterEdit::AwaitSave);
 }
 
 std::optional<htmlstyle::Rgb> HTMLViewController::setHEXValue(htmlstyle::Rgb& well,
@@ -297,74 +264,44 @@ std::optional<htmlstyle::Rgb> HTMLViewController::setHEXValue(htmlstyle::Rgb& we
     return colour;
 }
 
-void HTMLViewController::changeColour(Group group, std::string_view colour) {
-    vrlmpHTMLString = htmlstyle::withProperty(vrlmpHTMLString, group, "color:.*;",
-                                              "color: " + std::string(colour) + ";");
-    reload();
-}
-
-void HTMLViewController::changePTColour(std::string_view colour) {
-    changeColour(Group::PageTitle, colour);
-}
-
-void HTMLViewController::changePLColour(std::string_view colour) {
-    changeColour(Group::PageLink, colour);
-}
-
-void HTMLViewController::colourWellAction(Group group, const htmlstyle::Rgb& colour) {
+void HTMLViewController::colourWellChosen(Group group, const htmlstyle::Rgb& colour) {
     StyleControls& controls = controlsOf(group);
     controls.colourWell = colour;
     controls.colourField = getHEXValue(colour);
-    changeColour(group, controls.colourField);
-    saveActive();
+    applyStyle(group, "color:.*;", "color: " + controls.colourField + ";");
 }
 
-void HTMLViewController::ptColourWell(const htmlstyle::Rgb& colour) {
-    colourWellAction(Group::PageTitle, colour);
+void HTMLViewController::warnAboutColour(Group group) {
+    alerts_.presentAlert(
+        Alert::refusalOffering("The colour much be 6 characters, (7 with begining #) please check "
+                               "the colour hex value you entered.",
+                               "Reset"),
+        [this, group](int returnCode) {
+            if (returnCode != kDefaultButtonCode) {
+                StyleControls& reset = controlsOf(group);
+                reset.colourField = getHEXValue(reset.colourWell);
+                showState();
+            }
+        });
 }
 
-void HTMLViewController::plColourWell(const htmlstyle::Rgb& colour) {
-    colourWellAction(Group::PageLink, colour);
-}
-
-void HTMLViewController::colourFieldAction(Group group, std::string_view typed) {
+void HTMLViewController::colourFieldEntered(Group group, std::string_view typed) {
     StyleControls& controls = controlsOf(group);
     controls.colourField = typed;
-    const auto warn = [this, group] {
-        alerts_.presentAlert(
-            Alert::question("The colour much be 6 characters, (7 with begining #) please check "
-                            "the colour hex value you entered.",
-                            "", "OK", "", "Reset"),
-            [this, group](int returnCode) {
-                if (returnCode != kDefaultButtonCode) {
-                    StyleControls& reset = controlsOf(group);
-                    reset.colourField = getHEXValue(reset.colourWell);
-                    showState();
-                }
-            });
-    };
     std::string text(typed);
     if (text.size() == 6) {
         text.insert(0, "#");
     } else if (text.size() != 7) {
         // Only advice: the entry is used all the same.
-        warn();
+        warnAboutColour(group);
     }
     if (htmlstyle::containsHexColour(text)) {
         setHEXValue(controls.colourWell, text);
-        changeColour(group, text);
+        applyStyle(group, "color:.*;", "color: " + text + ";");
     } else {
-        warn();
+        warnAboutColour(group);
+        saveActive();
     }
-    saveActive();
-}
-
-void HTMLViewController::ptFontColourFieldAction(std::string_view text) {
-    colourFieldAction(Group::PageTitle, text);
-}
-
-void HTMLViewController::plFontColourFieldAction(std::string_view text) {
-    colourFieldAction(Group::PageLink, text);
 }
 
 }  // namespace loomcrest

@@ -13,6 +13,8 @@
 
 namespace loomcrest {
 
+struct ProcessState;
+
 // The HTML sitemap view: a working copy of one of the six layout files (vrlmpHTMLString),
 // restyled, edited line by line and saved back to that file.
 class HTMLViewController {
@@ -23,7 +25,7 @@ public:
     };
 
     // `shownSiteName` gives the site name of the site-name field.
-    HTMLViewController(HtmlView& view, AlertPresenter& alerts, UiThread& ui,
+    HTMLViewController(ProcessState& process, HtmlView& view, AlertPresenter& alerts, UiThread& ui,
                        std::function<std::string()> shownSiteName);
     HTMLViewController(const HTMLViewController&) = delete;
     HTMLViewController& operator=(const HTMLViewController&) = delete;
@@ -40,27 +42,16 @@ public:
     void enableEditOptions() { setEditOptionsEnabled(true); }
     void disableEditOptions() { setEditOptionsEnabled(false); }
 
-    // Style controls.
-    void ptFontFamily(size_t face);
-    void plFontFamily(size_t face);
-    void ptFontSize(size_t size);
-    void plFontSize(size_t size);
-    void ptFontStyleBold(bool on);
-    void plFontStyleBold(bool on);
-    void ptFontStyleItalic(bool on);
-    void plFontStyleItalic(bool on);
-    void ptUnderlineAll();
-    void ptUnderlineNone();
-    void ptUnderlineOnHover();
-    void plUnderlineAll();
-    void plUnderlineNone();
-    void plUnderlineOnHover();
-    void ptColourWell(const htmlstyle::Rgb& colour);
-    void plColourWell(const htmlstyle::Rgb& colour);
-    void ptFontColourFieldAction(std::string_view text);
-    void plFontColourFieldAction(std::string_view text);
-    void changePTColour(std::string_view colour);
-    void changePLColour(std::string_view colour);
+    // Style controls; each changes one group, page titles or links, of the style block.
+    void setFontFace(htmlstyle::Group group, size_t face);
+    void setFontSize(htmlstyle::Group group, size_t size);
+    void setBold(htmlstyle::Group group, bool on);
+    void setItalic(htmlstyle::Group group, bool on);
+    void setUnderline(htmlstyle::Group group, htmlstyle::Underline mode);
+    // A colour picked in the group's colour well.
+    void colourWellChosen(htmlstyle::Group group, const htmlstyle::Rgb& colour);
+    // Text entered in the group's hex field; a text that is not a colour gets a warning.
+    void colourFieldEntered(htmlstyle::Group group, std::string_view text);
 
     static std::string getHEXValue(const htmlstyle::Rgb& well) { return htmlstyle::hexValue(well); }
     // Sets `well` from the text; returns the colour, or nothing when the text holds no
@@ -94,9 +85,10 @@ public:
     // Waits for a preview that is being made.
     void waitForPreview();
 
-    // The unsaved-changes prompt other views run before they take the window.
-    static void checkSave(AlertPresenter& alerts);
-    static void sheetDidEndSaveSitemapChanges(int returnCode);
+    // The unsaved-changes question other views ask before they take the window. It works on
+    // the shared working copy and the file last loaded into it, not on one view's file.
+    static void checkSave(ProcessState& process, AlertPresenter& alerts);
+    static void sheetDidEndSaveSitemapChanges(ProcessState& process, int returnCode);
 
     const HtmlViewState& state() const { return state_; }
     const std::string& originalHTMLString() const { return originalHTMLString_; }
@@ -114,22 +106,19 @@ private:
     void setEditOptionsEnabled(bool enabled);
     std::string layoutFileLocation(size_t layout) const;
     void loadLayout(size_t layout);
-    void writeAndReload();
+    // What becomes of the working copy after an edit: styles wait for Save, link edits are
+    // written at once.
+    enum class AfterEdit { AwaitSave, WriteNow };
+    void applyEdit(std::string html, AfterEdit after);
     StyleControls& controlsOf(htmlstyle::Group group);
     void applyStyle(htmlstyle::Group group, std::string_view pattern, std::string_view property);
-    void setFace(htmlstyle::Group group, size_t face);
-    void setSize(htmlstyle::Group group, size_t size);
-    void setBold(htmlstyle::Group group, bool on);
-    void setItalic(htmlstyle::Group group, bool on);
-    void colourFieldAction(htmlstyle::Group group, std::string_view text);
-    void colourWellAction(htmlstyle::Group group, const htmlstyle::Rgb& colour);
-    void changeColour(htmlstyle::Group group, std::string_view colour);
-    void underline(htmlstyle::Group group, htmlstyle::Underline mode);
+    void warnAboutColour(htmlstyle::Group group);
     void fieldAction(bool otherFieldEmpty, std::string message);
     void promoteFirstLink();
     void externalBrowserView(const std::string& html);
     void startPreview();
 
+    ProcessState& process_;
     HtmlView& view_;
     AlertPresenter& alerts_;
     UiThread& ui_;

@@ -4,6 +4,7 @@
 #include "editors/HTMLViewController.h"
 #include "editors/LayoutRebuild.h"
 #include "editors/SitemapLayouts.h"
+#include "editors/UnsavedChanges.h"
 #include "platform/FileSystem.h"
 #include "platform/Regex.h"
 #include "platform/Text.h"
@@ -24,17 +25,6 @@ std::string anchor(std::string_view href, std::string_view number, std::string_v
 std::optional<std::string> firstMatch(std::string_view text, const std::string& pattern) {
     const auto match = Regex(pattern).firstMatch(text);
     return match ? std::optional<std::string>(match->whole()) : std::nullopt;
-}
-
-LayoutWidth widthOf(size_t layout) {
-    switch (kSitemapLayouts.at(layout).columns) {
-        case 3:
-            return LayoutWidth::ThreeColumns;
-        case 2:
-            return LayoutWidth::TwoColumns;
-        default:
-            return LayoutWidth::OneColumn;
-    }
 }
 
 }  // namespace
@@ -104,7 +94,7 @@ void HTMLViewController::fieldAction(bool otherFieldEmpty, std::string message) 
     if (otherFieldEmpty) {
         return;
     }
-    alerts_.presentAlert(Alert::question(std::move(message), "", "OK", "", "Delete This Link"),
+    alerts_.presentAlert(Alert::refusalOffering(std::move(message), "Delete This Link"),
                          [this](int returnCode) {
                              if (returnCode != kDefaultButtonCode) {
                                  ui_.performAfter(kSheetDelay, [this] { beginLinkDeletion(); });
@@ -119,41 +109,36 @@ void HTMLViewController::fieldAction(bool otherFieldEmpty, std::string message) 
 void HTMLViewController::editLinkAndTitle() {
     const std::string title = replaceAll(state_.titleField, "&", "&amp;");
     const std::string replacement = anchor(state_.linkField, linkNumber_, title);
-    if (containsIgnoringCase(vrlmpHTMLString, originalLinkValue_)) {
-        vrlmpHTMLString = replaceAll(vrlmpHTMLString, originalLinkValue_, replacement);
+    std::string html = process_.vrlmpHTMLString;
+    if (containsIgnoringCase(html, originalLinkValue_)) {
+        html = replaceAll(html, originalLinkValue_, replacement);
     } else if (const std::string unescaped = replaceAll(originalLinkValue_, "&amp;", "&");
-               containsIgnoringCase(vrlmpHTMLString, unescaped)) {
-        vrlmpHTMLString = replaceAll(vrlmpHTMLString, unescaped, replacement);
+               containsIgnoringCase(html, unescaped)) {
+        html = replaceAll(html, unescaped, replacement);
     }
     originalLinkValue_ = replacement;
-    reload();
-    saveNow("closewindow");
+    applyEdit(std::move(html), AfterEdit::WriteNow);
 }
 
 void HTMLViewController::deleteLinkAction() {
-    if (originalHTMLString_ == vrlmpHTMLString) {
+    if (originalHTMLString_ == process_.vrlmpHTMLString) {
         beginLinkDeletion();
         return;
     }
     // Both answers that go on delete without the confirmation of beginLinkDeletion.
-    alerts_.presentAlert(
-        Alert::question("Changes have been made to this sitemap, would you like to save the "
-                        "changes you have made before deleting this link?",
-                        "Once you have deleted a link it cannot be restored without re-scanning "
-                        "the site.",
-                        "Save Changes", "Cancel Deletion", "Discard Changes"),
-        [this](int returnCode) {
-            if (returnCode == kDefaultButtonCode) {
-                writeFileAtomically(shownFileLocation(), vrlmpHTMLString);
-                originalHTMLString_ = vrlmpHTMLString;
-                saveActive();
-                ui_.performAfter(kSheetDelay, [this] { linkDeletion(); });
-            } else if (returnCode == kOtherButtonCode) {
-                vrlmpHTMLString = originalHTMLString_;
-                ui_.performAfter(kSheetDelay, [this] { linkDeletion(); });
-                setPopupButtons();
-            }
-        });
+    alerts_.presentAlert(unsavedChangesQuestion(UnsavedChangesMoment::LinkDeletion),
+                         [this](int returnCode) {
+                             if (returnCode == kDefaultButtonCode) {
+                                 writeFileAtomically(shownFileLocation(), process_.vrlmpHTMLString);
+                                 originalHTMLString_ = process_.vrlmpHTMLString;
+                                 saveActive();
+                                 ui_.performAfter(kSheetDelay, [this] { linkDeletion(); });
+                             } else if (returnCode == kOtherButtonCode) {
+                                 process_.vrlmpHTMLString = originalHTMLString_;
+                                 ui_.performAfter(kSheetDelay, [this] { linkDeletion(); });
+                                 setPopupButtons();
+                             }
+                         });
 }
 
 void HTMLViewController::beginLinkDeletion() {
@@ -173,8 +158,8 @@ void HTMLViewController::linkDeletion() {
     // taken as a pattern.
     const std::string pattern =
         replaceAll("<div .*>" + anchor(delLink_, linkNumber_, delTitle_) + "</div>", "?", "\\?");
-    if (const auto line = firstMatch(vrlmpHTMLString, pattern)) {
-        vrlmpHTMLString = replaceAll(vrlmpHTMLString, "\n\t\t\t" + *line, "");
+    if (const auto line = firstMatch(process_.vrlmpHTMLString, pattern)) {
+        process_.vrlmpHTMLString = replaceAll(process_.vrlmpHTMLString, "\n\t\t\t" + *line, "");
         if (containsIgnoringCase(*line, "zplPageTitle")) {
             promoteFirstLink();
         }
@@ -183,8 +168,7 @@ void HTMLViewController::linkDeletion() {
     state_.titleField.clear();
     state_.linkField.clear();
     showState();
-    reload();
-    saveNow("closewindow");
+    applyEdit(process_.vrlmpHTMLString, AfterEdit::WriteNow);
 }
 
 // The line that followed a deleted page title carries the next number still present; when
@@ -196,12 +180,12 @@ void HTMLViewController::promoteFirstLink() {
     const int number = leadingIntegerValue(linkNumber_);
     int next = number + 1;
     auto following =
-        firstMatch(vrlmpHTMLString,
+        firstMatch(process_.vrlmpHTMLString,
                    "<div .*><a .*---\">.*<!-- LINKID: " + std::to_string(next) + " --></a></div>");
     if (!following) {
         for (int candidate = number + 2; number + 1 < total && candidate <= total; ++candidate) {
             next = candidate;
-            following = firstMatch(vrlmpHTMLString,
+            following = firstMatch(process_.vrlmpHTMLString,
                                    "<div .*---LINKID:" + std::to_string(candidate) + "---.*</div>");
             if (following) {
                 break;
@@ -210,14 +194,15 @@ void HTMLViewController::promoteFirstLink() {
         linkNumber_ = std::to_string(next);
     }
     if (following && following->starts_with("<div class=\"zplPageLink\"")) {
-        vrlmpHTMLString = replaceAll(vrlmpHTMLString, *following,
-                                     replaceAll(*following, "zplPageLink", "zplPageTitle"));
+        process_.vrlmpHTMLString =
+            replaceAll(process_.vrlmpHTMLString, *following,
+                       replaceAll(*following, "zplPageLink", "zplPageTitle"));
     }
 }
 
 void HTMLViewController::checkForEmptyColumn() {
     bool removedAny = false;
-    const std::vector<std::string> cells = cellsToKeep(vrlmpHTMLString, removedAny);
+    const std::vector<std::string> cells = cellsToKeep(process_.vrlmpHTMLString, removedAny);
     if (removedAny) {
         rebuildSitemaps(cells);
     }
@@ -228,9 +213,10 @@ void HTMLViewController::rebuildSitemaps(const std::vector<std::string>& cells) 
     const std::string onDisk = readTextFile(path).value_or("");
     // The head, and with it the style, comes from the file, not from the working copy.
     const std::string head = onDisk.substr(0, std::min(onDisk.find("<body>"), onDisk.size()));
-    writeFileAtomically(path, rebuiltLayout(head, widthOf(state_.layout), cells));
-    vrlmpHTMLString = readTextFile(path).value_or("");
-    originalHTMLString_ = vrlmpHTMLString;
+    writeFileAtomically(path,
+                        rebuiltLayout(head, kSitemapLayouts.at(state_.layout).columns, cells));
+    process_.vrlmpHTMLString = readTextFile(path).value_or("");
+    originalHTMLString_ = process_.vrlmpHTMLString;
     reload();
 }
 

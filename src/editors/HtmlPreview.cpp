@@ -2,6 +2,7 @@
 
 #include "app/ProcessState.h"
 #include "editors/HTMLViewController.h"
+#include "editors/UnsavedChanges.h"
 #include "platform/FileSystem.h"
 #include "platform/Text.h"
 #include "sitemap/HtmlSitemapFormat.h"
@@ -21,31 +22,29 @@ std::string HTMLViewController::previewFileLocation() const {
 }
 
 void HTMLViewController::viewSitemapButton() {
-    if (originalHTMLString_ == vrlmpHTMLString) {
+    if (originalHTMLString_ == process_.vrlmpHTMLString) {
         cancelExternalViewProcess_ = false;
         view_.setPreviewProgress(0, 1);
         startPreview();
         return;
     }
     // This path keeps an earlier cancel: such a preview stops after its first line.
-    alerts_.presentAlert(
-        Alert::question("Changes have been made to this sitemap, would you like to save the "
-                        "changes you have made?",
-                        "", "Save Changes", "", "Discard Changes"),
-        [this](int returnCode) {
-            if (returnCode == kDefaultButtonCode) {
-                saveNow("closewindow");
-            } else {
-                vrlmpHTMLString = originalHTMLString_;
-                reload();
-            }
-            startPreview();
-        });
+    alerts_.presentAlert(unsavedChangesQuestion(UnsavedChangesMoment::Closing),
+                         [this](int returnCode) {
+                             if (returnCode == kDefaultButtonCode) {
+                                 saveNow("closewindow");
+                             } else {
+                                 process_.vrlmpHTMLString = originalHTMLString_;
+                                 reload();
+                             }
+                             startPreview();
+                         });
 }
 
 void HTMLViewController::startPreview() {
     waitForPreview();
-    previewThread_ = std::thread([this, html = vrlmpHTMLString] { externalBrowserView(html); });
+    previewThread_ =
+        std::thread([this, html = process_.vrlmpHTMLString] { externalBrowserView(html); });
 }
 
 void HTMLViewController::waitForPreview() {
@@ -92,23 +91,22 @@ void HTMLViewController::cancelViewInExternalButtonAction() {
     view_.showPreviewPanel(false);
 }
 
-void HTMLViewController::checkSave(AlertPresenter& alerts) {
-    if (!vrlmpNeedsSave) {
+void HTMLViewController::checkSave(ProcessState& process, AlertPresenter& alerts) {
+    if (!process.vrlmpNeedsSave) {
         return;
     }
-    alerts.presentAlert(Alert::question("Changes have been made to this sitemap, would you like "
-                                        "to save before proceeding?",
-                                        "", "Save Changes", "", "Discard"),
-                        [](int returnCode) { sheetDidEndSaveSitemapChanges(returnCode); });
+    alerts.presentAlert(
+        unsavedChangesQuestion(UnsavedChangesMoment::OtherView),
+        [&process](int returnCode) { sheetDidEndSaveSitemapChanges(process, returnCode); });
 }
 
-void HTMLViewController::sheetDidEndSaveSitemapChanges(int returnCode) {
+void HTMLViewController::sheetDidEndSaveSitemapChanges(ProcessState& process, int returnCode) {
     if (returnCode == kDefaultButtonCode) {
-        writeFileAtomically(vrlmpUTLLoc, vrlmpHTMLString);
+        writeFileAtomically(process.vrlmpUTLLoc, process.vrlmpHTMLString);
     } else {
-        vrlmpHTMLString = readTextFile(vrlmpUTLLoc).value_or("");
+        process.vrlmpHTMLString = readTextFile(process.vrlmpUTLLoc).value_or("");
     }
-    vrlmpNeedsSave = false;
+    process.vrlmpNeedsSave = false;
 }
 
 }  // namespace loomcrest

@@ -22,7 +22,7 @@ inline constexpr std::array<std::string_view, 6> kFontFaces = {
     "Verdana, Arial, Helvetica, sans-serif",
     "Geneva, Arial, Helvetica, sans-serif"};
 
-// The underline selector's cells, by tag.
+// The three underline choices, numbered as the window's underline buttons are.
 enum class Underline { OnHover = 0, None = 1, Always = 2 };
 
 // The properties of one group as the style block holds them.

@@ -51,47 +51,26 @@ void appendOneColumn(std::string& out, const std::vector<std::string>& cells) {
     out.append(kTableEnd);
 }
 
-void appendTwoColumns(std::string& out, const std::vector<std::string>& cells) {
+// Rows of two or three cells; the last row is filled up with filler cells.
+void appendTableColumns(std::string& out, const std::vector<std::string>& cells, int columns) {
+    const std::string_view cellStart = columns == 2 ? kHalfCellStart : kThirdCellStart;
     int column = 1;
-    bool newRow = true;
     for (const std::string& cell : cells) {
-        if (newRow) {
+        if (column == 1) {
             out.append(kRowStart);
         }
-        out.append(kHalfCellStart).append(cellLines(cell)).append(kCellEnd);
-        if (column == 2) {
+        out.append(cellStart).append(cellLines(cell)).append(kCellEnd);
+        if (column == columns) {
             out.append(kRowEnd);
             column = 0;
         }
-        newRow = column == 0;
         ++column;
     }
-    if (column == 2) {
-        out.append(kThirdFillerCell).append(kRowEnd);
-    }
-    out.append(kTableEnd);
-}
-
-void appendThreeColumns(std::string& out, const std::vector<std::string>& cells) {
-    int column = 1;
-    bool newRow = true;
-    for (const std::string& cell : cells) {
-        if (newRow) {
-            out.append(kRowStart);
+    if (column > 1) {
+        for (; column <= columns; ++column) {
+            out.append(kThirdFillerCell);
         }
-        out.append(kThirdCellStart).append(cellLines(cell)).append(kCellEnd);
-        if (column == 3) {
-            out.append(kRowEnd);
-            column = 0;
-        }
-        newRow = column == 0;
-        ++column;
-    }
-    if (column == 2) {
-        out.append(kThirdFillerCell);
-    }
-    if (column == 2 || column == 3) {
-        out.append(kThirdFillerCell).append(kRowEnd);
+        out.append(kRowEnd);
     }
     out.append(kTableEnd);
     if (containsIgnoringCase(out, kEmptyLastRow)) {
@@ -121,20 +100,14 @@ std::vector<std::string> cellsToKeep(std::string_view html, bool& removedAny) {
     return cells;
 }
 
-std::string rebuiltLayout(std::string_view head, LayoutWidth width,
+std::string rebuiltLayout(std::string_view head, int columns,
                           const std::vector<std::string>& cells) {
     std::string out(head);
     out.append(kBodyAndTable);
-    switch (width) {
-        case LayoutWidth::OneColumn:
-            appendOneColumn(out, cells);
-            break;
-        case LayoutWidth::TwoColumns:
-            appendTwoColumns(out, cells);
-            break;
-        case LayoutWidth::ThreeColumns:
-            appendThreeColumns(out, cells);
-            break;
+    if (columns <= 1) {
+        appendOneColumn(out, cells);
+    } else {
+        appendTableColumns(out, cells, columns);
     }
     return out;
 }

@@ -43,12 +43,12 @@ std::string rebuiltEntry(std::string_view entry) {
 
 }  // namespace
 
-XMLViewController::XMLViewController(AlertPresenter& alerts,
+XMLViewController::XMLViewController(ProcessState& process, AlertPresenter& alerts,
                                      std::function<std::string()> shownSiteName)
-    : alerts_(alerts), shownSiteName_(std::move(shownSiteName)) {}
+    : process_(process), alerts_(alerts), shownSiteName_(std::move(shownSiteName)) {}
 
 bool XMLViewController::viewTBIAction() {
-    if (vrlmpCurSite.empty()) {
+    if (process_.vrlmpCurSite.empty()) {
         refuse("You need to select a sitemap from the sites list to use the XML sitemap viewer.");
         return false;
     }
@@ -212,7 +212,7 @@ void XMLViewController::sheetDidEndShouldDeleteXMLLink(int returnCode, size_t ro
 }
 
 void XMLViewController::refuse(std::string message) {
-    alerts_.presentAlert(Alert::notice(std::move(message)), [](int) {});
+    alerts_.presentAlert(Alert::refusal(std::move(message)), [](int) {});
 }
 
 }  // namespace loomcrest

@@ -11,6 +11,8 @@
 
 namespace loomcrest {
 
+struct ProcessState;
+
 // The XML sitemap view: one row per <url> entry of the site's "sitemap.xml", kept as the
 // entry's markup text and changed with regular expressions. Every accepted change is
 // written to the file at once.
@@ -26,7 +28,8 @@ public:
         "0.0", "0.1", "0.2", "0.3", "0.4", "0.5", "0.6", "0.7", "0.8", "0.9", "1"};
 
     // `shownSiteName` gives the site name the view shows; its folder holds the file.
-    XMLViewController(AlertPresenter& alerts, std::function<std::string()> shownSiteName);
+    XMLViewController(ProcessState& process, AlertPresenter& alerts,
+                      std::function<std::string()> shownSiteName);
 
     // Opens the view: refused with an alert while no site is selected.
     bool viewTBIAction();
@@ -61,9 +64,11 @@ private:
     void refuse(std::string message);
     void replaceElementOfRow(size_t row, std::string_view tag, std::string_view value);
 
+    void entryChanged(size_t row);
+
+    ProcessState& process_;
     AlertPresenter& alerts_;
     std::function<std::string()> shownSiteName_;
-    void entryChanged(size_t row);
 
     std::vector<std::string> urlXMLFileMArray_;
     // Each entry as the file writes it, kept until the entry changes: a sitemap of many

@@ -32,8 +32,9 @@ const SaveFileRequest kBrokenTextSave{"brokenLinksExport.txt", {"txt"}, true};
 
 }  // namespace
 
-SitemapExporter::SitemapExporter(ExportView& view, AlertPresenter& alerts, UiThread& ui)
-    : view_(view), alerts_(alerts), ui_(ui) {}
+SitemapExporter::SitemapExporter(ProcessState& process, ExportView& view, AlertPresenter& alerts,
+                                 UiThread& ui)
+    : process_(process), view_(view), alerts_(alerts), ui_(ui) {}
 
 SitemapExporter::~SitemapExporter() {
     waitForExport();
@@ -104,11 +105,11 @@ void SitemapExporter::exportSitemaps(Kind kind) {
             return;
         case Kind::BrokenHTMLExport:
             ui_.performAndWait(
-                [this] { save(kBrokenHtmlSave, brokenLinksHtml(vrlmpBadLinkArray)); });
+                [this] { save(kBrokenHtmlSave, brokenLinksHtml(process_.vrlmpBadLinkArray)); });
             return;
         case Kind::BrokenTXTExport:
             ui_.performAndWait(
-                [this] { save(kBrokenTextSave, brokenLinksText(vrlmpBadLinkArray)); });
+                [this] { save(kBrokenTextSave, brokenLinksText(process_.vrlmpBadLinkArray)); });
             return;
         case Kind::XML:
             break;
@@ -121,9 +122,10 @@ void SitemapExporter::exportSitemaps(Kind kind) {
     }
     const std::string raw = readTextFile(path).value_or("");
     std::this_thread::sleep_for(kXmlPause);
+    // Only the two middle elements can be empty with another element after them: both
+    // writers of the file put <priority> last in its entry.
     std::string text = replaceAll(raw, "<lastmod></lastmod>\n\t\t", "");
     text = replaceAll(text, "<changefreq></changefreq>\n\t\t", "");
-    text = replaceAll(text, "<priority></priority>\n\t\t", "");
     ui_.performAndWait([this, &text] {
         view_.showExportPanel(false);
         view_.setProgressIndeterminate(false);
@@ -136,10 +138,11 @@ void SitemapExporter::processAndRemoveLINKID(const std::string& path) {
     if (!text) {
         ui_.performAndWait([this] {
             view_.showExportPanel(false);
-            alerts_.presentAlert(Alert::notice("An error has occurred while exporting your "
-                                               "sitemap, you may need to re-scan the site.\n",
-                                               "If this problem persists, please contact support."),
-                                 [](int) {});
+            alerts_.presentAlert(
+                Alert::refusal("An error has occurred while exporting your "
+                               "sitemap, you may need to re-scan the site.\n",
+                               "If this problem persists, please contact support."),
+                [](int) {});
         });
         return;
     }
@@ -174,9 +177,9 @@ void SitemapExporter::updateExportBar(bool force) {
 }
 
 void SitemapExporter::reportMissingSitemap() {
-    alerts_.presentAlert(Alert::notice("The sitemap you are trying to export could not be found, "
-                                       "please make sure you have scanned your site before "
-                                       "exporting."),
+    alerts_.presentAlert(Alert::refusal("The sitemap you are trying to export could not be found, "
+                                        "please make sure you have scanned your site before "
+                                        "exporting."),
                          [](int) {});
 }
 

@@ -14,6 +14,8 @@
 
 namespace loomcrest {
 
+struct ProcessState;
+
 // A save dialog's question: where to write, with a proposed name and the file types allowed.
 struct SaveFileRequest {
     std::string proposedName;
@@ -43,7 +45,8 @@ public:
     // The six layout boxes, in the order an export visits them.
     enum Box { threeCSF, twoCSF, oneCSF, threeCST, twoCST, oneCST };
 
-    SitemapExporter(ExportView& view, AlertPresenter& alerts, UiThread& ui);
+    // The broken-links exports write out `process.vrlmpBadLinkArray`.
+    SitemapExporter(ProcessState& process, ExportView& view, AlertPresenter& alerts, UiThread& ui);
     SitemapExporter(const SitemapExporter&) = delete;
     SitemapExporter& operator=(const SitemapExporter&) = delete;
     ~SitemapExporter();
@@ -78,6 +81,7 @@ private:
     void save(const SaveFileRequest& request, const std::string& contents);
     std::string siteFolder() const;
 
+    ProcessState& process_;
     ExportView& view_;
     AlertPresenter& alerts_;
     UiThread& ui_;

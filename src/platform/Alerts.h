@@ -13,8 +13,17 @@ inline constexpr int kDefaultButtonCode = 1;
 inline constexpr int kAlternateButtonCode = 0;
 inline constexpr int kOtherButtonCode = -1;
 
+// What an alert means for the action that raised it; front ends that cannot ask the user
+// (the command line) decide from it whether the action was done.
+enum class AlertKind {
+    Information,  // the action was done; the user is told something about it
+    Refusal,      // the action was not done, or not as asked
+    Question,     // the action waits for the user's answer
+};
+
 // An alert or question as the user sees it. A button with an empty title is not shown.
 struct Alert {
+    AlertKind kind = AlertKind::Information;
     std::string title;
     std::string message;
     std::string defaultButton = "OK";
@@ -22,19 +31,25 @@ struct Alert {
     std::string otherButton;
     AlertParent parent = AlertParent::MainWindow;
 
-    // An alert with the one button "OK".
-    static Alert notice(std::string title, std::string message = {},
-                        AlertParent parent = AlertParent::MainWindow) {
-        Alert alert;
-        alert.title = std::move(title);
-        alert.message = std::move(message);
+    // Refused with the one button "OK".
+    static Alert refusal(std::string title, std::string message = {},
+                         AlertParent parent = AlertParent::MainWindow) {
+        Alert alert = withOK(AlertKind::Refusal, std::move(title), std::move(message));
         alert.parent = parent;
+        return alert;
+    }
+
+    // Refused, with a second way out besides "OK" (such as "Reset").
+    static Alert refusalOffering(std::string title, std::string otherButton) {
+        Alert alert = withOK(AlertKind::Refusal, std::move(title), {});
+        alert.otherButton = std::move(otherButton);
         return alert;
     }
 
     static Alert question(std::string title, std::string message, std::string defaultButton,
                           std::string alternateButton, std::string otherButton = {}) {
         Alert alert;
+        alert.kind = AlertKind::Question;
         alert.title = std::move(title);
         alert.message = std::move(message);
         alert.defaultButton = std::move(defaultButton);
@@ -43,7 +58,14 @@ struct Alert {
         return alert;
     }
 
-    bool isQuestion() const { return !alternateButton.empty() || !otherButton.empty(); }
+private:
+    static Alert withOK(AlertKind kind, std::string title, std::string message) {
+        Alert alert;
+        alert.kind = kind;
+        alert.title = std::move(title);
+        alert.message = std::move(message);
+        return alert;
+    }
 };
 
 using AlertCompletion = std::function<void(int buttonCode)>;

@@ -13,6 +13,8 @@
 #include <cctype>
 #include <climits>
 
+#include "platform/Text.h"
+
 namespace loomcrest {
 
 namespace {
@@ -85,13 +87,6 @@ void recordXmlStartTag(void* userData, const xmlChar* localName, const xmlChar* 
     xmlSAX2StartElementNs(userData, localName, prefix, uri, namespaceCount, namespaces,
                           attributeCount, defaultedCount, attributes);
     recordStartTagEnd(static_cast<xmlParserCtxt*>(userData));
-}
-
-bool equalsIgnoringCase(std::string_view a, std::string_view b) {
-    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
-               return std::tolower(static_cast<unsigned char>(x)) ==
-                      std::tolower(static_cast<unsigned char>(y));
-           });
 }
 
 bool isReferenceAt(std::string_view text, size_t ampersand) {

@@ -48,23 +48,6 @@ CURL* threadHandle() {
     return handle.get();
 }
 
-std::string lowerCase(std::string_view text) {
-    std::string lower(text);
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return lower;
-}
-
-std::string_view trimmed(std::string_view text) {
-    while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) {
-        text.remove_prefix(1);
-    }
-    while (!text.empty() && std::isspace(static_cast<unsigned char>(text.back())) != 0) {
-        text.remove_suffix(1);
-    }
-    return text;
-}
-
 size_t collectBody(char* data, size_t size, size_t count, void* target) {
     auto* body = static_cast<std::string*>(target);
     if (body->size() + (size * count) > kMaxBodyBytes) {
@@ -74,34 +57,37 @@ size_t collectBody(char* data, size_t size, size_t count, void* target) {
     return size * count;
 }
 
-// Called once per header line; a new status line starts a new response (after a redirect
-// or an interim 100 Continue), so only the last response's fields are kept.
-size_t collectHeader(char* data, size_t size, size_t count, void* target) {
-    auto* headers = static_cast<std::vector<std::pair<std::string, std::string>>*>(target);
-    const std::string_view line(data, size * count);
-    if (line.starts_with("HTTP/")) {
-        headers->clear();
-        return size * count;
+// The first field of that name in the last response; the 1xx answers before it and the
+// redirects that led to it are not looked at.
+std::optional<std::string> lastResponseField(CURL* curl, const char* name) {
+    curl_header* field = nullptr;
+    if (curl_easy_header(curl, name, 0, CURLH_HEADER, -1, &field) != CURLHE_OK) {
+        return std::nullopt;
     }
-    const size_t colon = line.find(':');
-    if (colon != std::string_view::npos) {
-        headers->emplace_back(std::string(trimmed(line.substr(0, colon))),
-                              std::string(trimmed(line.substr(colon + 1))));
+    return std::string(field->value);
+}
+
+std::string mediaType(std::string_view contentType) {
+    std::string_view type = contentType.substr(0, contentType.find(';'));
+    const auto isBlank = [](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; };
+    while (!type.empty() && isBlank(type.front())) {
+        type.remove_prefix(1);
     }
-    return size * count;
+    while (!type.empty() && isBlank(type.back())) {
+        type.remove_suffix(1);
+    }
+    return lowerCase(type);
+}
+
+std::optional<std::chrono::system_clock::time_point> httpDate(const std::string& text) {
+    const time_t seconds = curl_getdate(text.c_str(), nullptr);
+    if (seconds == -1) {
+        return std::nullopt;
+    }
+    return std::chrono::system_clock::from_time_t(seconds);
 }
 
 }  // namespace
-
-std::optional<std::string> Response::header(std::string_view name) const {
-    const std::string wanted = lowerCase(name);
-    for (const auto& [field, value] : headers) {
-        if (lowerCase(field) == wanted) {
-            return value;
-        }
-    }
-    return std::nullopt;
-}
 
 Response send(const Request& request) {
     Response response;
@@ -131,8 +117,6 @@ Response send(const Request& request) {
     }
     curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, collectBody);
     curl_easy_setopt(curl, CURLOPT_WRITEDATA, &response.body);
-    curl_easy_setopt(curl, CURLOPT_HEADERFUNCTION, collectHeader);
-    curl_easy_setopt(curl, CURLOPT_HEADERDATA, &response.headers);
 
     const CURLcode result = curl_easy_perform(curl);
     long status = 0;
@@ -142,11 +126,11 @@ Response send(const Request& request) {
     }
     response.isHttp = true;
     response.statusCode = status;
-    if (const auto contentType = response.header("Content-Type")) {
-        const std::string_view type =
-            std::string_view(*contentType)
-                .substr(0, std::min(contentType->find(';'), contentType->size()));
-        response.mimeType = lowerCase(trimmed(type));
+    if (const auto contentType = lastResponseField(curl, "Content-Type")) {
+        response.mimeType = mediaType(*contentType);
+    }
+    if (const auto modified = lastResponseField(curl, "Last-Modified")) {
+        response.lastModified = httpDate(*modified);
     }
     return response;
 }
@@ -179,15 +163,6 @@ std::optional<std::string> fetchText(std::string_view url) {
 
 std::string statusText(long statusCode) {
     return std::to_string(statusCode) + " - " + std::string(reasonPhrase(statusCode));
-}
-
-std::optional<std::chrono::system_clock::time_point> parseHttpDate(std::string_view text) {
-    const std::string date(text);
-    const time_t seconds = curl_getdate(date.c_str(), nullptr);
-    if (seconds == -1) {
-        return std::nullopt;
-    }
-    return std::chrono::system_clock::from_time_t(seconds);
 }
 
 }  // namespace loomcrest::http

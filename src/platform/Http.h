@@ -4,8 +4,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
-#include <vector>
 
 // Synchronous HTTP over libcurl. Each thread reuses one connection handle, so requests to
 // the same server keep their connection alive. Only http and https are spoken.
@@ -25,18 +23,18 @@ struct Request {
     Redirects redirects = Redirects::Follow;
 };
 
+// Only the last response counts: the fields of a followed redirect or of an interim
+// "100 Continue" are not its fields.
 struct Response {
     // False when nothing answered in HTTP: no connection, a time-out, another protocol.
     bool isHttp = false;
     long statusCode = 0;
-    // Header fields of the last response, in the order received.
-    std::vector<std::pair<std::string, std::string>> headers;
     // The media type of Content-Type in lower case, without parameters; empty when absent.
     std::string mimeType;
+    // Last-Modified, read leniently (RFC 1123, RFC 850, asctime and similar forms); nothing
+    // when absent or unreadable.
+    std::optional<std::chrono::system_clock::time_point> lastModified;
     std::string body;
-
-    // The first header field of that name, compared without regard to case.
-    std::optional<std::string> header(std::string_view name) const;
 };
 
 Response send(const Request& request);
@@ -57,8 +55,5 @@ std::optional<std::string> fetchText(std::string_view url);
 std::string_view reasonPhrase(long statusCode);
 // "404 - Not Found": the code, " - " and its reason phrase.
 std::string statusText(long statusCode);
-
-// Parses an HTTP date leniently (RFC 1123, RFC 850, asctime and similar forms).
-std::optional<std::chrono::system_clock::time_point> parseHttpDate(std::string_view text);
 
 }  // namespace loomcrest::http

@@ -4,11 +4,6 @@
 
 namespace loomcrest {
 
-NotificationCenter& NotificationCenter::defaultCenter() {
-    static NotificationCenter center;
-    return center;
-}
-
 NotificationCenter::Token NotificationCenter::addObserver(std::string_view name,
                                                           Observer observer) {
     const Token token = nextToken_++;

@@ -14,8 +14,6 @@ public:
     using Observer = std::function<void()>;
     using Token = unsigned long;
 
-    static NotificationCenter& defaultCenter();
-
     Token addObserver(std::string_view name, Observer observer);
     void removeObserver(Token token);
     void post(std::string_view name);

@@ -7,6 +7,19 @@
 
 namespace loomcrest {
 
+namespace {
+
+// The one place where case is folded.
+char foldedCase(char c) {
+    return static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+}
+
+bool sameIgnoringCase(char a, char b) {
+    return foldedCase(a) == foldedCase(b);
+}
+
+}  // namespace
+
 bool isValidUtf8(std::string_view text) {
     size_t i = 0;
     const size_t size = text.size();
@@ -75,12 +88,19 @@ std::string replaceAll(std::string_view text, std::string_view from, std::string
     return result;
 }
 
+std::string lowerCase(std::string_view text) {
+    std::string lower(text.size(), '\0');
+    std::transform(text.begin(), text.end(), lower.begin(), foldedCase);
+    return lower;
+}
+
+bool equalsIgnoringCase(std::string_view a, std::string_view b) {
+    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), sameIgnoringCase);
+}
+
 bool containsIgnoringCase(std::string_view text, std::string_view needle) {
-    const auto lower = [](char c) {
-        return static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    };
-    const auto it = std::search(text.begin(), text.end(), needle.begin(), needle.end(),
-                                [&](char a, char b) { return lower(a) == lower(b); });
+    const auto it =
+        std::search(text.begin(), text.end(), needle.begin(), needle.end(), sameIgnoringCase);
     return !needle.empty() && it != text.end();
 }
 

@@ -14,12 +14,7 @@ std::string lastModifiedDate(std::string_view url) {
     request.method = "HEAD";
     request.timeout = http::Seconds{10};
     const http::Response response = http::send(request);
-    const auto field = response.header("Last-Modified");
-    if (!field) {
-        return {};
-    }
-    const auto date = http::parseHttpDate(*field);
-    return date ? weekYearDate(*date) : std::string();
+    return response.lastModified ? weekYearDate(*response.lastModified) : std::string();
 }
 
 std::string weekYearDate(std::chrono::system_clock::time_point when) {

@@ -55,14 +55,8 @@ std::string imageTitle(std::string_view imageMarkup) {
 
 }  // namespace
 
-std::string findPageHTMLTitleElement(std::string_view pageURL) {
-    return lookUpPageTitle(pageURL).title;
-}
-
 PageTitleLookup lookUpPageTitle(std::string_view pageURL) {
     PageTitleLookup lookup;
-    // The page is asked for as text first and that answer is not used; the title comes
-    // from the bytes of a second request.
     (void)http::fetchText(pageURL);
     lookup.bytes = http::fetchBytes(pageURL);
     if (!lookup.bytes) {
@@ -75,14 +69,6 @@ PageTitleLookup lookUpPageTitle(std::string_view pageURL) {
         lookup.title = firstTitle(MarkupDocument::parseXml(*lookup.bytes));
     }
     return lookup;
-}
-
-std::string pageTitleFromBody(std::string_view body) {
-    std::string title = firstTitle(MarkupDocument::parseHtml(body));
-    if (title == kNoPageTitle) {
-        title = firstTitle(MarkupDocument::parseXml(body));
-    }
-    return title;
 }
 
 std::string findHREFInNode(const MarkupNode& anchor) {

@@ -16,20 +16,15 @@ inline constexpr std::string_view kImageWithoutTitleOrAlt = "Image Link With No 
 inline constexpr std::string_view kNoLinkName = "No Link Name Found";
 inline constexpr std::string_view kNoLinkTitle = "Could not find link title";
 
-// Fetches the page (twice: once as text, whose result is not used, then as bytes) and
-// returns its title.
-std::string findPageHTMLTitleElement(std::string_view pageURL);
-
-// What finding a page's title fetched and parsed on the way, so that the crawl need not
-// parse the same bytes again.
+// A page's title and what finding it fetched and parsed on the way, so that the crawl need
+// not parse the same bytes again. The page is fetched twice: once as text, whose result is
+// not used, then as bytes. The title is "//title" of the HTML parse, else of the XML parse.
 struct PageTitleLookup {
     std::string title;
     std::optional<std::string> bytes;
     std::optional<MarkupDocument> htmlDocument;
 };
 PageTitleLookup lookUpPageTitle(std::string_view pageURL);
-// The title of a page body: "//title" of the HTML parse, else of the XML parse.
-std::string pageTitleFromBody(std::string_view body);
 
 // The anchor's "href" attribute, or empty text.
 std::string findHREFInNode(const MarkupNode& anchor);

@@ -104,9 +104,9 @@ void AddEditDeleteSites::saveEditedSite(std::string_view name, std::string_view 
     } else if (pathExists(newFolder)) {
         // The other site's URL is then overwritten with this one while the edited site
         // stays as it was; users have come to expect exactly that, so it stays.
-        alerts_.presentAlert(Alert::notice("A site with the name \"" + std::string(name) +
-                                           "\" already exists, please delete this site first "
-                                           "or select a different name."),
+        alerts_.presentAlert(Alert::refusal("A site with the name \"" + std::string(name) +
+                                            "\" already exists, please delete this site first "
+                                            "or select a different name."),
                              [](int) {});
         text = readSiteFile(name);
     } else {
@@ -166,7 +166,7 @@ void AddEditDeleteSites::showSheet() {
 
 void AddEditDeleteSites::alertOnSheet(std::string title, std::string message) {
     alerts_.presentAlert(
-        Alert::notice(std::move(title), std::move(message), AlertParent::SiteSheet), [](int) {});
+        Alert::refusal(std::move(title), std::move(message), AlertParent::SiteSheet), [](int) {});
 }
 
 }  // namespace loomcrest

@@ -26,8 +26,8 @@ public:
     void alternateAction();
     void checkInputIsOK();
 
-    // Named after the sheet's selectors createNewSite:passedSiteURL: and
-    // saveEditedSite:passedURL:; both take input that has passed the check.
+    // The add sheet's and the edit sheet's Save; both take input that has passed
+    // checkInputIsOK.
     void createNewSite(std::string_view name, std::string_view url);
     void saveEditedSite(std::string_view name, std::string_view url);
 

@@ -4,7 +4,6 @@
 
 #include "app/ProcessState.h"
 #include "platform/FileSystem.h"
-#include "platform/NotificationCenter.h"
 #include "platform/Text.h"
 #include "sites/DataPaths.h"
 #include "sites/SiteFile.h"
@@ -12,13 +11,8 @@
 
 namespace loomcrest {
 
-namespace {
-
-constexpr const char* kPlainWindowTitle = "Loomcrest2";
-
-}  // namespace
-
-ScanViewController::ScanViewController(ScanView& view) : view_(view) {}
+ScanViewController::ScanViewController(ProcessState& process, ScanView& view)
+    : process_(process), view_(view) {}
 
 void ScanViewController::awakeFromNib() {
     state_ = ScanViewState{};
@@ -74,7 +68,7 @@ void ScanViewController::deselectAll() {
 }
 
 void ScanViewController::tableViewSelectionDidChange() {
-    vrlmpBadLinkArray.clear();
+    process_.vrlmpBadLinkArray.clear();
     state_.details.linksScanned.clear();
     if (selectedRow_ < 0 || selectedRow_ >= static_cast<int>(tableArray_.size())) {
         selectionCleared();
@@ -84,9 +78,9 @@ void ScanViewController::tableViewSelectionDidChange() {
 }
 
 void ScanViewController::selectionCleared() {
-    vrlmpCurSite.clear();
-    vrlmpWinTit = kPlainWindowTitle;
-    view_.setWindowTitle(vrlmpWinTit);
+    process_.vrlmpCurSite.clear();
+    process_.vrlmpWinTit = kPlainWindowTitle;
+    view_.setWindowTitle(process_.vrlmpWinTit);
     state_.details = SiteDetailsFields{};
     state_.brokenLinksButtonShown = false;
     state_.scanButtonEnabled = false;
@@ -97,13 +91,13 @@ void ScanViewController::selectionCleared() {
 }
 
 void ScanViewController::siteSelected(const std::string& name) {
-    vrlmpCurSite = name;
+    process_.vrlmpCurSite = name;
     const std::string text = completeSiteFile(name);
     const std::string nameFromFile = readSiteField(text, SiteField::SiteName).value_or("");
     const std::string urlFromFile = readSiteField(text, SiteField::SiteURL).value_or("");
 
-    vrlmpWinTit = std::string(kPlainWindowTitle) + " - " + nameFromFile;
-    view_.setWindowTitle(vrlmpWinTit);
+    process_.vrlmpWinTit = std::string(kPlainWindowTitle) + " - " + nameFromFile;
+    view_.setWindowTitle(process_.vrlmpWinTit);
 
     state_.ignoreRobotsChecked = readSiteField(text, SiteField::IgnoreRobotFile) == "YES";
     state_.details.totalLinksFound = countForDisplay(readSiteField(text, SiteField::TotalLinks));
@@ -117,10 +111,10 @@ void ScanViewController::siteSelected(const std::string& name) {
     state_.editSiteEnabled = true;
     state_.siteControlsEnabled = true;
     view_.reloadFilterList();
-    vrlmpViewChanged = true;
+    process_.vrlmpViewChanged = true;
     view_.clearScannedLinks();
     showState();
-    NotificationCenter::defaultCenter().post(kLoadFiltersNotification);
+    process_.notifications.post(kLoadFiltersNotification);
 }
 
 void ScanViewController::loadBrokenLinks(const std::string& siteNameFromFile) {
@@ -135,9 +129,9 @@ void ScanViewController::loadBrokenLinks(const std::string& siteNameFromFile) {
     if (lines.back().empty()) {
         lines.pop_back();
     }
-    vrlmpBadLinkArray.insert(vrlmpBadLinkArray.end(), lines.begin(), lines.end());
-    state_.details.brokenLinks = std::to_string(vrlmpBadLinkArray.size());
-    state_.brokenLinksButtonShown = !vrlmpBadLinkArray.empty();
+    process_.vrlmpBadLinkArray.insert(process_.vrlmpBadLinkArray.end(), lines.begin(), lines.end());
+    state_.details.brokenLinks = std::to_string(process_.vrlmpBadLinkArray.size());
+    state_.brokenLinksButtonShown = !process_.vrlmpBadLinkArray.empty();
 }
 
 void ScanViewController::ignoreRobotsAction(bool checked) {
@@ -158,8 +152,8 @@ void ScanViewController::ignoreRobotsAction(bool checked) {
 }
 
 void ScanViewController::filterAddPanel() {
-    vrlmpPLastState = vrlmpPLastState != 0 ? 0 : 1;
-    state_.filterDrawerOpen = vrlmpPLastState != 0;
+    process_.vrlmpPLastState = process_.vrlmpPLastState != 0 ? 0 : 1;
+    state_.filterDrawerOpen = process_.vrlmpPLastState != 0;
     showState();
 }
 
@@ -208,12 +202,12 @@ void ScanViewController::showPagesUsed(int32_t pagesUsed) {
     showState();
 }
 
-bool ScanViewController::passViewChanged() {
-    return vrlmpViewChanged;
+bool ScanViewController::passViewChanged() const {
+    return process_.vrlmpViewChanged;
 }
 
 void ScanViewController::setViewChanged() {
-    vrlmpViewChanged = false;
+    process_.vrlmpViewChanged = false;
 }
 
 void ScanViewController::showState() {

@@ -9,11 +9,13 @@
 
 namespace loomcrest {
 
+struct ProcessState;
+
 // The site list and the selected site's details. Selecting a site makes it the current
-// site of the whole application and announces it with the "vrlmpLFF" notification.
+// site of the shared state and announces it with the "vrlmpLFF" notification.
 class ScanViewController {
 public:
-    explicit ScanViewController(ScanView& view);
+    ScanViewController(ProcessState& process, ScanView& view);
 
     // Prepares the view once, when it is created.
     void awakeFromNib();
@@ -55,9 +57,10 @@ public:
 
     const ScanViewState& state() const { return state_; }
 
-    static bool passViewChanged();
-    // Clears the flag, whatever its name suggests.
-    static void setViewChanged();
+    // Whether a site was selected since the flag was last cleared.
+    bool passViewChanged() const;
+    // Clears the flag: the change has been taken in.
+    void setViewChanged();
 
 private:
     void selectionCleared();
@@ -65,6 +68,7 @@ private:
     void loadBrokenLinks(const std::string& siteNameFromFile);
     void showState();
 
+    ProcessState& process_;
     ScanView& view_;
     ScanViewState state_;
     std::vector<std::string> tableArray_;

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <array>
 
-#include "crawler/AllowedMedia.h"
 #include "platform/Text.h"
 #include "platform/Url.h"
+#include "sites/PageExtensions.h"
 
 namespace loomcrest {
 
@@ -13,25 +13,13 @@ namespace {
 
 constexpr std::array<char, 4> kForbiddenNameCharacters = {'/', '\\', '.', '?'};
 
-// The extensions that mark a URL as naming a page rather than a folder. They are searched
-// anywhere in the URL, host name included.
-constexpr std::array<std::string_view, 14> kPageExtensions = {
-    ".aspx", ".asp",  ".cfm",  ".html",  ".htm",  ".jsp",  ".php",
-    ".phps", ".cfml", ".shtm", ".shtml", ".php3", ".php4", ".php5"};
-
-// Each loop trims from the opposite end, so any surrounding blank empties the field.
-// Users rely on the field being refused rather than silently trimmed.
-std::string stripBlanks(std::string_view typed) {
-    std::string text(typed);
-    while (!text.empty() && text.front() == ' ') {
-        text.pop_back();
-    }
-    while (!text.empty() && text.back() == ' ') {
-        text.erase(text.begin());
-    }
-    return text;
+// Users rely on a field with a blank at either end being refused as blank rather than
+// silently trimmed.
+std::string emptiedIfBlankAtEitherEnd(std::string_view typed) {
+    return typed.starts_with(' ') || typed.ends_with(' ') ? std::string() : std::string(typed);
 }
 
+// The extensions are searched anywhere in the URL, host name included.
 bool namesAPage(std::string_view url) {
     return std::any_of(
         kPageExtensions.begin(), kPageExtensions.end(),
@@ -41,7 +29,7 @@ bool namesAPage(std::string_view url) {
 }  // namespace
 
 SiteInput checkSiteInput(std::string_view typedName, std::string_view typedURL) {
-    SiteInput input{stripBlanks(typedName), stripBlanks(typedURL), {}};
+    SiteInput input{emptiedIfBlankAtEitherEnd(typedName), emptiedIfBlankAtEitherEnd(typedURL), {}};
 
     if (input.name.empty()) {
         input.errors = "The site name field cannot be left blank.";

@@ -112,6 +112,9 @@ TEST_F(CommandLine, UsageErrorsExitTwo) {
     EXPECT_EQ(runLoomcrest(home, {"add", "OnlyName"}).exitCode, 2);
     EXPECT_EQ(runLoomcrest(home, {"robots", "Example", "sometimes"}).exitCode, 2);
     EXPECT_EQ(runLoomcrest(home, {"--help"}).exitCode, 0);
+    const auto version = runLoomcrest(home, {"--version"});
+    EXPECT_EQ(version.exitCode, 0);
+    EXPECT_EQ(version.out, "loomcrest " LOOMCREST_VERSION "\n");
 }
 
 TEST_F(CommandLine, VersionNamesTheProgramAndItsVersion) {
@@ -145,6 +148,7 @@ TEST(FiltersCommand, ListsAddsAndDeletesByRowFromOne) {
     EXPECT_EQ(runLoomcrest(home, {"filters", "Example", "add", "PDF"}).exitCode, 0);
     EXPECT_EQ(runLoomcrest(home, {"filters", "Example", "add", "old"}).exitCode, 0);
     EXPECT_EQ(runLoomcrest(home, {"filters", "Example"}).out, "  tmp  \nPDF\nold\n");
+    EXPECT_EQ(runLoomcrest(home, {"filters", "Example", "list"}).out, "  tmp  \nPDF\nold\n");
 
     EXPECT_EQ(runLoomcrest(home, {"filters", "Example", "delete", "3", "1"}).exitCode, 0);
     EXPECT_EQ(fileContents(file), "PDF\n");
@@ -200,9 +204,12 @@ TEST(XmlCommand, ListsEditsAndDeletesEntries) {
     writeFile(file, header + entry("http://example.com/?a=1&amp;b=2", "0.5") +
                         entry("http://example.com/x.html", "0.5") + "\n</urlset>");
 
-    EXPECT_EQ(runLoomcrest(home, {"xml", "Site"}).out,
-              "1\thttp://example.com/?a=1&b=2\t\tmonthly\t0.5\n"
-              "2\thttp://example.com/x.html\t\tmonthly\t0.5\n");
+    for (const auto& list :
+         {runLoomcrest(home, {"xml", "Site"}), runLoomcrest(home, {"xml", "Site", "list"})}) {
+        EXPECT_EQ(list.out,
+                  "1\thttp://example.com/?a=1&b=2\t\tmonthly\t0.5\n"
+                  "2\thttp://example.com/x.html\t\tmonthly\t0.5\n");
+    }
 
     const auto january = runLoomcrest(home, {"xml", "Site", "set", "1", "lastmod", "2024-01-17"});
     EXPECT_EQ(january.exitCode, 1);
@@ -262,6 +269,10 @@ TEST(HtmlCommand, ListsStylesEditsDeletesAndPreviews) {
         0);
     EXPECT_NE(fileContents(folder + "/sitemap1c.html").find(">Start &amp; more<!-- LINKID: 2 -->"),
               std::string::npos);
+    const auto blankTitle = runLoomcrest(home, {"html", "Demo", "1c", "edit", "2", "--title", ""});
+    EXPECT_EQ(blankTitle.exitCode, 1);
+    EXPECT_EQ(blankTitle.err,
+              "The title field cannot be left blank, please enter a title for this page.\n\n");
 
     EXPECT_EQ(runLoomcrest(home, {"html", "Demo", "1c", "delete", "1"}).exitCode, 0);
     EXPECT_TRUE(runLoomcrest(home, {"html", "Demo", "1c", "lines"})

@@ -110,7 +110,7 @@ TEST_F(HostileServers, NeitherHangNorCrashTheScan) {
     scan();
 
     EXPECT_FALSE(driver.isScanning());
-    const auto broken = vrlmpBadLinkArray;
+    const auto broken = process.vrlmpBadLinkArray;
     for (const char* page : {"/silent.html", "/slow.html", "/endless.html", "/loop.html"}) {
         EXPECT_NE(std::find(broken.begin(), broken.end(), hostile.url(page)), broken.end()) << page;
     }

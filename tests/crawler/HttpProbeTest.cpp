@@ -12,7 +12,6 @@ using test::TestServer;
 class StartUrlProbe : public testing::Test {
 protected:
     void SetUp() override {
-        vrlmpBadLinkReasonArray.clear();
         auto& routes = server.server();
         routes.Get("/", [](const httplib::Request&, httplib::Response& res) {
             res.set_content("<html></html>", "text/html");
@@ -24,28 +23,27 @@ protected:
                    [](const httplib::Request&, httplib::Response& res) { res.status = 299; });
         server.start();
     }
-    void TearDown() override { vrlmpBadLinkReasonArray.clear(); }
-
     TestServer server;
-    SiteScanner scanner;
+    ProcessState process;
+    SiteScanner scanner{process};
 };
 
 TEST_F(StartUrlProbe, OnlyA200Passes) {
     EXPECT_TRUE(scanner.httpIsValid(server.url("/")));
-    EXPECT_TRUE(vrlmpBadLinkReasonArray.empty());
+    EXPECT_TRUE(process.vrlmpBadLinkReasonArray.empty());
 }
 
 TEST_F(StartUrlProbe, OtherStatusesAddTheirReasonText) {
     EXPECT_FALSE(scanner.httpIsValid(server.url("/missing/")));
     EXPECT_FALSE(scanner.httpIsValid(server.url("/old/")));
     EXPECT_FALSE(scanner.httpIsValid(server.url("/odd/")));
-    EXPECT_EQ(vrlmpBadLinkReasonArray,
+    EXPECT_EQ(process.vrlmpBadLinkReasonArray,
               (std::vector<std::string>{"404 - Not Found", "301 - Moved Permanently", "299 - "}));
 }
 
 TEST_F(StartUrlProbe, NoAnswerRecordsNothing) {
     EXPECT_FALSE(scanner.httpIsValid("http://127.0.0.1:1/"));
-    EXPECT_TRUE(vrlmpBadLinkReasonArray.empty());
+    EXPECT_TRUE(process.vrlmpBadLinkReasonArray.empty());
 }
 
 }  // namespace

@@ -15,18 +15,17 @@ namespace {
 class LinkAcceptance : public testing::Test {
 protected:
     void SetUp() override {
-        vrlmpFiltersArray.clear();
         scanner.setAllowedMedia();
         scanner.setSiteBaseURL("http://host/");
         onPage("http://host/");
     }
-    void TearDown() override { vrlmpFiltersArray.clear(); }
 
     void onPage(const std::string& url) { scanner.setPageBaseURLs(url); }
     void queued(const std::string& url) { scanner.uniquePagesLeftMArray.append(url); }
     LinkDecision accept(const std::string& href) { return scanner.acceptLink(href); }
 
-    SiteScanner scanner;
+    ProcessState process;
+    SiteScanner scanner{process};
 };
 
 LinkDecision decision(LinkOutcome outcome, std::string url) {
@@ -84,7 +83,7 @@ TEST_F(LinkAcceptance, HostTwinsAreOnePageInEitherOrder) {
     EXPECT_EQ(accept("http://www.host/x.html"),
               decision(LinkOutcome::Recorded, "http://www.host/x.html"));
 
-    SiteScanner reversed;
+    SiteScanner reversed{process};
     reversed.setAllowedMedia();
     reversed.setSiteBaseURL("http://host/");
     reversed.setPageBaseURLs("http://host/");
@@ -133,7 +132,7 @@ TEST_F(LinkAcceptance, FiltersAlwaysWinRobotsOnlyWhileObeyed) {
     scanner.ignoreRobots = true;
     EXPECT_EQ(accept("/private/x.html").outcome, LinkOutcome::Queued);
 
-    vrlmpFiltersArray = {"PDF"};
+    process.vrlmpFiltersArray = {"PDF"};
     EXPECT_EQ(accept("/files/report.pdf?x=1"), kDropped);
     EXPECT_EQ(accept("/PdF.html"), kDropped);
 }
@@ -153,7 +152,8 @@ TEST_F(LinkAcceptance, PageBasesCutBackOnlyForPageNames) {
 }
 
 TEST(AllowedMedia, HoldsTheFourteenExtensionsInOrder) {
-    SiteScanner scanner;
+    ProcessState process;
+    SiteScanner scanner{process};
     scanner.setAllowedMedia();
     EXPECT_EQ(
         scanner.allowedMediaArray,

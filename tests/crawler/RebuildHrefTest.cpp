@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "app/ProcessState.h"
 #include "crawler/SiteScanner.h"
 
 namespace loomcrest {
@@ -12,7 +13,8 @@ protected:
         scanner.setSiteBaseURL("http://host/site/");
         scanner.setPageBaseURLs("http://host/site/a/b/page.html");
     }
-    SiteScanner scanner;
+    ProcessState process;
+    SiteScanner scanner{process};
 };
 
 TEST_F(RebuildHref, TheSiteBaseAndAbsoluteLinksStandAsTheyAre) {

@@ -29,29 +29,27 @@ protected:
     void SetUp() override {
         checkNeededFoldersExist();
         createFolder(siteFolderLocation("Example"));
-        vrlmpFiltersArray.clear();
     }
-    void TearDown() override { vrlmpFiltersArray.clear(); }
     std::string filterFile() const { return home.dataRoot() + "/Example/filters.zplp"; }
 
     TemporaryHome home;
     std::string shownName = "Example";
     RecordingFilterView view;
     RecordingAlerts alerts;
-    NotificationCenter notifications;
-    ScanFilters filters{[this] { return shownName; }, view, alerts, notifications};
+    ProcessState process;
+    ScanFilters filters{process, [this] { return shownName; }, view, alerts};
 };
 
 TEST_F(Filters, SelectingASiteCreatesAndLoadsItsFile) {
-    notifications.post("vrlmpLFF");
+    process.notifications.post("vrlmpLFF");
     EXPECT_TRUE(pathExists(filterFile()));
     EXPECT_EQ(fileContents(filterFile()), "");
-    EXPECT_TRUE(vrlmpFiltersArray.empty());
+    EXPECT_TRUE(process.vrlmpFiltersArray.empty());
     EXPECT_EQ(view.reloads, 1);
 
     writeFile(filterFile(), "tmp\n\nPDF\n  spaced  \n");
-    notifications.post("vrlmpLFF");
-    EXPECT_EQ(vrlmpFiltersArray, (std::vector<std::string>{"tmp", "PDF", "  spaced  "}));
+    process.notifications.post("vrlmpLFF");
+    EXPECT_EQ(process.vrlmpFiltersArray, (std::vector<std::string>{"tmp", "PDF", "  spaced  "}));
     EXPECT_EQ(filters.filterArrayLength(), 3U);
     EXPECT_EQ(filters.filterArrayObject(1), "PDF");
     EXPECT_EQ(filters.filterArrayObject(7), "");
@@ -63,7 +61,7 @@ TEST_F(Filters, AddingKeepsBlanksTrimsLineBreaksAndAllowsDuplicates) {
     filters.addFilterCommand("\r\nPDF\n");
     filters.addFilterCommand("PDF");
     EXPECT_EQ(fileContents(filterFile()), "  tmp  \nPDF\nPDF\n");
-    EXPECT_EQ(vrlmpFiltersArray, (std::vector<std::string>{"  tmp  ", "PDF", "PDF"}));
+    EXPECT_EQ(process.vrlmpFiltersArray, (std::vector<std::string>{"  tmp  ", "PDF", "PDF"}));
     EXPECT_EQ(view.clears, 3);
     EXPECT_TRUE(alerts.shown.empty());
 }
@@ -86,13 +84,13 @@ TEST_F(Filters, DeletingSelectedRowsRewritesTheFile) {
     EXPECT_EQ(fileContents(filterFile()), "b\nd\n");
     filters.deleteFilter({0, 1});
     EXPECT_EQ(fileContents(filterFile()), "");
-    EXPECT_TRUE(vrlmpFiltersArray.empty());
+    EXPECT_TRUE(process.vrlmpFiltersArray.empty());
 }
 
 TEST_F(Filters, AnUnreadableFileGivesNoFiltersAndIsNotOverwrittenByAdding) {
     writeFile(filterFile(), "caf\xe9\n");
     filters.loadFilterFile();
-    EXPECT_TRUE(vrlmpFiltersArray.empty());
+    EXPECT_TRUE(process.vrlmpFiltersArray.empty());
     filters.addFilterCommand("new");
     EXPECT_EQ(fileContents(filterFile()), "caf\xe9\n");
 }
@@ -101,7 +99,7 @@ TEST_F(Filters, WithoutASiteNothingIsWritten) {
     shownName.clear();
     filters.loadFilterFile();
     filters.addFilterCommand("x");
-    EXPECT_TRUE(vrlmpFiltersArray.empty());
+    EXPECT_TRUE(process.vrlmpFiltersArray.empty());
     EXPECT_FALSE(pathExists(home.dataRoot() + "/filters.zplp"));
 }
 

@@ -80,7 +80,7 @@ TEST_F(Scan, ASmallSiteBecomesItsSixLayoutsXmlAndStatistics) {
     EXPECT_EQ(details.linksScanned, "2");
     EXPECT_TRUE(siteView.state().brokenLinksButtonShown);
     EXPECT_TRUE(siteView.state().scanButtonEnabled);
-    EXPECT_EQ(vrlmpBadLinkArray, std::vector<std::string>{url("/b.html")});
+    EXPECT_EQ(process.vrlmpBadLinkArray, std::vector<std::string>{url("/b.html")});
     EXPECT_EQ(scanView.scannedLinks, home + "\n" + url("/a.html") + "\n" + url("/b.html") + "\n");
     EXPECT_EQ(sheet.lastProgress, (ScanProgress{0, 0, 0, 5, 1}));
     EXPECT_EQ(sheet.lastTotalLinks, 0);
@@ -114,7 +114,7 @@ TEST_F(Scan, BrokenNonHtmlAndListingPagesAreToldApart) {
     servePage("/files/", {"<title>Index of /files</title><a href=\"x.html\">x</a>"});
     addSite();
     scan();
-    EXPECT_EQ(vrlmpBadLinkArray,
+    EXPECT_EQ(process.vrlmpBadLinkArray,
               (std::vector<std::string>{url("/gone.html"), url("/r.php?f=pdf")}));
     EXPECT_EQ(siteFile("badLinks.txt"), url("/gone.html") + "\n" + url("/r.php?f=pdf") + "\n");
     EXPECT_EQ(siteFile("sitemap1cpo.html"),
@@ -212,7 +212,7 @@ TEST_F(Scan, ARedirectingStartUrlIsRefused) {
     ASSERT_EQ(alerts.shown.size(), 1U);
     EXPECT_EQ(alerts.shown[0].title, "The Site URL Could Not Be Reached");
     EXPECT_EQ(alerts.shown[0].message, "Error Code: 404 - Not Found");
-    EXPECT_EQ(vrlmpBadLinkReasonArray, std::vector<std::string>{"301 - Moved Permanently"});
+    EXPECT_EQ(process.vrlmpBadLinkReasonArray, std::vector<std::string>{"301 - Moved Permanently"});
     EXPECT_EQ(siteFile("sitemap1c.html"), head()) << "the headers stay as written";
     EXPECT_EQ(siteFile("sitemap.xml"), std::string(xmlSitemapHeader()));
     EXPECT_TRUE(siteView.state().scanButtonEnabled);
@@ -227,7 +227,7 @@ TEST_F(Scan, ANotAnsweringStartUrlShowsCodeZero) {
     scan();
     ASSERT_EQ(alerts.shown.size(), 1U);
     EXPECT_EQ(alerts.shown[0].message, "Error Code: 0 - ");
-    EXPECT_TRUE(vrlmpBadLinkReasonArray.empty());
+    EXPECT_TRUE(process.vrlmpBadLinkReasonArray.empty());
 }
 
 TEST_F(Scan, RobotsRulesAreObeyedUnlessIgnoredAndFiltersAlwaysApply) {
@@ -240,7 +240,7 @@ TEST_F(Scan, RobotsRulesAreObeyedUnlessIgnoredAndFiltersAlwaysApply) {
     writeFileAtomically(home.dataRoot() + "/Test/filters.zplp", "TMP\n");
     siteView.deselectAll();
     siteView.selectRow(0);
-    vrlmpFiltersArray = {"TMP"};
+    process.vrlmpFiltersArray = {"TMP"};
 
     scan();
     EXPECT_EQ(siteView.state().details.pagesFound, "1");

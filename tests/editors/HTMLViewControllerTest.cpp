@@ -15,6 +15,7 @@
 namespace loomcrest {
 namespace {
 
+using htmlstyle::Group;
 using htmlstyle::Rgb;
 using htmlstyle::Underline;
 using test::fileContents;
@@ -59,9 +60,7 @@ std::string threeColumnLayout() {
 class HtmlEditor : public testing::Test {
 protected:
     void SetUp() override {
-        vrlmpCurSite = "Site";
-        vrlmpCurrentView = 1;
-        vrlmpNeedsSave = false;
+        process.vrlmpCurSite = "Site";
         writeFile(layout("sitemap3c.html"), threeColumnLayout());
         writeFile(layout("sitemap2c.html"), "two columns");
         writeFile(returnFullFileLocation("Site"),
@@ -76,13 +75,14 @@ protected:
     RecordingAlerts alerts;
     ImmediateUiThread ui;
     std::string siteName = "Site";
-    HTMLViewController controller{view, alerts, ui, [this] { return siteName; }};
+    ProcessState process;
+    HTMLViewController controller{process, view, alerts, ui, [this] { return siteName; }};
 };
 
 TEST_F(HtmlEditor, FirstLoadShowsTheThreeColumnLayoutAndReadsItsStyle) {
-    EXPECT_EQ(vrlmpHTMLString, threeColumnLayout());
+    EXPECT_EQ(process.vrlmpHTMLString, threeColumnLayout());
     EXPECT_EQ(view.preview, threeColumnLayout());
-    EXPECT_EQ(vrlmpUTLLoc, layout("sitemap3c.html"));
+    EXPECT_EQ(process.vrlmpUTLLoc, layout("sitemap3c.html"));
     EXPECT_EQ(controller.urlToLoad(), "file://" + layout("sitemap3c.html"));
     const HtmlViewState& state = view.state;
     EXPECT_TRUE(state.editOptionsEnabled);
@@ -122,75 +122,78 @@ TEST_F(HtmlEditor, PlaceholdersWithoutSiteOrSitemap) {
 }
 
 TEST_F(HtmlEditor, ASizeChangeTouchesOnlyItsLine) {
-    controller.plFontSize(5);
+    controller.setFontSize(Group::PageLink, 5);
     const std::string expected = replaceAll(
         threeColumnLayout(), "\t\tfont-family: Times New Roman, Times, serif;\n\t\tfont-size: 1em;",
         "\t\tfont-family: Times New Roman, Times, serif;\n\t\tfont-size: 1.3em;");
     ASSERT_NE(expected, threeColumnLayout());
-    EXPECT_EQ(vrlmpHTMLString, expected);
+    EXPECT_EQ(process.vrlmpHTMLString, expected);
     EXPECT_TRUE(view.state.saveEnabled);
-    EXPECT_TRUE(vrlmpNeedsSave);
+    EXPECT_TRUE(process.vrlmpNeedsSave);
     EXPECT_EQ(fileContents(layout("sitemap3c.html")), threeColumnLayout()) << "not saved yet";
     EXPECT_EQ(fileContents(layout("sitemap2c.html")), "two columns");
 }
 
 TEST_F(HtmlEditor, FaceBoldAndItalicRewriteTheirGroupOnly) {
-    controller.ptFontFamily(0);
-    controller.ptFontStyleBold(false);
-    controller.plFontStyleItalic(true);
-    const auto title = htmlstyle::readGroupStyle(vrlmpHTMLString, htmlstyle::Group::PageTitle);
-    const auto link = htmlstyle::readGroupStyle(vrlmpHTMLString, htmlstyle::Group::PageLink);
+    controller.setFontFace(Group::PageTitle, 0);
+    controller.setBold(Group::PageTitle, false);
+    controller.setItalic(Group::PageLink, true);
+    const auto title =
+        htmlstyle::readGroupStyle(process.vrlmpHTMLString, htmlstyle::Group::PageTitle);
+    const auto link =
+        htmlstyle::readGroupStyle(process.vrlmpHTMLString, htmlstyle::Group::PageLink);
     EXPECT_EQ(title.fontFamily, "Arial, Helvetica, sans-serif");
     EXPECT_EQ(title.fontWeight, "normal");
     EXPECT_EQ(title.fontStyle, "normal");
     EXPECT_EQ(link.fontFamily, "Times New Roman, Times, serif");
     EXPECT_EQ(link.fontStyle, "italic");
-    EXPECT_EQ(vrlmpHTMLString.find(".zplPageTitleBroken a {\n\tfont-family: Arial"),
+    EXPECT_EQ(process.vrlmpHTMLString.find(".zplPageTitleBroken a {\n\tfont-family: Arial"),
               std::string::npos);
 }
 
 TEST_F(HtmlEditor, UnderlineRoundTripTurnsTheSaveStateOff) {
-    controller.ptUnderlineAll();
-    EXPECT_NE(vrlmpHTMLString.find("\t.zplPageTitle a:link { text-decoration:underline }\n"),
-              std::string::npos);
+    controller.setUnderline(Group::PageTitle, Underline::Always);
+    EXPECT_NE(
+        process.vrlmpHTMLString.find("\t.zplPageTitle a:link { text-decoration:underline }\n"),
+        std::string::npos);
     EXPECT_TRUE(view.state.saveEnabled);
-    controller.ptUnderlineNone();
-    EXPECT_NE(vrlmpHTMLString.find("\t.zplPageTitle a:hover { text-decoration:none }\n"),
+    controller.setUnderline(Group::PageTitle, Underline::None);
+    EXPECT_NE(process.vrlmpHTMLString.find("\t.zplPageTitle a:hover { text-decoration:none }\n"),
               std::string::npos);
     controller.setPopupButtons();
     EXPECT_EQ(view.state.pt.underline, Underline::None);
-    controller.ptUnderlineOnHover();
-    EXPECT_EQ(vrlmpHTMLString, threeColumnLayout());
+    controller.setUnderline(Group::PageTitle, Underline::OnHover);
+    EXPECT_EQ(process.vrlmpHTMLString, threeColumnLayout());
     EXPECT_FALSE(view.state.saveEnabled);
-    EXPECT_FALSE(vrlmpNeedsSave);
+    EXPECT_FALSE(process.vrlmpNeedsSave);
 }
 
 TEST_F(HtmlEditor, HexEntries) {
-    controller.ptFontColourFieldAction("ff8800");
+    controller.colourFieldEntered(Group::PageTitle, "ff8800");
     EXPECT_TRUE(alerts.shown.empty());
-    EXPECT_NE(vrlmpHTMLString.find("\t\tcolor: #ff8800;\n\t\tfont-size: 1.1em;"),
+    EXPECT_NE(process.vrlmpHTMLString.find("\t\tcolor: #ff8800;\n\t\tfont-size: 1.1em;"),
               std::string::npos);
     EXPECT_EQ(view.state.pt.colourField, "ff8800");
     EXPECT_EQ(view.state.pt.colourWell, (Rgb{1, 136.0 / 255.0, 0}));
 
-    controller.ptFontColourFieldAction("#00FF00");
+    controller.colourFieldEntered(Group::PageTitle, "#00FF00");
     EXPECT_TRUE(alerts.shown.empty());
-    EXPECT_NE(vrlmpHTMLString.find("\t\tcolor: #00FF00;\n"), std::string::npos);
+    EXPECT_NE(process.vrlmpHTMLString.find("\t\tcolor: #00FF00;\n"), std::string::npos);
 
-    const std::string before = vrlmpHTMLString;
-    controller.ptFontColourFieldAction("#12345");
+    const std::string before = process.vrlmpHTMLString;
+    controller.colourFieldEntered(Group::PageTitle, "#12345");
     ASSERT_EQ(alerts.shown.size(), 1U);
     EXPECT_EQ(alerts.shown[0].title,
               "The colour much be 6 characters, (7 with begining #) please "
               "check the colour hex value you entered.");
     EXPECT_EQ(alerts.shown[0].defaultButton, "OK");
     EXPECT_EQ(alerts.shown[0].otherButton, "Reset");
-    EXPECT_EQ(vrlmpHTMLString, before);
+    EXPECT_EQ(process.vrlmpHTMLString, before);
 
     alerts.answers = {kOtherButtonCode};
-    controller.plFontColourFieldAction("#ff88001a");
+    controller.colourFieldEntered(Group::PageLink, "#ff88001a");
     ASSERT_EQ(alerts.shown.size(), 2U) << "the length warning, and the entry is used anyway";
-    EXPECT_NE(vrlmpHTMLString.find("\t\tcolor: #ff88001a;\n\t}"), std::string::npos);
+    EXPECT_NE(process.vrlmpHTMLString.find("\t\tcolor: #ff88001a;\n\t}"), std::string::npos);
     EXPECT_EQ(view.state.pl.colourWell, (Rgb{0, 0, 1})) << "eight hex digits leave the well";
     EXPECT_EQ(view.state.pl.colourField, "#0000FF") << "Reset puts the well's colour back";
 }
@@ -208,16 +211,16 @@ TEST_F(HtmlEditor, ColourTextConversions) {
 }
 
 TEST_F(HtmlEditor, SaveButtonAsksThenWritesOrDiscards) {
-    controller.plFontSize(0);
+    controller.setFontSize(Group::PageLink, 0);
     controller.saveRecentChanges();
     ASSERT_EQ(alerts.shown.size(), 1U);
     EXPECT_EQ(alerts.shown[0].title, "Are you sure you want to save the changes you have made?");
     EXPECT_EQ(alerts.shown[0].otherButton, "Cancel");
-    EXPECT_EQ(fileContents(layout("sitemap3c.html")), vrlmpHTMLString);
+    EXPECT_EQ(fileContents(layout("sitemap3c.html")), process.vrlmpHTMLString);
     EXPECT_FALSE(view.state.saveEnabled);
 
     controller.changeMapType(1);
-    controller.plFontSize(6);
+    controller.setFontSize(Group::PageLink, 6);
     alerts.answers = {kOtherButtonCode};
     controller.saveNow("savebutton");
     EXPECT_EQ(view.state.layout, 0U) << "cancelling drops the edits and shows the first layout";
@@ -229,32 +232,32 @@ TEST_F(HtmlEditor, SaveButtonAsksThenWritesOrDiscards) {
 
 TEST_F(HtmlEditor, LayoutSwitchWithChangesKeepsTheOldPromptPath) {
     controller.changeMapType(1);
-    EXPECT_EQ(vrlmpHTMLString, "two columns");
-    EXPECT_EQ(vrlmpUTLLoc, layout("sitemap2c.html"));
+    EXPECT_EQ(process.vrlmpHTMLString, "two columns");
+    EXPECT_EQ(process.vrlmpUTLLoc, layout("sitemap2c.html"));
     EXPECT_EQ(view.state.layoutLabel, "Two Columns, All Links");
 
     controller.changeMapType(0);
-    controller.ptFontSize(0);
+    controller.setFontSize(Group::PageTitle, 0);
     alerts.answers = {kOtherButtonCode};
     controller.changeMapType(1);
     EXPECT_EQ(alerts.shown.back().title,
               "Changes have been made to the look of this sitemap, "
               "would you like to save these changes?");
-    EXPECT_EQ(vrlmpHTMLString, "two columns");
-    EXPECT_EQ(vrlmpUTLLoc, layout("sitemap3c.html")) << "only a direct switch moves it";
+    EXPECT_EQ(process.vrlmpHTMLString, "two columns");
+    EXPECT_EQ(process.vrlmpUTLLoc, layout("sitemap3c.html")) << "only a direct switch moves it";
     EXPECT_EQ(fileContents(layout("sitemap3c.html")), threeColumnLayout());
 }
 
 TEST_F(HtmlEditor, CheckSaveWritesToTheLastLoadedPath) {
-    controller.ptFontSize(6);
-    HTMLViewController::checkSave(alerts);
+    controller.setFontSize(Group::PageTitle, 6);
+    HTMLViewController::checkSave(process, alerts);
     ASSERT_EQ(alerts.shown.size(), 1U);
     EXPECT_EQ(alerts.shown[0].title,
               "Changes have been made to this sitemap, would you like to save before proceeding?");
     EXPECT_EQ(alerts.shown[0].otherButton, "Discard");
-    EXPECT_EQ(fileContents(layout("sitemap3c.html")), vrlmpHTMLString);
-    EXPECT_FALSE(vrlmpNeedsSave);
-    HTMLViewController::checkSave(alerts);
+    EXPECT_EQ(fileContents(layout("sitemap3c.html")), process.vrlmpHTMLString);
+    EXPECT_FALSE(process.vrlmpNeedsSave);
+    HTMLViewController::checkSave(process, alerts);
     EXPECT_EQ(alerts.shown.size(), 1U) << "nothing to save, nothing asked";
 }
 
@@ -274,7 +277,7 @@ TEST_F(HtmlEditor, AClickFillsTheFieldsAndAnEditRewritesTheLine) {
         "<a href=\"http://h/a.html---LINKID:2---\">Tom &amp; Jerry<!-- LINKID: 2 --></a>",
         "<a href=\"http://h/tom.html---LINKID:2---\">Tom &amp; Jerry's<!-- LINKID: 2 --></a>");
     ASSERT_NE(expected, threeColumnLayout());
-    EXPECT_EQ(vrlmpHTMLString, expected);
+    EXPECT_EQ(process.vrlmpHTMLString, expected);
     EXPECT_EQ(fileContents(layout("sitemap3c.html")), expected) << "saved at once";
 
     controller.setEditFields("Tom", "http://h/tom.html");
@@ -326,7 +329,7 @@ TEST_F(HtmlEditor, DeletingATitleFollowedByTheNextPagePromotesNothing) {
 }
 
 TEST_F(HtmlEditor, UnsavedChangesAreOfferedBeforeADeletion) {
-    controller.ptFontSize(0);
+    controller.setFontSize(Group::PageTitle, 0);
     controller.linkClicked("http://h/b.html---LINKID:3---", "B");
     alerts.answers = {kAlternateButtonCode};
     controller.deleteLinkAction();
@@ -359,7 +362,7 @@ TEST_F(HtmlEditor, PreviewStripsMarkersAndAddsTheClosingTags) {
 TEST_F(HtmlEditor, ACancelledPreviewWritesNothing) {
     writeFile(home.dataRoot() + "/Site/tmpMap.html", "earlier preview");
     controller.cancelViewInExternalButtonAction();
-    controller.ptFontSize(0);
+    controller.setFontSize(Group::PageTitle, 0);
     alerts.answers = {kOtherButtonCode};
     controller.viewSitemapButton();  // through the prompt the earlier cancel still holds
     controller.waitForPreview();
@@ -368,7 +371,7 @@ TEST_F(HtmlEditor, ACancelledPreviewWritesNothing) {
 }
 
 TEST_F(HtmlEditor, OpeningWithoutASiteIsRefused) {
-    vrlmpCurSite.clear();
+    process.vrlmpCurSite.clear();
     EXPECT_FALSE(controller.viewTBIAction());
     ASSERT_EQ(alerts.shown.size(), 1U);
     EXPECT_EQ(alerts.shown[0].title,
@@ -400,15 +403,15 @@ std::string sevenCells() {
 
 TEST(HtmlEditorRebuild, EmptyingACellRepacksTheLayout) {
     TemporaryHome home;
-    vrlmpCurSite = "Site";
-    vrlmpCurrentView = 1;
+    ProcessState process;
+    process.vrlmpCurSite = "Site";
     const std::string path = home.dataRoot() + "/Site/sitemap3cpo.html";
     writeFile(home.dataRoot() + "/Site/sitemap3c.html", "unused");
     writeFile(path, sevenCells());
     RecordingHtmlView view;
     RecordingAlerts alerts;
     ImmediateUiThread ui;
-    HTMLViewController controller(view, alerts, ui, [] { return std::string("Site"); });
+    HTMLViewController controller(process, view, alerts, ui, [] { return std::string("Site"); });
     controller.firstLoad();
     controller.changeMapType(3);
     controller.linkClicked("http://h/p5.html---LINKID:5---", "P5");
@@ -431,7 +434,7 @@ TEST(HtmlEditorRebuild, EmptyingACellRepacksTheLayout) {
                   // The scan's filler cells made a third row, which the clean-up removed,
                   // leaving the line feed and tab that stood before it.
                   "\n\t\n</table>\n</body>\n</html>");
-    EXPECT_EQ(vrlmpHTMLString, fileContents(path));
+    EXPECT_EQ(process.vrlmpHTMLString, fileContents(path));
     EXPECT_FALSE(view.state.saveEnabled);
 }
 

@@ -103,7 +103,7 @@ TEST(LayoutRebuild, ThreeColumnsRepackAfterTheFifthOfSevenCellsEmptied) {
                                                cell(line(kP4)), cell(line(kP6)), cell(line(kP7)),
                                                "<td>\xC2\xA0</td>"}));
     // Its row, one empty cell and two fillers, is taken out again, all but "\n\t".
-    EXPECT_EQ(rebuiltLayout(kHead, LayoutWidth::ThreeColumns, cells),
+    EXPECT_EQ(rebuiltLayout(kHead, 3, cells),
               kHead + kTableStart + "\n\t<tr valign=\"top\">\n\t\t<td width=\"32%\">\n\t\t\t" +
                   kP1 + "\n\t\t</td>\n\t\t<td width=\"32%\">\n\t\t\t" + kP2 +
                   "\n\t\t</td>\n\t\t<td width=\"32%\">\n\t\t\t" + kP3 +
@@ -120,7 +120,7 @@ TEST(LayoutRebuild, ThreeColumnsFillTheLastRow) {
     const std::string scanned =
         layout(row({line(kP1), line(kP2), line(kP3)}) + row({line(kP4), line(kP5), ""}), kTableEnd);
     bool removed = false;
-    EXPECT_EQ(rebuiltLayout(kHead, LayoutWidth::ThreeColumns, cellsToKeep(scanned, removed)),
+    EXPECT_EQ(rebuiltLayout(kHead, 3, cellsToKeep(scanned, removed)),
               kHead + kTableStart + "\n\t<tr valign=\"top\">\n\t\t<td width=\"32%\">\n\t\t\t" +
                   kP1 + "\n\t\t</td>\n\t\t<td width=\"32%\">\n\t\t\t" + kP2 +
                   "\n\t\t</td>\n\t\t<td width=\"32%\">\n\t\t\t" + kP3 +
@@ -131,32 +131,31 @@ TEST(LayoutRebuild, ThreeColumnsFillTheLastRow) {
                   "\n</table>\n</body>\n</html>");
     EXPECT_TRUE(removed);
 
-    EXPECT_EQ(rebuiltLayout(kHead, LayoutWidth::ThreeColumns, {cell(line(kP1))}),
+    EXPECT_EQ(rebuiltLayout(kHead, 3, {cell(line(kP1))}),
               kHead + kTableStart + "\n\t<tr valign=\"top\">\n\t\t<td width=\"32%\">\n\t\t\t" +
                   kP1 +
                   "\n\t\t</td>\n\t\t<td width=\"32%\">\n\t\t\t&nbsp;\n\t\t</td>"
                   "\n\t\t<td width=\"32%\">\n\t\t\t&nbsp;\n\t\t</td>\n\t</tr>"
                   "\n</table>\n</body>\n</html>");
-    EXPECT_EQ(rebuiltLayout(kHead, LayoutWidth::ThreeColumns, {}),
-              kHead + kTableStart + "\n</table>\n</body>\n</html>");
+    EXPECT_EQ(rebuiltLayout(kHead, 3, {}), kHead + kTableStart + "\n</table>\n</body>\n</html>");
 }
 
 TEST(LayoutRebuild, ThreeColumnsDropALastRowWhoseOnlyCellIsEmpty) {
-    EXPECT_EQ(rebuiltLayout(kHead, LayoutWidth::ThreeColumns,
-                            {cell(line(kP1)), cell(line(kP2)), cell(line(kP3)), cell("")}),
-              kHead + kTableStart + "\n\t<tr valign=\"top\">\n\t\t<td width=\"32%\">\n\t\t\t" +
-                  kP1 + "\n\t\t</td>\n\t\t<td width=\"32%\">\n\t\t\t" + kP2 +
-                  "\n\t\t</td>\n\t\t<td width=\"32%\">\n\t\t\t" + kP3 +
-                  "\n\t\t</td>\n\t</tr>"
-                  "\n\t"
-                  "\n</table>\n</body>\n</html>");
+    EXPECT_EQ(
+        rebuiltLayout(kHead, 3, {cell(line(kP1)), cell(line(kP2)), cell(line(kP3)), cell("")}),
+        kHead + kTableStart + "\n\t<tr valign=\"top\">\n\t\t<td width=\"32%\">\n\t\t\t" + kP1 +
+            "\n\t\t</td>\n\t\t<td width=\"32%\">\n\t\t\t" + kP2 +
+            "\n\t\t</td>\n\t\t<td width=\"32%\">\n\t\t\t" + kP3 +
+            "\n\t\t</td>\n\t</tr>"
+            "\n\t"
+            "\n</table>\n</body>\n</html>");
 }
 
 TEST(LayoutRebuild, TwoColumnsEndAnOddCountWithANarrowFiller) {
     const std::string scanned =
         layout(row({line(kP1), line(kP2)}) + row({"", line(kP4)}), kTableEnd);
     bool removed = false;
-    EXPECT_EQ(rebuiltLayout(kHead, LayoutWidth::TwoColumns, cellsToKeep(scanned, removed)),
+    EXPECT_EQ(rebuiltLayout(kHead, 2, cellsToKeep(scanned, removed)),
               kHead + kTableStart + "\n\t<tr valign=\"top\">\n\t\t<td width=\"49%\">\n\t\t\t" +
                   kP1 + "\n\t\t</td>\n\t\t<td width=\"49%\">\n\t\t\t" + kP2 +
                   "\n\t\t</td>\n\t</tr>"
@@ -176,7 +175,7 @@ TEST(LayoutRebuild, TwoColumnsKeepARowWhoseOnlyCellIsEmpty) {
     EXPECT_TRUE(removed);
     EXPECT_EQ(cells, (std::vector<std::string>{cell(line(kP1)), cell(line(kP2)), cell(line(kP3)),
                                                cell(line(kP4)), "<td>\xC2\xA0</td>"}));
-    EXPECT_EQ(rebuiltLayout(kHead, LayoutWidth::TwoColumns, cells),
+    EXPECT_EQ(rebuiltLayout(kHead, 2, cells),
               kHead + kTableStart + "\n\t<tr valign=\"top\">\n\t\t<td width=\"49%\">\n\t\t\t" +
                   kP1 + "\n\t\t</td>\n\t\t<td width=\"49%\">\n\t\t\t" + kP2 +
                   "\n\t\t</td>\n\t</tr>"
@@ -189,8 +188,7 @@ TEST(LayoutRebuild, TwoColumnsKeepARowWhoseOnlyCellIsEmpty) {
 }
 
 TEST(LayoutRebuild, OneColumnPutsEachCellInARowOfItsOwn) {
-    EXPECT_EQ(rebuiltLayout(kHead, LayoutWidth::OneColumn,
-                            {cell(line(kP1) + line(kP2)), cell(line(kP3))}),
+    EXPECT_EQ(rebuiltLayout(kHead, 1, {cell(line(kP1) + line(kP2)), cell(line(kP3))}),
               kHead + kTableStart + "\n\t<tr valign=\"top\">\n\t\t<td>\n\t\t\t" + kP1 + "\n\t\t\t" +
                   kP2 +
                   "\n\t\t</td>\n\t</tr>"
@@ -208,7 +206,7 @@ TEST(LayoutRebuild, LinesSurviveSerialisationByteForByte) {
     bool removed = false;
     const auto cells = cellsToKeep(scanned, removed);
     EXPECT_EQ(cells, std::vector<std::string>{cell(line(kP2) + line(link))});
-    EXPECT_EQ(rebuiltLayout("<html>\n", LayoutWidth::OneColumn, cells),
+    EXPECT_EQ(rebuiltLayout("<html>\n", 1, cells),
               "<html>\n" + kTableStart + "\n\t<tr valign=\"top\">\n\t\t<td>\n\t\t\t" + kP2 +
                   "\n\t\t\t" + link + "\n\t\t</td>\n\t</tr>\n</table>\n</body>\n</html>");
 

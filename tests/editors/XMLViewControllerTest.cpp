@@ -50,7 +50,7 @@ std::string savedEntry(const std::string& url, const std::string& date,
 class XmlEditor : public testing::Test {
 protected:
     void SetUp() override {
-        vrlmpCurSite = "Site";
+        process.vrlmpCurSite = "Site";
         writeFile(file(), scannedFile({{"http://h/", "2024-03-01"},
                                        {"http://h/a.html?x=1&y='2'", ""},
                                        {"http://h/b.html", "2023-12-31"}}));
@@ -60,7 +60,8 @@ protected:
 
     TemporaryHome home;
     RecordingAlerts alerts;
-    XMLViewController xml{alerts, [] { return std::string("Site"); }};
+    ProcessState process;
+    XMLViewController xml{process, alerts, [] { return std::string("Site"); }};
 };
 
 TEST_F(XmlEditor, ShowsOneRowPerEntryWithUnescapedAddresses) {
@@ -88,7 +89,7 @@ TEST_F(XmlEditor, TheAddressIsSavedWithBareAmpersandsAndReadBack) {
     EXPECT_NE(saved.find("<loc>http://h/new.html?a=1&b=2</loc>"), std::string::npos);
     EXPECT_NE(saved.find("<loc>http://h/a.html?x=1&y='2'</loc>"), std::string::npos);
 
-    XMLViewController reopened(alerts, [] { return std::string("Site"); });
+    XMLViewController reopened(process, alerts, [] { return std::string("Site"); });
     reopened.createTableContent();
     EXPECT_EQ(reopened.objectValueForTableColumn(Column::URL, 0), "http://h/new.html?a=1&b=2");
     reopened.setObjectValue("weekly", Column::ChangeFrequency, 2);
@@ -167,8 +168,8 @@ TEST_F(XmlEditor, AMissingOrBrokenFileGivesAnEmptyTable) {
 TEST(XmlEditorWithoutSite, RefusesToOpen) {
     TemporaryHome home;
     RecordingAlerts alerts;
-    XMLViewController xml(alerts, [] { return std::string(); });
-    vrlmpCurSite.clear();
+    ProcessState process;
+    XMLViewController xml(process, alerts, [] { return std::string(); });
     EXPECT_FALSE(xml.viewTBIAction());
     ASSERT_EQ(alerts.shown.size(), 1U);
     EXPECT_EQ(alerts.shown[0].title,
@@ -195,10 +196,11 @@ TEST(LastUpdatedRule, ReadsMonthAndDayByPosition) {
 
 TEST(LastUpdatedRule, TheFormatMessageNamesToday) {
     TemporaryHome home;
-    vrlmpCurSite = "Site";
+    ProcessState process;
+    process.vrlmpCurSite = "Site";
     writeFile(home.dataRoot() + "/Site/sitemap.xml", scannedFile({{"http://h/", ""}}));
     RecordingAlerts alerts;
-    XMLViewController xml(alerts, [] { return std::string("Site"); });
+    XMLViewController xml(process, alerts, [] { return std::string("Site"); });
     xml.createTableContent();
     xml.setObjectValue("17.05.2024", Column::LastUpdated, 0);
     const time_t now = std::time(nullptr);

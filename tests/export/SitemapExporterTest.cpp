@@ -49,9 +49,7 @@ protected:
     void SetUp() override {
         view.answer = home.path() + "/exported";
         exporter.setSelectedSite("Site");
-        vrlmpBadLinkArray.clear();
     }
-    void TearDown() override { vrlmpBadLinkArray.clear(); }
     std::string site(const std::string& file) const { return home.dataRoot() + "/Site/" + file; }
     std::string exported() const { return fileContents(*view.answer); }
 
@@ -59,7 +57,8 @@ protected:
     RecordingExportView view;
     RecordingAlerts alerts;
     ImmediateUiThread ui;
-    SitemapExporter exporter{view, alerts, ui};
+    ProcessState process;
+    SitemapExporter exporter{process, view, alerts, ui};
 };
 
 TEST_F(Export, ALayoutLosesItsMarkersAndNothingElse) {
@@ -155,7 +154,7 @@ TEST_F(Export, CancellingTheSaveDialogWritesNothing) {
 }
 
 TEST_F(Export, BrokenLinksAsHtmlAndText) {
-    vrlmpBadLinkArray = {"http://h/a?x=1&y=2", "http://h/gone.html"};
+    process.vrlmpBadLinkArray = {"http://h/a?x=1&y=2", "http://h/gone.html"};
     exporter.exportBrokenAsHTMLAction();
     exporter.waitForExport();
     EXPECT_EQ(

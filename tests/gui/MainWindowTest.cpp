@@ -67,8 +67,6 @@ private:
 private slots:
     void init() {
         home_ = std::make_unique<test::TemporaryHome>();
-        vrlmpCurrentView = 1;
-        vrlmpNeedsSave = false;
         QtAlerts::forgetShownAlerts();
         QtAlerts::queueAnswers({});
         openWindow();
@@ -80,7 +78,7 @@ private slots:
 
     void startsOnTheScanViewWithTheDataFolders() {
         QCOMPARE(window_->windowTitle(), QStringLiteral("Loomcrest2"));
-        QCOMPARE(MainViewControl::returnCurrentView(), 1);
+        QCOMPARE(window_->returnCurrentView(), 1);
         QVERIFY(QFileInfo::exists(QString::fromStdString(homeFolderLocation())));
         QCOMPARE(window_->exportView().sitePickerItems(),
                  QStringList{QStringLiteral("No Sites Have Been Scanned")});
@@ -155,10 +153,10 @@ private slots:
         QTRY_VERIFY(window_->filterDrawer().isVisible());
         window_->toolbarAction(MainViewControl::Export)->trigger();
         QVERIFY(!window_->filterDrawer().isVisible());
-        QCOMPARE(MainViewControl::returnCurrentView(), 5);
+        QCOMPARE(window_->returnCurrentView(), 5);
         window_->toolbarAction(MainViewControl::Scan)->trigger();
         QVERIFY(window_->filterDrawer().isVisible());
-        QCOMPARE(MainViewControl::returnCurrentView(), 1);
+        QCOMPARE(window_->returnCurrentView(), 1);
     }
 
     void sitemapViewsNeedASite() {
@@ -173,7 +171,7 @@ private slots:
         QCOMPARE(QtAlerts::shownAlerts()[1].title,
                  std::string("You need to select a sitemap from the sites list to use the XML "
                              "sitemap viewer."));
-        QCOMPARE(MainViewControl::returnCurrentView(), 1);
+        QCOMPARE(window_->returnCurrentView(), 1);
     }
 
     void exportButtonsAreOffWithoutAScannedSite() {
@@ -207,7 +205,7 @@ private slots:
         QVERIFY(scan().scanButton()->isEnabled());
 
         QTest::mouseClick(scan().brokenLinksButton(), Qt::LeftButton);
-        QCOMPARE(MainViewControl::returnCurrentView(), 7);
+        QCOMPARE(window_->returnCurrentView(), 7);
         QCOMPARE(window_->brokenLinksView().table()->count(), 1);
 
         window_->toolbarAction(MainViewControl::Export)->trigger();
@@ -269,14 +267,14 @@ private slots:
                                                   QStringLiteral("http://example.com/a"));
         QTRY_VERIFY(call.isFinished());
         QVERIFY(!call.isError());
-        QCOMPARE(MainViewControl::returnCurrentView(), 1);
+        QCOMPARE(window_->returnCurrentView(), 1);
     }
 
     void theScriptingCommandChangesNothing() {
         URLCommand::performDefaultImplementation("http://example.com/a/b");
         URLCommand::performDefaultImplementation("example.com");
         URLCommand::performDefaultImplementation("");
-        QCOMPARE(MainViewControl::returnCurrentView(), 1);
+        QCOMPARE(window_->returnCurrentView(), 1);
         QCOMPARE(window_->windowTitle(), QStringLiteral("Loomcrest2"));
     }
 };

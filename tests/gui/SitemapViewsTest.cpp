@@ -67,8 +67,6 @@ private:
 private slots:
     void init() {
         home_ = std::make_unique<test::TemporaryHome>();
-        vrlmpCurrentView = 1;
-        vrlmpNeedsSave = false;
         QtAlerts::forgetShownAlerts();
         QtAlerts::queueAnswers({});
         server_ = std::make_unique<test::TestServer>();
@@ -150,15 +148,16 @@ private slots:
         const std::string before = layout("sitemap3c.html");
         emit html().pageLinkControls().size->activated(5);
         QVERIFY(html().saveButton()->isEnabled());
-        QCOMPARE(vrlmpHTMLString, replaceAll(before, "\t\tfont-size: 1em;\n\t\tmargin-left",
-                                             "\t\tfont-size: 1.3em;\n\t\tmargin-left"));
+        QCOMPARE(window_->processState().vrlmpHTMLString,
+                 replaceAll(before, "\t\tfont-size: 1em;\n\t\tmargin-left",
+                            "\t\tfont-size: 1.3em;\n\t\tmargin-left"));
         QCOMPARE(layout("sitemap3c.html"), before);
     }
 
     void aTitleHoldingAScriptRunsNothing() {
         openHtmlView();
-        QVERIFY(vrlmpHTMLString.find("<script>document.title='pwned'</script>") !=
-                std::string::npos);
+        QVERIFY(window_->processState().vrlmpHTMLString.find(
+                    "<script>document.title='pwned'</script>") != std::string::npos);
         QTest::qWait(300);
         QCOMPARE(html().previewPage()->title(), QStringLiteral("Sitemap"));
     }
@@ -168,13 +167,13 @@ private slots:
         emit html().pageTitleControls().size->activated(0);
         QtAlerts::queueAnswers({kOtherButtonCode});
         window_->toolbarAction(MainViewControl::Scan)->trigger();
-        QCOMPARE(MainViewControl::returnCurrentView(), 1);
+        QCOMPARE(window_->returnCurrentView(), 1);
         QTRY_VERIFY(!QtAlerts::shownAlerts().empty());
         QCOMPARE(
             QtAlerts::shownAlerts().back().title,
             std::string("Changes have been made to this sitemap, would you like to save before "
                         "proceeding?"));
-        QTRY_VERIFY(!vrlmpNeedsSave);
+        QTRY_VERIFY(!window_->processState().vrlmpNeedsSave);
     }
 
     void theXmlTableEditsDatesAndPriorities() {

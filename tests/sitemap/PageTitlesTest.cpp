@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <mutex>
+#include <string_view>
 
 #include "support/TestServer.h"
 
@@ -72,27 +74,6 @@ TEST(LinkTargets, HrefOrNothing) {
     EXPECT_EQ(findHREFInNode(anchors[2]), "");
 }
 
-TEST(PageTitleFromBody, TitleOrFallback) {
-    EXPECT_EQ(pageTitleFromBody("<html><head><title>Tom &amp; Jerry</title></head></html>"),
-              "Tom & Jerry");
-    EXPECT_EQ(pageTitleFromBody("<title>A < B</title>"), "A < B");
-    EXPECT_EQ(pageTitleFromBody("<title>  spaced  </title>"), "  spaced  ");
-    EXPECT_EQ(pageTitleFromBody("<html><title></title></html>"), "Could not find page title");
-    EXPECT_EQ(pageTitleFromBody("<html><body>no title</body></html>"), "Could not find page title");
-    EXPECT_EQ(pageTitleFromBody(""), "Could not find page title");
-    EXPECT_EQ(pageTitleFromBody("\x01\x02\xff"), "Could not find page title");
-}
-
-TEST(PageTitleFromBody, BodiesAreUtf8UnlessTheyDeclareOtherwise) {
-    EXPECT_EQ(pageTitleFromBody("<title>Caf\xc3\xa9</title>"), "Caf\xc3\xa9");
-    EXPECT_EQ(pageTitleFromBody("<meta charset=\"iso-8859-1\"><title>Caf\xe9</title>"),
-              "Caf\xc3\xa9");
-}
-
-TEST(PageTitleFromBody, TheXmlParseIsTheSecondChance) {
-    EXPECT_EQ(pageTitleFromBody("<?xml version=\"1.0\"?><feed><title>Feed</title></feed>"), "Feed");
-}
-
 class PageTitleFetch : public testing::Test {
 protected:
     void SetUp() override {
@@ -103,8 +84,29 @@ protected:
                 res.set_content("<html><head><title>Index of /images</title></head></html>",
                                 "text/html");
             });
+        server.server().Get(R"(/body/(\d+))",
+                            [](const httplib::Request& req, httplib::Response& res) {
+                                const size_t body = std::stoul(req.matches[1].str());
+                                res.set_content(std::string(kBodies[body].first), "text/html");
+                            });
         server.start();
     }
+
+    // Bodies and the titles read from them.
+    static constexpr std::array<std::pair<std::string_view, std::string_view>, 10> kBodies = {{
+        {"<html><head><title>Tom &amp; Jerry</title></head></html>", "Tom & Jerry"},
+        {"<title>A < B</title>", "A < B"},
+        {"<title>  spaced  </title>", "  spaced  "},
+        {"<html><title></title></html>", "Could not find page title"},
+        {"<html><body>no title</body></html>", "Could not find page title"},
+        {"", "Could not find page title"},
+        {"\x01\x02\xff", "Could not find page title"},
+        // Bodies are UTF-8 unless they declare otherwise.
+        {"<title>Caf\xc3\xa9</title>", "Caf\xc3\xa9"},
+        {"<meta charset=\"iso-8859-1\"><title>Caf\xe9</title>", "Caf\xc3\xa9"},
+        // The XML parse is the second chance.
+        {"<?xml version=\"1.0\"?><feed><title>Feed</title></feed>", "Feed"},
+    }};
 
     TestServer server;
     std::mutex mutex;
@@ -112,14 +114,22 @@ protected:
 };
 
 TEST_F(PageTitleFetch, AsksTwiceAndReadsTheTitle) {
-    EXPECT_EQ(findPageHTMLTitleElement(server.url("/titled.html")), "Index of /images");
+    EXPECT_EQ(lookUpPageTitle(server.url("/titled.html")).title, "Index of /images");
     const std::lock_guard lock(mutex);
     EXPECT_EQ(requests, 2);
 }
 
 TEST_F(PageTitleFetch, UnreachablePagesFallBack) {
-    EXPECT_EQ(findPageHTMLTitleElement("http://127.0.0.1:1/x.html"), "Could not find page title");
-    EXPECT_EQ(findPageHTMLTitleElement(server.url("/missing.html")), "Could not find page title");
+    EXPECT_EQ(lookUpPageTitle("http://127.0.0.1:1/x.html").title, "Could not find page title");
+    EXPECT_EQ(lookUpPageTitle(server.url("/missing.html")).title, "Could not find page title");
+}
+
+TEST_F(PageTitleFetch, TitleOrFallback) {
+    for (size_t body = 0; body < kBodies.size(); ++body) {
+        EXPECT_EQ(lookUpPageTitle(server.url("/body/" + std::to_string(body))).title,
+                  kBodies[body].second)
+            << kBodies[body].first;
+    }
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "app/ProcessState.h"
 #include "crawler/SiteScanner.h"
 #include "platform/FileSystem.h"
 #include "sitemap/HtmlSitemapFormat.h"
@@ -49,7 +50,8 @@ protected:
     TemporaryHome home;
     TestServer server;
     std::string folder;
-    SiteScanner scanner;
+    ProcessState process;
+    SiteScanner scanner{process};
 };
 
 TEST_F(SitemapBuilders, PagesOnlyLayoutsAndXmlGrowPageByPage) {

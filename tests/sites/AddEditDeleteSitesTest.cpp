@@ -49,7 +49,8 @@ protected:
     RecordingScanView scanView;
     RecordingSiteSheet sheetView;
     RecordingAlerts alerts;
-    ScanViewController siteList{scanView};
+    ProcessState process;
+    ScanViewController siteList{process, scanView};
     AddEditDeleteSites records{siteList, sheetView, alerts};
 };
 
@@ -84,7 +85,7 @@ TEST_F(SiteRecords, InvalidInputKeepsTheSheetOpenBehindOneAlert) {
               "The site name field cannot be left blank.\nURLs must begin http:// or "
               "https://\nftp:// etc scans are not available.");
     EXPECT_EQ(alert.defaultButton, "OK");
-    EXPECT_FALSE(alert.isQuestion());
+    EXPECT_EQ(alert.kind, AlertKind::Refusal);
     EXPECT_EQ(alert.parent, AlertParent::SiteSheet);
     EXPECT_TRUE(sheetView.state.shown);
     EXPECT_EQ(records.sheetState().siteName, " Example") << "the user's input stays";
@@ -134,7 +135,7 @@ TEST_F(SiteRecords, EditingOnlyTheURLKeepsStatisticsAndRobotsFlag) {
               "<siteName>Example</siteName>\n<siteURL>https://example.org/shop/</siteURL>\n"
               "<ignoreRobotFile>YES</ignoreRobotFile>\n<pagesFound>4</pagesFound>\n"
               "<totalLinks>10</totalLinks>\n<pagesUsed>3</pagesUsed>");
-    EXPECT_EQ(vrlmpCurSite, "") << "the sheet closes by deselecting the list";
+    EXPECT_EQ(process.vrlmpCurSite, "") << "the sheet closes by deselecting the list";
     EXPECT_EQ(siteList.selectedRow(), -1);
 }
 
@@ -201,8 +202,8 @@ TEST_F(SiteRecords, DeleteAsksAndRemovesTheWholeFolder) {
     EXPECT_EQ(question.otherButton, "Cancel");
     EXPECT_FALSE(pathExists(siteFolderLocation("Example")));
     EXPECT_TRUE(siteList.tableArray().empty());
-    EXPECT_EQ(vrlmpCurSite, "");
-    EXPECT_TRUE(vrlmpBadLinkArray.empty());
+    EXPECT_EQ(process.vrlmpCurSite, "");
+    EXPECT_TRUE(process.vrlmpBadLinkArray.empty());
 }
 
 TEST_F(SiteRecords, CancelledDeleteKeepsTheSite) {
@@ -211,7 +212,7 @@ TEST_F(SiteRecords, CancelledDeleteKeepsTheSite) {
     alerts.answers.push_back(kOtherButtonCode);
     records.deleteSite();
     EXPECT_TRUE(pathExists(returnFullFileLocation("Example")));
-    EXPECT_EQ(vrlmpCurSite, "Example");
+    EXPECT_EQ(process.vrlmpCurSite, "Example");
 }
 
 TEST_F(SiteRecords, NoSiteShownMeansNothingToEditOrDelete) {

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "app/ProcessState.h"
-#include "platform/NotificationCenter.h"
 #include "sites/DataPaths.h"
 #include "sites/SiteFile.h"
 #include "support/Recorders.h"
@@ -35,7 +34,8 @@ protected:
 
     TemporaryHome home;
     RecordingScanView view;
-    ScanViewController controller{view};
+    ProcessState process;
+    ScanViewController controller{process, view};
 };
 
 TEST_F(SiteSelection, StartsWithNoSiteAndDisabledControls) {
@@ -48,14 +48,13 @@ TEST_F(SiteSelection, StartsWithNoSiteAndDisabledControls) {
 
 TEST_F(SiteSelection, SelectingMakesTheSiteCurrentAndCompletesItsFile) {
     int announcements = 0;
-    ScopedObserver observer(NotificationCenter::defaultCenter(), "vrlmpLFF",
-                            [&] { ++announcements; });
+    ScopedObserver observer(process.notifications, "vrlmpLFF", [&] { ++announcements; });
     selectSite("Example");
 
-    EXPECT_EQ(vrlmpCurSite, "Example");
-    EXPECT_EQ(vrlmpWinTit, "Loomcrest2 - Example");
+    EXPECT_EQ(process.vrlmpCurSite, "Example");
+    EXPECT_EQ(process.vrlmpWinTit, "Loomcrest2 - Example");
     EXPECT_EQ(view.windowTitle, "Loomcrest2 - Example");
-    EXPECT_TRUE(vrlmpViewChanged);
+    EXPECT_TRUE(process.vrlmpViewChanged);
     EXPECT_EQ(announcements, 1);
     EXPECT_EQ(view.filterReloads, 1);
     EXPECT_TRUE(view.state.scanButtonEnabled);
@@ -84,14 +83,15 @@ TEST_F(SiteSelection, StatisticsShowAsStoredOrAsZero) {
     EXPECT_EQ(view.state.details.pagesFound, "0");
     EXPECT_EQ(view.state.details.linksScanned, "0");
     EXPECT_TRUE(view.state.ignoreRobotsChecked);
-    EXPECT_EQ(vrlmpCurSite, "Stats");
-    EXPECT_EQ(vrlmpWinTit, "Loomcrest2 - Shown Name") << "the title uses the name in the file";
+    EXPECT_EQ(process.vrlmpCurSite, "Stats");
+    EXPECT_EQ(process.vrlmpWinTit, "Loomcrest2 - Shown Name")
+        << "the title uses the name in the file";
 }
 
 TEST_F(SiteSelection, BrokenLinksAreLoadedWithoutTheEmptyLastLine) {
     writeFile(home.dataRoot() + "/Example/badLinks.txt", "http://a/1\nhttp://a/2\n");
     selectSite("Example");
-    EXPECT_EQ(vrlmpBadLinkArray, (std::vector<std::string>{"http://a/1", "http://a/2"}));
+    EXPECT_EQ(process.vrlmpBadLinkArray, (std::vector<std::string>{"http://a/1", "http://a/2"}));
     EXPECT_EQ(view.state.details.brokenLinks, "2");
     EXPECT_TRUE(view.state.brokenLinksButtonShown);
 }
@@ -99,14 +99,14 @@ TEST_F(SiteSelection, BrokenLinksAreLoadedWithoutTheEmptyLastLine) {
 TEST_F(SiteSelection, ALoneLineFeedCountsAsOneEmptyBrokenLink) {
     writeFile(home.dataRoot() + "/Example/badLinks.txt", "\n");
     selectSite("Example");
-    EXPECT_EQ(vrlmpBadLinkArray, std::vector<std::string>{""});
+    EXPECT_EQ(process.vrlmpBadLinkArray, std::vector<std::string>{""});
     EXPECT_EQ(view.state.details.brokenLinks, "1");
 }
 
 TEST_F(SiteSelection, AnEmptyBrokenLinksFileCountsNothing) {
     writeFile(home.dataRoot() + "/Example/badLinks.txt", "");
     selectSite("Example");
-    EXPECT_TRUE(vrlmpBadLinkArray.empty());
+    EXPECT_TRUE(process.vrlmpBadLinkArray.empty());
     EXPECT_EQ(view.state.details.brokenLinks, "0");
     EXPECT_FALSE(view.state.brokenLinksButtonShown);
 }
@@ -116,10 +116,10 @@ TEST_F(SiteSelection, DeselectingClearsTheCurrentSite) {
     selectSite("Example");
     const int clearsBefore = view.scannedLinksClears;
     controller.deselectAll();
-    EXPECT_EQ(vrlmpCurSite, "");
-    EXPECT_EQ(vrlmpWinTit, "Loomcrest2");
+    EXPECT_EQ(process.vrlmpCurSite, "");
+    EXPECT_EQ(process.vrlmpWinTit, "Loomcrest2");
     EXPECT_EQ(view.windowTitle, "Loomcrest2");
-    EXPECT_TRUE(vrlmpBadLinkArray.empty());
+    EXPECT_TRUE(process.vrlmpBadLinkArray.empty());
     EXPECT_EQ(view.state.details.siteName, "");
     EXPECT_EQ(view.state.details.brokenLinks, "");
     EXPECT_FALSE(view.state.scanButtonEnabled);
@@ -131,7 +131,7 @@ TEST_F(SiteSelection, DeselectingClearsTheCurrentSite) {
 TEST_F(SiteSelection, AnUnreadableSiteFileStillBecomesCurrent) {
     addSite("Broken", "<siteName>\xff</siteName>");
     selectSite("Broken");
-    EXPECT_EQ(vrlmpCurSite, "Broken");
+    EXPECT_EQ(process.vrlmpCurSite, "Broken");
     EXPECT_EQ(view.state.details.siteName, "");
     EXPECT_EQ(view.state.details.totalLinksFound, "0");
     EXPECT_EQ(fileContents(returnFullFileLocation("Broken")), "<siteName>\xff</siteName>");
@@ -169,18 +169,18 @@ TEST_F(SiteSelection, OldFilesAreConvertedWhenTheListCountsItsRows) {
 
 TEST_F(SiteSelection, FiltersDrawerButtonToggles) {
     controller.filterAddPanel();
-    EXPECT_EQ(vrlmpPLastState, 1);
+    EXPECT_EQ(process.vrlmpPLastState, 1);
     EXPECT_TRUE(view.state.filterDrawerOpen);
     controller.filterAddPanel();
-    EXPECT_EQ(vrlmpPLastState, 0);
+    EXPECT_EQ(process.vrlmpPLastState, 0);
     EXPECT_FALSE(view.state.filterDrawerOpen);
 }
 
 TEST_F(SiteSelection, ViewChangedFlagIsClearedBySetViewChanged) {
     selectSite("Example");
-    EXPECT_TRUE(ScanViewController::passViewChanged());
-    ScanViewController::setViewChanged();
-    EXPECT_FALSE(ScanViewController::passViewChanged());
+    EXPECT_TRUE(controller.passViewChanged());
+    controller.setViewChanged();
+    EXPECT_FALSE(controller.passViewChanged());
 }
 
 }  // namespace

@@ -75,13 +75,7 @@ protected:
                                 serve(request, response);
                             });
         server.start();
-        vrlmpFiltersArray.clear();
-        vrlmpBadLinkReasonArray.clear();
         sheet.onEnded = [this] { loop.stop(); };
-    }
-    void TearDown() override {
-        vrlmpFiltersArray.clear();
-        vrlmpBadLinkReasonArray.clear();
     }
 
     void servePage(const std::string& path, TestPage page) {
@@ -125,8 +119,9 @@ protected:
     RecordingScanSheet sheet;
     RecordingAlerts alerts;
     RunLoop loop;
-    ScanViewController siteView{scanView};
-    ScanDriver driver{siteView, sheet, alerts, loop};
+    ProcessState process;
+    ScanViewController siteView{process, scanView};
+    ScanDriver driver{process, siteView, sheet, alerts, loop};
 
 private:
     void serve(const httplib::Request& request, httplib::Response& response) {

@@ -7,13 +7,12 @@
 #include <sstream>
 #include <string>
 
-#include "app/ProcessState.h"
 #include "sites/DataPaths.h"
 
 namespace loomcrest::test {
 
 // Points $HOME at a fresh folder for the lifetime of the object, so every path the core
-// builds lands there, and resets the process-wide state the site library touches.
+// builds lands there.
 class TemporaryHome {
 public:
     TemporaryHome() {
@@ -24,11 +23,6 @@ public:
             previousHome_ = previous;
         }
         setenv("HOME", path_.c_str(), 1);
-        vrlmpCurSite.clear();
-        vrlmpWinTit = "Loomcrest2";
-        vrlmpViewChanged = false;
-        vrlmpPLastState = 0;
-        vrlmpBadLinkArray.clear();
     }
     TemporaryHome(const TemporaryHome&) = delete;
     TemporaryHome& operator=(const TemporaryHome&) = delete;
