@@ -117,13 +117,6 @@ TEST_F(CommandLine, UsageErrorsExitTwo) {
     EXPECT_EQ(version.out, "loomcrest " LOOMCREST_VERSION "\n");
 }
 
-TEST_F(CommandLine, VersionNamesTheProgramAndItsVersion) {
-    const auto result = runLoomcrest(home, {"--version"});
-    EXPECT_EQ(result.exitCode, 0);
-    EXPECT_EQ(result.out, "loomcrest " LOOMCREST_PROJECT_VERSION "\n");
-    EXPECT_EQ(result.err, "");
-}
-
 }  // namespace
 }  // namespace loomcrest
 
