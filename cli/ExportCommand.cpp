@@ -33,8 +33,6 @@ public:
 
 private:
     std::string file_;
-    bool fixAmpersands_ = false;
-    bool gzip_ = false;
 };
 
 // `export NAME LAYOUT FILE`: one nested subcommand per thing to export, each naming the file
