@@ -48,6 +48,7 @@ public:
     QComboBox* sitePicker() const { return sitePicker_; }
     QLineEdit* saveToField() const { return saveToField_; }
     QCheckBox* layoutBox(SitemapExporter::Box box) const { return boxes_[box]; }
+    QCheckBox* compressPartsBox() const { return compressParts_; }
 
 private:
     void chooseLayout(SitemapExporter::Box box);
@@ -60,6 +61,7 @@ private:
     std::array<QCheckBox*, 6> boxes_{};
     QComboBox* sitePicker_ = nullptr;
     QLineEdit* saveToField_ = nullptr;
+    QCheckBox* compressParts_ = nullptr;
     QPushButton* htmlExportButton_ = nullptr;
     QPushButton* xmlExportButton_ = nullptr;
     QProgressDialog* exportProgress_ = nullptr;
