@@ -15,9 +15,11 @@ std::unique_ptr<Command> makeShowCommand(CommandContext& context);
 std::unique_ptr<Command> makeRobotsCommand(CommandContext& context);
 std::unique_ptr<Command> makeFiltersCommand(CommandContext& context);
 std::unique_ptr<Command> makeScanCommand(CommandContext& context);
+std::unique_ptr<Command> makeRestoreCommand(CommandContext& context);
 std::unique_ptr<Command> makeDemoCommand(CommandContext& context);
 std::unique_ptr<Command> makeXmlCommand(CommandContext& context);
 std::unique_ptr<Command> makeHtmlCommand(CommandContext& context);
 std::unique_ptr<Command> makeExportCommand(CommandContext& context);
+std::unique_ptr<Command> makeValidateCommand(CommandContext& context);
 
 }  // namespace loomcrest::cli

@@ -46,17 +46,22 @@ public:
     QPushButton* htmlExportButton() const { return htmlExportButton_; }
     QPushButton* xmlExportButton() const { return xmlExportButton_; }
     QComboBox* sitePicker() const { return sitePicker_; }
+    QLineEdit* saveToField() const { return saveToField_; }
     QCheckBox* layoutBox(SitemapExporter::Box box) const { return boxes_[box]; }
+    QCheckBox* compressPartsBox() const { return compressParts_; }
 
 private:
     void chooseLayout(SitemapExporter::Box box);
     void startExport(bool xml);
     void saveToButton();
+    // The folder the save dialogs open in next time, here and in later runs.
+    void rememberFolder(const QString& folder);
 
     std::unique_ptr<SitemapExporter> exporter_;
     std::array<QCheckBox*, 6> boxes_{};
     QComboBox* sitePicker_ = nullptr;
     QLineEdit* saveToField_ = nullptr;
+    QCheckBox* compressParts_ = nullptr;
     QPushButton* htmlExportButton_ = nullptr;
     QPushButton* xmlExportButton_ = nullptr;
     QProgressDialog* exportProgress_ = nullptr;

@@ -5,6 +5,7 @@
 #include <QBuffer>
 #include <QCoreApplication>
 #include <QJsonDocument>
+#include <QRegularExpression>
 #include <QWebEngineProfile>
 #include <QWebEngineScript>
 #include <QWebEngineScriptCollection>
@@ -23,7 +24,9 @@ const QChar kSeparator(0x1f);
 
 // Runs apart from the page's own scripts, which are switched off: reports the anchor the user
 // presses and keeps the click from navigating. The press is reported at once: on a big page
-// the browser is busy for a while after it, before the click arrives.
+// the browser is busy for a while after it, before the click arrives. loomcrestHighlight
+// outlines the anchors of one line marker through a style sheet of its own, on screen only:
+// the anchors themselves are not touched, so changes in place still find them as written.
 const QString kClickScript = QStringLiteral(R"js(
 function loomcrestAnchor(event) {
     var node = event.target;
@@ -40,6 +43,16 @@ document.addEventListener('click', function (event) {
     event.preventDefault();
     event.stopPropagation();
 }, true);
+window.loomcrestHighlight = function (number) {
+    var sheet = document.getElementById('loomcrest-highlight');
+    if (!sheet) {
+        sheet = document.createElement('style');
+        sheet.id = 'loomcrest-highlight';
+        document.documentElement.appendChild(sheet);
+    }
+    sheet.textContent = number === '' ? '' : 'a[href*="---LINKID:' + number + '---"] {' +
+        ' outline: 2px solid #2f74d0; background-color: rgba(47, 116, 208, 0.18); }';
+};
 )js");
 
 // Changes the loaded page as the text was changed; true when every element was found exactly
@@ -170,11 +183,24 @@ PreviewPage::PreviewPage(QWebEngineProfile* ownProfile, QObject* parent)
     clicks.setInjectionPoint(QWebEngineScript::DocumentReady);
     clicks.setRunsOnSubFrames(false);
     scripts().insert(clicks);
-    connect(this, &QWebEnginePage::loadFinished, this, [this](bool ok) { loaded_ = ok; });
+    connect(this, &QWebEnginePage::loadFinished, this, [this](bool ok) {
+        loaded_ = ok;
+        // A reload replaces the document, and with it the outline.
+        highlightLink(highlighted_);
+    });
 }
 
 PreviewPage::~PreviewPage() {
     alive_.reset();
+}
+
+void PreviewPage::highlightLink(const QString& number) {
+    // Markers are numbers; anything else highlights nothing.
+    static const QRegularExpression digits(QStringLiteral("^[0-9]*$"));
+    highlighted_ = digits.match(number).hasMatch() ? number : QString();
+    runJavaScript(QStringLiteral("if (window.loomcrestHighlight) loomcrestHighlight('%1');")
+                      .arg(highlighted_),
+                  QWebEngineScript::ApplicationWorld);
 }
 
 const QByteArray& PreviewPage::currentHtml() {

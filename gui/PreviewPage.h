@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QJsonArray>
+#include <QString>
 #include <QWebEnginePage>
 #include <QWebEngineUrlRequestInterceptor>
 #include <QWebEngineUrlSchemeHandler>
@@ -34,6 +35,8 @@ public:
 
     // Shows `html`, replacing what was shown.
     void showHtml(const QByteArray& html);
+    // The text of the last load; changes in place since then are not in it.
+    const QByteArray& shownHtml() const { return html_; }
     // Gives the text the page shows now, when the page has to be loaded again after changes
     // in place; copying a big text after every change would cost more than the change.
     void setCurrentHtml(std::function<QByteArray()> currentHtml) {
@@ -46,6 +49,9 @@ public:
     // that cannot be done exactly, the current text is loaded.
     void changeInPlace(const QJsonArray& replacements, const QJsonValue& style,
                        const QJsonValue& rows);
+    // Outlines the anchors of the line with this marker number, here and after every
+    // reload; an empty number outlines none.
+    void highlightLink(const QString& number);
 
 signals:
     // A click on an anchor: its absolute address and the text it shows.
@@ -67,6 +73,7 @@ private:
     // Whether html_ still holds what the page shows; changes in place leave it behind.
     bool htmlCurrent_ = true;
     std::function<QByteArray()> currentHtml_;
+    QString highlighted_;
     quint64 generation_ = 0;
     // Whether the last load finished, so that the page can be changed in place.
     bool loaded_ = false;

@@ -60,6 +60,10 @@ ScanViewWidget::ScanViewWidget(QWidget* mainWindow, ProcessState& process, QtAle
     filtersButton_->setObjectName(QStringLiteral("filterDrawerButton"));
     brokenLinksButton_ = new QPushButton(QStringLiteral("Broken Links"), this);
     brokenLinksButton_->setObjectName(QStringLiteral("brokenLinksButton"));
+    // The row keeps the button's height while it is hidden, so the rows below stay put.
+    QSizePolicy keepsItsPlace = brokenLinksButton_->sizePolicy();
+    keepsItsPlace.setRetainSizeWhenHidden(true);
+    brokenLinksButton_->setSizePolicy(keepsItsPlace);
     scannedLinks_ = new QPlainTextEdit(this);
     scannedLinks_->setObjectName(QStringLiteral("scannedLinksViewer"));
     scannedLinks_->setReadOnly(true);
@@ -92,17 +96,25 @@ ScanViewWidget::ScanViewWidget(QWidget* mainWindow, ProcessState& process, QtAle
     layout->addLayout(right, 2);
 
     sheets_ = std::make_unique<ScanSheets>(mainWindow, [this] { driver_->cancelScan(); });
-    siteList_ = std::make_unique<ScanViewController>(process, *this);
+    siteList_ = std::make_unique<ScanViewController>(process, *this, alerts);
     siteRecords_ = std::make_unique<AddEditDeleteSites>(*siteList_, sheet, alerts);
     filters_ = std::make_unique<ScanFilters>(
         process, [this] { return siteList_->state().details.siteName; }, drawer, alerts);
     driver_ = std::make_unique<ScanDriver>(process, *siteList_, *sheets_, alerts, ui);
+    sitemapRestore_ = std::make_unique<SitemapRestore>(*siteList_, alerts);
+    restoreAction_ = new QAction(QStringLiteral("Restore Previous Sitemaps"), this);
+    restoreAction_->setObjectName(QStringLiteral("restorePreviousSitemapsAction"));
+    restoreAction_->setEnabled(false);
     sheet.connectTo(*siteRecords_);
     drawer.connectTo(*filters_);
     alerts.setSiteSheet(&sheet);
 
-    connect(siteTable_, &QListWidget::currentRowChanged, this,
-            [this](int row) { siteList_->selectRow(row); });
+    // Only the selection makes a site current. The current row alone moves by itself: a
+    // list that gains focus with no current row makes its first row current.
+    connect(siteTable_, &QListWidget::itemSelectionChanged, this, [this] {
+        const QList<QListWidgetItem*> selected = siteTable_->selectedItems();
+        siteList_->selectRow(selected.isEmpty() ? -1 : siteTable_->row(selected.first()));
+    });
     connect(robotsBox_, &QCheckBox::toggled, this,
             [this](bool checked) { siteList_->ignoreRobotsAction(checked); });
     connect(scanButton_, &QPushButton::clicked, this, [this] { driver_->scanSiteAction(); });
@@ -112,6 +124,8 @@ ScanViewWidget::ScanViewWidget(QWidget* mainWindow, ProcessState& process, QtAle
     connect(deleteButton_, &QPushButton::clicked, this, [this] { siteRecords_->deleteSite(); });
     connect(filtersButton_, &QPushButton::clicked, this, [this] { siteList_->filterAddPanel(); });
     connect(brokenLinksButton_, &QPushButton::clicked, this, &ScanViewWidget::brokenLinksRequested);
+    connect(restoreAction_, &QAction::triggered, this,
+            [this] { sitemapRestore_->restorePreviousSitemaps(); });
 
     siteList_->awakeFromNib();
 }
@@ -141,12 +155,14 @@ void ScanViewWidget::scanViewChanged(const ScanViewState& state) {
         const QSignalBlocker blocker(robotsBox_);
         robotsBox_->setChecked(state.ignoreRobotsChecked);
     }
+    robotsBox_->setEnabled(state.siteControlsEnabled);
     brokenLinksButton_->setEnabled(state.brokenLinksButtonShown);
     brokenLinksButton_->setVisible(state.brokenLinksButtonShown);
     scanButton_->setEnabled(state.scanButtonEnabled);
     addSiteAction_.setEnabled(state.addSiteEnabled);
     addButton_->setEnabled(state.addSiteEnabled);
     editSiteAction_.setEnabled(state.editSiteEnabled);
+    restoreAction_->setEnabled(state.previousSitemapsKept && state.scanButtonEnabled);
     deleteButton_->setEnabled(state.siteControlsEnabled);
     filtersButton_->setEnabled(state.siteControlsEnabled);
     drawer_.setControlsEnabled(state.siteControlsEnabled);
@@ -159,7 +175,13 @@ void ScanViewWidget::siteListChanged(const std::vector<std::string>& names, int 
     for (const std::string& name : names) {
         siteTable_->addItem(QString::fromStdString(name));
     }
-    siteTable_->setCurrentRow(selectedRow);
+    if (selectedRow >= 0) {
+        siteTable_->setCurrentRow(selectedRow);
+    } else {
+        // Nothing selected and nothing current, so that focus selects nothing either.
+        siteTable_->setCurrentRow(-1);
+        siteTable_->clearSelection();
+    }
 }
 
 void ScanViewWidget::setWindowTitle(std::string_view title) {

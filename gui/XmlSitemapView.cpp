@@ -3,12 +3,14 @@
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QLabel>
 #include <QPushButton>
 #include <QStyledItemDelegate>
 #include <QTableView>
 #include <QVBoxLayout>
 
 #include "QtAlerts.h"
+#include "export/SiteSitemapCheck.h"
 
 namespace loomcrest::gui {
 
@@ -43,6 +45,12 @@ public:
                           const QModelIndex& index) const override {
         auto* menu = new QComboBox(parent);
         menu->addItems(menuItems(index.column()));
+        // A pick is written at once, not when focus leaves the cell.
+        auto* self = const_cast<MenuDelegate*>(this);
+        connect(menu, &QComboBox::activated, self, [self, menu] {
+            emit self->commitData(menu);
+            emit self->closeEditor(menu);
+        });
         return menu;
     }
     void setEditorData(QWidget* editor, const QModelIndex& index) const override {
@@ -106,13 +114,30 @@ bool XmlEntryModel::setData(const QModelIndex& index, const QVariant& value, int
 }
 
 void XmlEntryModel::reload() {
+    const int rows = rowCount();
+    if (rows != shownRows_) {
+        beginResetModel();
+        shownRows_ = rows;
+        endResetModel();
+        return;
+    }
+    // An edit changes values only. A reset here would close the editor the view has just
+    // opened on the next cell (after Tab) and lose the current cell.
+    if (rows > 0) {
+        emit dataChanged(index(0, 0), index(rows - 1, columnCount() - 1));
+    }
+}
+
+void XmlEntryModel::resetAll() {
     beginResetModel();
+    shownRows_ = rowCount();
     endResetModel();
 }
 
 XmlSitemapView::XmlSitemapView(ProcessState& process, QtAlerts& alerts,
                                std::function<std::string()> shownSiteName, QWidget* parent)
     : QWidget(parent),
+      shownSiteName_(shownSiteName),
       controller_(std::make_unique<XMLViewController>(process, alerts, std::move(shownSiteName))) {
     setObjectName(QStringLiteral("xmlWindowView"));
     model_ = new XmlEntryModel(*controller_, this);
@@ -130,14 +155,20 @@ XmlSitemapView::XmlSitemapView(ProcessState& process, QtAlerts& alerts,
     table_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     table_->verticalHeader()->setDefaultSectionSize(24);
     delete_ = new QPushButton(QStringLiteral("Delete"), this);
+    status_ = new QLabel(this);
+    status_->setObjectName(QStringLiteral("xmlStatusLine"));
     auto* buttons = new QHBoxLayout;
+    buttons->addWidget(status_);
     buttons->addStretch();
     buttons->addWidget(delete_);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(table_);
     layout->addLayout(buttons);
 
-    controller_->setEntriesChangedHandler([this] { model_->reload(); });
+    controller_->setEntriesChangedHandler([this] {
+        model_->reload();
+        refreshStatusLine();
+    });
     connect(delete_, &QPushButton::clicked, this, [this] {
         const QModelIndexList rows = table_->selectionModel()->selectedRows();
         controller_->selectRow(rows.isEmpty() ? std::nullopt
@@ -150,6 +181,18 @@ XmlSitemapView::~XmlSitemapView() = default;
 
 void XmlSitemapView::reload() {
     controller_->createTableContent();
+    model_->resetAll();
+    // A file that holds no entries does not tell the table to redraw.
+    if (controller_->numberOfRowsInTableView() == 0) {
+        refreshStatusLine();
+    }
+}
+
+void XmlSitemapView::refreshStatusLine() {
+    const std::string site = shownSiteName_();
+    const SitemapFileCheck check = checkSitemapFile(site, siteSitemapPath(site));
+    status_->setText(check.readFailure ? QString()
+                                       : QString::fromStdString(problemSummary(check.problems)));
 }
 
 }  // namespace loomcrest::gui

@@ -6,6 +6,7 @@
 
 #include "editors/XMLViewController.h"
 
+class QLabel;
 class QPushButton;
 class QTableView;
 
@@ -27,13 +28,18 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+    // The entries changed: values only, or rows came or went.
     void reload();
+    // Another sitemap was loaded.
+    void resetAll();
 
 private:
     XMLViewController& controller_;
+    int shownRows_ = 0;
 };
 
-// The XML sitemap view (view 4).
+// The XML sitemap view (view 4). Its status line counts what search engines would object to
+// in the file, checked again after every change.
 class XmlSitemapView : public QWidget {
     Q_OBJECT
 public:
@@ -48,12 +54,17 @@ public:
     QTableView* table() const { return table_; }
     XmlEntryModel* model() const { return model_; }
     QPushButton* deleteButton() const { return delete_; }
+    QLabel* statusLine() const { return status_; }
 
 private:
+    void refreshStatusLine();
+
+    std::function<std::string()> shownSiteName_;
     std::unique_ptr<XMLViewController> controller_;
     XmlEntryModel* model_ = nullptr;
     QTableView* table_ = nullptr;
     QPushButton* delete_ = nullptr;
+    QLabel* status_ = nullptr;
 };
 
 }  // namespace loomcrest::gui

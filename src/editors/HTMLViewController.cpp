@@ -8,6 +8,7 @@
 #include "platform/LargeText.h"
 #include "platform/Text.h"
 #include "sites/DataPaths.h"
+#include "sites/SiteLock.h"
 
 namespace loomcrest {
 
@@ -73,14 +74,13 @@ bool HTMLViewController::viewTBIAction() {
         if (process_.vrlmpNeedsSave) {
             saveNow(kSaveButton);
         }
-        state_.titleField.clear();
-        state_.linkField.clear();
-        showState();
+        forgetSelection();
     }
     return true;
 }
 
 void HTMLViewController::firstLoad() {
+    forgetSelection();
     const std::string siteName = shownSiteName_();
     if (siteName.empty()) {
         showPlaceholder("Please Select A Site To View It's Sitemap");
@@ -105,6 +105,7 @@ void HTMLViewController::firstLoad() {
 }
 
 void HTMLViewController::showPlaceholder(std::string_view text) {
+    forgetSelection();
     view_.loadPreview(placeholderPage(text));
     disableEditOptions();
 }
@@ -140,6 +141,7 @@ std::string HTMLViewController::layoutFileLocation(size_t layout) const {
 }
 
 void HTMLViewController::loadLayout(size_t layout) {
+    forgetSelection();
     state_.layout = layout;
     state_.layoutLabel = kSitemapLayouts[layout].name;
     urlToLoad_ = "file://" + layoutFileLocation(layout);
@@ -174,6 +176,9 @@ void HTMLViewController::changeMapType(size_t layout) {
 }
 
 void HTMLViewController::saveNow(std::string_view request) {
+    if (!hasLayout()) {
+        return;  // a placeholder is shown: its path may name another site's file
+    }
     const std::string path = shownFileLocation();
     const auto sheetDidEndShouldSave = [this](int returnCode) {
         if (returnCode == kDefaultButtonCode) {
@@ -196,18 +201,31 @@ void HTMLViewController::saveNow(std::string_view request) {
                                  sheetDidEndShouldSave);
         }
     } else if (request == kCloseWindow) {
-        // After a complete atomic write the file holds the working copy; only a failed write
-        // sends the working copy back to what the file holds.
-        workingCopyIsOnDisk_ = writeFileAtomically(path, process_.vrlmpHTMLString);
-        if (!workingCopyIsOnDisk_) {
-            process_.vrlmpHTMLString = readTextFile(path).value_or("");
+        // After a complete atomic write the file holds the working copy; unsaved, the
+        // working copy keeps the change and Save stays enabled.
+        workingCopyIsOnDisk_ = writeLayout(path, process_.vrlmpHTMLString, alerts_);
+        if (workingCopyIsOnDisk_) {
+            assignLargeText(originalHTMLString_, process_.vrlmpHTMLString);
         }
-        assignLargeText(originalHTMLString_, process_.vrlmpHTMLString);
         saveActive();
     } else if (request == kChangeMap) {
-        writeFileAtomically(path, process_.vrlmpHTMLString);
+        (void)writeLayout(path, process_.vrlmpHTMLString, alerts_);
         saveActive();
     }
+}
+
+bool HTMLViewController::writeLayout(const std::string& path, std::string_view html,
+                                     AlertPresenter& alerts) {
+    constexpr std::string_view kNotSaved = "The HTML sitemap could not be saved.";
+    const auto lock = lockSiteOfFile(path, kNotSaved, alerts);
+    if (!lock) {
+        return false;
+    }
+    const WriteResult written = writeFileAtomically(path, html);
+    if (!written) {
+        alertWriteFailure(alerts, kNotSaved, written);
+    }
+    return written.ok();
 }
 
 void HTMLViewController::setEditOptionsEnabled(bool enabled) {
@@ -231,10 +249,11 @@ void HTMLViewController::showState() {
 }
 
 // Every change to the working copy ends here, so the preview and the Save button always
-// follow it. The file on disk is the source of truth: when a save fails, the preview shows
-// what was read back.
+// follow it. A change in place is shown only when the text it stands for was written, or
+// awaits Save; otherwise the preview loads the working copy again.
 void HTMLViewController::workingCopyEdited(AfterEdit after,
                                            const std::optional<PreviewEdit>& preview) {
+    workingCopyIsOnDisk_ = false;
     if (after == AfterEdit::WriteNow) {
         saveNow(kCloseWindow);
     }
@@ -252,6 +271,9 @@ void HTMLViewController::workingCopyEdited(AfterEdit after,
 // The style is rewritten in the working copy itself. When every rewrite fell inside the style
 // element, the preview changes that element alone.
 void HTMLViewController::editStyle(const std::function<void(const htmlstyle::Replace&)>& edit) {
+    if (!hasLayout()) {
+        return;  // a placeholder is shown: the working copy may be another site's
+    }
     std::string& html = process_.vrlmpHTMLString;
     auto style = styleText(html);
     const std::string before = style ? html.substr(style->first, style->second - style->first) : "";

@@ -1,4 +1,5 @@
 #include <chrono>
+#include <cstdint>
 
 #include "app/ProcessState.h"
 #include "editors/HTMLViewController.h"
@@ -98,9 +99,13 @@ void HTMLViewController::setEditFields(std::string title, std::string link) {
     state_.linkField = std::move(link);
 }
 
-void HTMLViewController::clearEditFields() {
-    state_.titleField.clear();
-    state_.linkField.clear();
+void HTMLViewController::forgetSelection() {
+    for (std::string* part :
+         {&linkHREFValue_, &linkTitleValue_, &linkNumber_, &linkIdentifier_, &originalLinkValue_,
+          &delLink_, &delTitle_, &state_.titleField, &state_.linkField}) {
+        part->clear();
+    }
+    state_.deleteEnabled = false;
     showState();
 }
 
@@ -143,6 +148,9 @@ void HTMLViewController::fieldAction(bool otherFieldEmpty, std::string message) 
 }
 
 void HTMLViewController::editLinkAndTitle() {
+    if (!hasLayout()) {
+        return;  // a placeholder is shown: the working copy may be another site's
+    }
     const std::string replacement =
         anchor(escapeAddress(state_.linkField), linkNumber_, escapeMarkup(state_.titleField));
     const std::string& html = process_.vrlmpHTMLString;
@@ -167,24 +175,29 @@ void HTMLViewController::editLinkAndTitle() {
 }
 
 void HTMLViewController::deleteLinkAction() {
+    if (!hasLayout() || !state_.deleteEnabled) {
+        return;  // no line is selected
+    }
     if (originalHTMLString_ == process_.vrlmpHTMLString) {
         beginLinkDeletion();
         return;
     }
     // Both answers that go on delete without the confirmation of beginLinkDeletion.
-    alerts_.presentAlert(unsavedChangesQuestion(UnsavedChangesMoment::LinkDeletion),
-                         [this](int returnCode) {
-                             if (returnCode == kDefaultButtonCode) {
-                                 writeFileAtomically(shownFileLocation(), process_.vrlmpHTMLString);
-                                 originalHTMLString_ = process_.vrlmpHTMLString;
-                                 saveActive();
-                                 ui_.performAfter(kSheetDelay, [this] { linkDeletion(); });
-                             } else if (returnCode == kOtherButtonCode) {
-                                 process_.vrlmpHTMLString = originalHTMLString_;
-                                 ui_.performAfter(kSheetDelay, [this] { linkDeletion(); });
-                                 setPopupButtons();
-                             }
-                         });
+    alerts_.presentAlert(
+        unsavedChangesQuestion(UnsavedChangesMoment::LinkDeletion), [this](int returnCode) {
+            if (returnCode == kDefaultButtonCode) {
+                if (!writeLayout(shownFileLocation(), process_.vrlmpHTMLString, alerts_)) {
+                    return;
+                }
+                originalHTMLString_ = process_.vrlmpHTMLString;
+                saveActive();
+                ui_.performAfter(kSheetDelay, [this] { linkDeletion(); });
+            } else if (returnCode == kOtherButtonCode) {
+                process_.vrlmpHTMLString = originalHTMLString_;
+                ui_.performAfter(kSheetDelay, [this] { linkDeletion(); });
+                setPopupButtons();
+            }
+        });
 }
 
 void HTMLViewController::beginLinkDeletion() {
@@ -213,6 +226,9 @@ std::optional<MatchSpan> HTMLViewController::findSelectedLine() const {
 }
 
 void HTMLViewController::linkDeletion() {
+    if (!hasLayout()) {
+        return;
+    }
     std::optional<PreviewEdit> preview = PreviewEdit{};
     const auto found = findSelectedLine();
     lineEdit_ = found ? LineEdit::Done : LineEdit::NotFound;
@@ -226,9 +242,7 @@ void HTMLViewController::linkDeletion() {
         }
         checkForEmptyColumn(preview);
     }
-    state_.titleField.clear();
-    state_.linkField.clear();
-    showState();
+    forgetSelection();
     workingCopyEdited(AfterEdit::WriteNow, preview);
 }
 

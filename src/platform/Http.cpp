@@ -3,9 +3,12 @@
 #include <curl/curl.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cctype>
+#include <cstring>
 #include <memory>
+#include <mutex>
 
 #include "platform/Text.h"
 
@@ -20,6 +23,20 @@ constexpr const char* kUserAgent = "Loomcrest/0.1";
 constexpr size_t kMaxBodyBytes = size_t{50} * 1024 * 1024;
 
 std::atomic<int64_t> timeoutLimitMilliseconds{0};
+
+std::mutex observerMutex;
+RequestObserver requestObserver;
+
+void showToObserver(const Request& request) {
+    RequestObserver observer;
+    {
+        const std::lock_guard lock(observerMutex);
+        observer = requestObserver;
+    }
+    if (observer) {
+        observer(request);
+    }
+}
 
 struct CurlDeleter {
     void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
@@ -87,14 +104,52 @@ std::optional<std::chrono::system_clock::time_point> httpDate(const std::string&
     return std::chrono::system_clock::from_time_t(seconds);
 }
 
+// A few words on why a transfer got no HTTP answer: the system's reason where one lies
+// beneath, libcurl's own message otherwise.
+std::string failureText(CURL* curl, CURLcode result, const char* detail) {
+    long systemError = 0;
+    curl_easy_getinfo(curl, CURLINFO_OS_ERRNO, &systemError);
+    switch (result) {
+        case CURLE_OK:
+            return "No HTTP answer";
+        case CURLE_OPERATION_TIMEDOUT:
+            return "Timed out";
+        case CURLE_TOO_MANY_REDIRECTS:
+            return "Too many redirects";
+        case CURLE_WRITE_ERROR:
+            return "The answer is larger than 50 MB";
+        case CURLE_GOT_NOTHING:
+            return "The server closed the connection without answering";
+        case CURLE_COULDNT_CONNECT:
+        case CURLE_RECV_ERROR:
+        case CURLE_SEND_ERROR:
+            if (systemError != 0) {
+                return std::strerror(static_cast<int>(systemError));
+            }
+            break;
+        default:
+            break;
+    }
+    return detail[0] != '\0' ? std::string(detail) : std::string(curl_easy_strerror(result));
+}
+
 }  // namespace
 
+void setRequestObserver(RequestObserver observer) {
+    const std::lock_guard lock(observerMutex);
+    requestObserver = std::move(observer);
+}
+
 Response send(const Request& request) {
+    showToObserver(request);
     Response response;
     CURL* curl = threadHandle();
     if (curl == nullptr) {
+        response.errorText = "The HTTP library could not be started";
         return response;
     }
+    std::array<char, CURL_ERROR_SIZE> detail{};
+    curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, detail.data());
     const std::string url = request.url;
     curl_easy_setopt(curl, CURLOPT_URL, url.c_str());
     curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "http,https");
@@ -122,8 +177,12 @@ Response send(const Request& request) {
     long status = 0;
     curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &status);
     if (result != CURLE_OK || status == 0) {
-        return Response{};
+        Response failed;
+        failed.errorText = failureText(curl, result, detail.data());
+        curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, nullptr);
+        return failed;
     }
+    curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, nullptr);
     response.isHttp = true;
     response.statusCode = status;
     if (const auto contentType = lastResponseField(curl, "Content-Type")) {
@@ -143,9 +202,10 @@ void closeThreadConnections() {
     threadHandleSlot().reset();
 }
 
-std::optional<std::string> fetchBytes(std::string_view url) {
+std::optional<std::string> fetchBytes(std::string_view url, Seconds timeout) {
     Request request;
     request.url = url;
+    request.timeout = timeout;
     Response response = send(request);
     if (!response.isHttp) {
         return std::nullopt;
@@ -153,8 +213,8 @@ std::optional<std::string> fetchBytes(std::string_view url) {
     return std::move(response.body);
 }
 
-std::optional<std::string> fetchText(std::string_view url) {
-    auto body = fetchBytes(url);
+std::optional<std::string> fetchText(std::string_view url, Seconds timeout) {
+    auto body = fetchBytes(url, timeout);
     if (!body || !isValidUtf8(*body)) {
         return std::nullopt;
     }

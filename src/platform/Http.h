@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -35,9 +36,17 @@ struct Response {
     // when absent or unreadable.
     std::optional<std::chrono::system_clock::time_point> lastModified;
     std::string body;
+    // Why nothing answered in HTTP, in a few words ("Connection refused", "Timed out", the
+    // resolver's message); empty when the server answered.
+    std::string errorText;
 };
 
 Response send(const Request& request);
+
+// Shown every request just before it is sent, on the thread that sends it; nothing when
+// empty. Tests use it to see what a scan asks for.
+using RequestObserver = std::function<void(const Request&)>;
+void setRequestObserver(RequestObserver observer);
 
 // Caps the time-out of every request from now on, on every thread; zero lifts the cap.
 // Tests of unresponsive servers use it to keep their runs short.
@@ -46,10 +55,11 @@ void setTimeoutLimit(std::chrono::milliseconds limit);
 // Closes the connections this thread keeps alive.
 void closeThreadConnections();
 
-// The body of whatever answers at `url` after redirects, or nothing when nothing did.
-std::optional<std::string> fetchBytes(std::string_view url);
+// The body of whatever answers at `url` after redirects within `timeout`, or nothing when
+// nothing did.
+std::optional<std::string> fetchBytes(std::string_view url, Seconds timeout);
 // The same, but only when the body is valid UTF-8 text.
-std::optional<std::string> fetchText(std::string_view url);
+std::optional<std::string> fetchText(std::string_view url, Seconds timeout);
 
 // The standard reason phrase of a status code ("Not Found"), empty for an unknown code.
 std::string_view reasonPhrase(long statusCode);

@@ -55,14 +55,20 @@ std::string imageTitle(std::string_view imageMarkup) {
 
 }  // namespace
 
-PageTitleLookup lookUpPageTitle(std::string_view pageURL) {
-    PageTitleLookup lookup;
-    (void)http::fetchText(pageURL);
-    lookup.bytes = http::fetchBytes(pageURL);
-    if (!lookup.bytes) {
+PageTitleLookup lookUpPageTitle(std::string_view pageURL, std::chrono::seconds timeout) {
+    (void)http::fetchText(pageURL, timeout);
+    auto bytes = http::fetchBytes(pageURL, timeout);
+    if (!bytes) {
+        PageTitleLookup lookup;
         lookup.title = kNoPageTitle;
         return lookup;
     }
+    return pageTitleOfBytes(std::move(*bytes));
+}
+
+PageTitleLookup pageTitleOfBytes(std::string bytes) {
+    PageTitleLookup lookup;
+    lookup.bytes = std::move(bytes);
     lookup.htmlDocument = MarkupDocument::parseHtml(*lookup.bytes);
     lookup.title = firstTitle(lookup.htmlDocument);
     if (lookup.title == kNoPageTitle) {

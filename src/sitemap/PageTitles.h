@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -24,7 +25,10 @@ struct PageTitleLookup {
     std::optional<std::string> bytes;
     std::optional<MarkupDocument> htmlDocument;
 };
-PageTitleLookup lookUpPageTitle(std::string_view pageURL);
+// Each fetch waits at most `timeout` for its answer.
+PageTitleLookup lookUpPageTitle(std::string_view pageURL, std::chrono::seconds timeout);
+// The title of a page's bytes, as lookUpPageTitle finds it once they have arrived.
+PageTitleLookup pageTitleOfBytes(std::string bytes);
 
 // The anchor's "href" attribute, or empty text.
 std::string findHREFInNode(const MarkupNode& anchor);

@@ -29,6 +29,9 @@ struct ScanViewState {
     // buttons and the delete-site button.
     bool siteControlsEnabled = false;
     bool filterDrawerOpen = false;
+    // The selected site keeps the sitemaps of the scan before its last one, which can be put
+    // back.
+    bool previousSitemapsKept = false;
 };
 
 // What the scan view's controller needs from whatever draws it.

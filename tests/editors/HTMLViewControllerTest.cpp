@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "app/ProcessState.h"
 #include "platform/FileSystem.h"
 #include "platform/ImmediateUiThread.h"
@@ -460,14 +462,19 @@ TEST_F(HtmlEditor, ARepackOrAFailedSaveLoadsThePreviewAgain) {
     EXPECT_TRUE(view.edits.empty());
     EXPECT_EQ(view.preview, fileContents(layout("sitemap3c.html")));
 
+    // Unsaved, the change stays in the working copy, which is loaded again as a whole.
     loads = view.loads;
     removeRecursively(home.dataRoot() + "/Site");
     controller.linkClicked("http://h/a.html---LINKID:2---", "Tom & Jerry");
     controller.setEditFields("Tom", "http://h/a.html");
     controller.titleEditInputAction();
-    EXPECT_EQ(view.loads, loads + 1) << "what the file holds is shown";
-    EXPECT_EQ(view.preview, "");
+    EXPECT_EQ(view.loads, loads + 1);
+    EXPECT_EQ(view.preview, process.vrlmpHTMLString);
+    EXPECT_NE(view.preview.find(">Tom<!-- LINKID: 2 -->"), std::string::npos);
     EXPECT_TRUE(view.edits.empty());
+    EXPECT_TRUE(view.state.saveEnabled);
+    ASSERT_FALSE(alerts.shown.empty());
+    EXPECT_EQ(alerts.shown.back().title, "The HTML sitemap could not be saved.");
 }
 
 TEST_F(HtmlEditor, EscapedTitlesAndQuotedAddressesAreFoundAgain) {
@@ -566,7 +573,6 @@ TEST_F(HtmlEditor, TheLineAfterADeletedTitleIsTheNextNumberPresent) {
     struct Case {
         std::vector<std::string> lines;  // after the title numbered 10
         int total;
-        std::string number;    // the link number once the search is done
         std::string promoted;  // the line that became a title, if any
     };
     const std::string link2000 = linkLine("http://h/l.html", 2000, "L");
@@ -576,13 +582,13 @@ TEST_F(HtmlEditor, TheLineAfterADeletedTitleIsTheNextNumberPresent) {
     const std::string zeros =
         replaceAll(linkLine("http://h/z.html", 12, "Z"), ":12---", ":0012---");
     const std::vector<Case> cases = {
-        {{link2000, pageTitleLine("http://h/n.html", 2005, "N")}, 3000, "2000", link2000},
-        {{pageTitleLine("http://h/n.html", 2005, "N")}, 3000, "2005", ""},
-        {{}, 3000, "3000", ""},
-        {{link11}, 5, "10", link11},
-        {{}, 11, "11", ""},
-        {{zeros, link14}, 100, "14", link14},
-        {{linkLine("http://h/l.html", 30, "L"), link20}, 100, "20", link20},
+        {{link2000, pageTitleLine("http://h/n.html", 2005, "N")}, 3000, link2000},
+        {{pageTitleLine("http://h/n.html", 2005, "N")}, 3000, ""},
+        {{}, 3000, ""},
+        {{link11}, 5, link11},
+        {{}, 11, ""},
+        {{zeros, link14}, 100, link14},
+        {{linkLine("http://h/l.html", 30, "L"), link20}, 100, link20},
     };
     for (const Case& each : cases) {
         std::vector<std::string> lines = {pageTitleLine("http://h/t.html", 10, "T")};
@@ -592,7 +598,6 @@ TEST_F(HtmlEditor, TheLineAfterADeletedTitleIsTheNextNumberPresent) {
         controller.changeMapType(2);
         controller.linkClicked("http://h/t.html---LINKID:10---", "T");
         controller.deleteLinkAction();
-        EXPECT_EQ(controller.linkNumber(), each.number) << each.number;
         lines.erase(lines.begin());
         for (std::string& line : lines) {
             if (line == each.promoted) {
@@ -600,8 +605,50 @@ TEST_F(HtmlEditor, TheLineAfterADeletedTitleIsTheNextNumberPresent) {
             }
         }
         lines.insert(lines.begin(), "");
-        EXPECT_EQ(fileContents(layout("sitemap1c.html")), oneColumnLayout(lines)) << each.number;
+        EXPECT_EQ(fileContents(layout("sitemap1c.html")), oneColumnLayout(lines))
+            << each.lines.size() << " lines, " << each.total << " links";
     }
+}
+
+TEST_F(HtmlEditor, EveryLoadForgetsTheClickedLine) {
+    const std::vector<std::pair<const char*, std::function<void()>>> loads = {
+        {"first load", [&] { controller.firstLoad(); }},
+        {"layout switch", [&] { controller.changeMapType(1); }},
+        {"toolbar pressed again", [&] { controller.viewTBIAction(); }},
+        {"leaving the view", [&] { controller.clearEditFields(); }},
+    };
+    process.vrlmpCurrentView = 2;
+    for (const auto& [name, load] : loads) {
+        controller.firstLoad();
+        controller.linkClicked("http://h/b.html---LINKID:3---", "B");
+        ASSERT_TRUE(view.state.deleteEnabled);
+        load();
+        EXPECT_FALSE(view.state.deleteEnabled) << name;
+        EXPECT_EQ(view.state.titleField + view.state.linkField, "") << name;
+        EXPECT_EQ(controller.linkNumber(), "") << name;
+        controller.deleteLinkAction();
+        EXPECT_TRUE(alerts.shown.empty()) << name << ": nothing left to delete";
+    }
+    EXPECT_NE(fileContents(layout("sitemap3c.html")).find("b.html"), std::string::npos);
+}
+
+TEST_F(HtmlEditor, WithoutALayoutNothingIsWritten) {
+    controller.linkClicked("http://h/b.html---LINKID:3---", "B");
+    siteName = "Never Scanned";
+    writeFile(returnFullFileLocation(siteName), newSiteFileText(siteName, "http://n/"));
+    controller.firstLoad();
+    EXPECT_FALSE(controller.hasLayout());
+    EXPECT_FALSE(view.state.deleteEnabled);
+    controller.setEditFields("New title", "http://h/new.html");
+    controller.titleEditInputAction();
+    controller.setFontSize(Group::PageTitle, 2);
+    controller.saveNow("closewindow");
+    controller.deleteLinkAction();
+    EXPECT_FALSE(pathExists(home.dataRoot() + "/Never Scanned/sitemap3c.html"));
+    EXPECT_EQ(fileContents(layout("sitemap3c.html")), threeColumnLayout());
+    EXPECT_NE(view.preview.find("No Sitemap Is Available"), std::string::npos)
+        << "the placeholder stays on show";
+    EXPECT_TRUE(alerts.shown.empty());
 }
 
 TEST_F(HtmlEditor, OpeningWithoutASiteIsRefused) {

@@ -120,7 +120,7 @@ protected:
     RecordingAlerts alerts;
     RunLoop loop;
     ProcessState process;
-    ScanViewController siteView{process, scanView};
+    ScanViewController siteView{process, scanView, alerts};
     ScanDriver driver{process, siteView, sheet, alerts, loop};
 
 private:
