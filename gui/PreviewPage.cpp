@@ -188,6 +188,14 @@ PreviewPage::PreviewPage(QWebEngineProfile* ownProfile, QObject* parent)
         // A reload replaces the document, and with it the outline.
         highlightLink(highlighted_);
     });
+    // A renderer that dies under a change in place (a big page can run it out of memory)
+    // takes the page with it: the text is loaded again, but not after a load that died.
+    connect(this, &QWebEnginePage::renderProcessTerminated, this,
+            [this](RenderProcessTerminationStatus status, int /*exitCode*/) {
+                if (status != NormalTerminationStatus && loaded_) {
+                    showHtml(currentHtml());
+                }
+            });
 }
 
 PreviewPage::~PreviewPage() {

@@ -642,6 +642,7 @@ TEST_F(HtmlEditor, WithoutALayoutNothingIsWritten) {
     controller.setEditFields("New title", "http://h/new.html");
     controller.titleEditInputAction();
     controller.setFontSize(Group::PageTitle, 2);
+    EXPECT_FALSE(process.vrlmpNeedsSave) << "the working copy is left alone";
     controller.saveNow("closewindow");
     controller.deleteLinkAction();
     EXPECT_FALSE(pathExists(home.dataRoot() + "/Never Scanned/sitemap3c.html"));
