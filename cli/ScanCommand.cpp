@@ -7,6 +7,7 @@
 #include <cmath>
 #include <csignal>
 #include <iostream>
+#include <optional>
 
 #include "BrokenLinksOutput.h"
 #include "Commands.h"
@@ -63,16 +64,24 @@ void reportExplanationFailure(std::ostream& err, const std::string& path,
         << failure.message() << '\n';
 }
 
-void printJsonSummary(std::ostream& out, const SiteDetailsFields& details,
-                      const std::string& folder, double seconds,
-                      std::vector<BrokenLinkDetail> brokenLinks) {
+// The summary as labelled lines or, given the time the scan took, as one JSON object.
+void printSummary(std::ostream& out, const SiteDetailsFields& details, const std::string& folder,
+                  std::optional<double> jsonSeconds, std::vector<BrokenLinkDetail> brokenLinks) {
+    if (!jsonSeconds) {
+        out << "Pages found: " << details.pagesFound << '\n'
+            << "Pages used: " << details.linksScanned << '\n'
+            << "Total links: " << details.totalLinksFound << '\n'
+            << "Broken links: " << details.brokenLinks << '\n'
+            << "Files in: " << folder << '\n';
+        return;
+    }
     const json::Object summary{
         {"pagesFound", leadingIntegerValue(details.pagesFound)},
         {"pagesUsed", leadingIntegerValue(details.linksScanned)},
         {"totalLinks", leadingIntegerValue(details.totalLinksFound)},
         {"brokenLinks", leadingIntegerValue(details.brokenLinks)},
         {"folder", folder},
-        {"seconds", std::round(seconds * 1000) / 1000},
+        {"seconds", std::round(*jsonSeconds * 1000) / 1000},
         {"brokenLinkDetails", brokenLinksJson(BrokenLinkReport{std::move(brokenLinks), true})},
     };
     out << json::write(summary, json::Layout::Indented) << '\n';
@@ -180,17 +189,10 @@ int scanSite(SiteSession& session, const std::string& name, WarningAnswer onWarn
     }
 
     const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - started;
-    const SiteDetailsFields& details = session.siteList().state().details;
     const std::string folder = siteFolderLocation(session.process().vrlmpCurSite);
-    if (reporting.json) {
-        printJsonSummary(out, details, folder, elapsed.count(), driver.brokenLinkDetails());
-    } else {
-        out << "Pages found: " << details.pagesFound << '\n'
-            << "Pages used: " << details.linksScanned << '\n'
-            << "Total links: " << details.totalLinksFound << '\n'
-            << "Broken links: " << details.brokenLinks << '\n'
-            << "Files in: " << folder << '\n';
-    }
+    printSummary(out, session.siteList().state().details, folder,
+                 reporting.json ? std::optional(elapsed.count()) : std::nullopt,
+                 driver.brokenLinkDetails());
     if (interrupted) {
         return kExitInterrupted;
     }

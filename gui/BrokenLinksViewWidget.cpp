@@ -19,6 +19,8 @@ namespace loomcrest::gui {
 
 namespace {
 
+constexpr int kLinksColumn = 4;
+
 QStringList rowCells(const BrokenLinkDetail& row, bool withDetails) {
     if (!withDetails) {
         return {QString::fromStdString(row.url)};
@@ -101,7 +103,11 @@ void BrokenLinksViewWidget::reloadBrokenLinks(const std::string& siteName,
         const QStringList cells =
             rowCells(badLinkArray_.rows[static_cast<size_t>(row)], withDetails);
         for (int column = 0; column < cells.size(); ++column) {
-            table_->setItem(row, column, new QTableWidgetItem(cells[column]));
+            auto* item = new QTableWidgetItem(cells[column]);
+            if (column == kLinksColumn) {
+                item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+            }
+            table_->setItem(row, column, item);
         }
     }
     table_->resizeColumnsToContents();
