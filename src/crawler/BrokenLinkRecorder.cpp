@@ -7,16 +7,17 @@ void BrokenLinkRecorder::reset() {
     broken_.clear();
 }
 
-void BrokenLinkRecorder::startPage(std::string_view url) {
-    pages_.try_emplace(std::string(url));
+void BrokenLinkRecorder::startPage(std::string_view entry) {
+    pages_.try_emplace(entry);
 }
 
-void BrokenLinkRecorder::pageQueued(std::string_view url, std::string_view page,
+void BrokenLinkRecorder::pageQueued(std::string_view entry, std::string_view page,
                                     std::string linkText) {
+    // The referrer's own key, not `page`, which may be a passing copy.
     const auto referrer = pages_.find(page);
-    Referral referral{referrer == pages_.end() ? nullptr : &referrer->first, std::move(linkText),
-                      1};
-    pages_.try_emplace(std::string(url), std::move(referral));
+    const std::string_view firstPage =
+        referrer == pages_.end() ? std::string_view() : referrer->first;
+    pages_.try_emplace(entry, Referral{firstPage, std::move(linkText), 1});
 }
 
 void BrokenLinkRecorder::linkTo(std::string_view url) {
@@ -36,7 +37,7 @@ std::vector<BrokenLinkDetail> BrokenLinkRecorder::details() const {
         BrokenLinkDetail detail{broken.url, broken.status, {}, {}, 0};
         if (const auto page = pages_.find(broken.url); page != pages_.end()) {
             const Referral& referral = page->second;
-            detail.foundOn = referral.firstPage != nullptr ? *referral.firstPage : std::string();
+            detail.foundOn = referral.firstPage;
             detail.linkText = referral.linkText;
             detail.links = referral.links;
         }

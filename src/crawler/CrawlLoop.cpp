@@ -189,7 +189,8 @@ void ScanDriver::extractLinks(const MarkupDocument& document) {
 // A queued link is the first to its page; any other only adds to the count of its target.
 void ScanDriver::noteLinkForBrokenPages(const LinkDecision& decision, std::string linkText) {
     if (decision.outcome == LinkOutcome::Queued) {
-        brokenLinkRecorder_.pageQueued(decision.url, scanner_.pageBaseURLUnchanged,
+        const PageList& pages = scanner_.uniquePagesLeftMArray;
+        brokenLinkRecorder_.pageQueued(pages[pages.size() - 1], scanner_.pageBaseURLUnchanged,
                                        std::move(linkText));
     } else {
         brokenLinkRecorder_.linkTo(decision.url);

@@ -74,7 +74,7 @@ void ScanDriver::scanSiteAction() {
     scanner_.loadRobotsRules(robots.value_or(std::string()));
     scanner_.ignoreRobots = siteView_.state().ignoreRobotsChecked;
     scanner_.uniquePagesLeftMArray.append(typedURL);
-    brokenLinkRecorder_.startPage(typedURL);
+    brokenLinkRecorder_.startPage(scanner_.uniquePagesLeftMArray[0]);
 
     sheet_.showConnectionSheet(false);
     sheet_.showProgressSheet(true);
