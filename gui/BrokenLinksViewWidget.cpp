@@ -1,10 +1,10 @@
 #include "BrokenLinksViewWidget.h"
 
-#include <QAction>
 #include <QApplication>
 #include <QClipboard>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QUrl>
@@ -46,11 +46,8 @@ BrokenLinksViewWidget::BrokenLinksViewWidget(ExportViewWidget& exportView, Alert
     textButton_ = new QPushButton(QStringLiteral("Export as Text"), this);
     csvButton_ = new QPushButton(QStringLiteral("Export as CSV"), this);
 
-    auto* copy = new QAction(QStringLiteral("Copy"), table_);
-    copy->setShortcut(QKeySequence::Copy);
-    copy->setShortcutContext(Qt::WidgetShortcut);
-    table_->addAction(copy);
-    connect(copy, &QAction::triggered, this, &BrokenLinksViewWidget::copySelectedRows);
+    // The table's own Ctrl+C copies the current cell alone; whole rows are meant here.
+    table_->installEventFilter(this);
     connect(table_, &QTableWidget::cellDoubleClicked, this,
             [this](int row, int /*column*/) { openRow(row); });
 
@@ -112,6 +109,15 @@ void BrokenLinksViewWidget::reloadBrokenLinks(const std::string& siteName,
     }
     table_->resizeColumnsToContents();
     table_->horizontalHeader()->setStretchLastSection(!withDetails);
+}
+
+bool BrokenLinksViewWidget::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == table_ && event->type() == QEvent::KeyPress &&
+        static_cast<QKeyEvent*>(event)->matches(QKeySequence::Copy)) {
+        copySelectedRows();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 void BrokenLinksViewWidget::copySelectedRows() const {

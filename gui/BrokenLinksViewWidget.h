@@ -36,6 +36,9 @@ public:
     QPushButton* textButton() const { return textButton_; }
     QPushButton* csvButton() const { return csvButton_; }
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     void copySelectedRows() const;
     void openRow(int row);

@@ -10,7 +10,7 @@ namespace loomcrest {
 
 namespace {
 
-constexpr size_t kBufferSize = 64 * 1024;
+constexpr size_t kBufferSize = size_t{64} * 1024;
 
 int lastError() {
     return errno != 0 ? errno : EIO;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -27,8 +28,8 @@ struct BrokenLinkDetail {
 };
 
 // The column titles, in file order.
-inline constexpr std::string_view kBrokenLinkColumns[] = {"URL", "Status", "Found on", "Link text",
-                                                          "Links"};
+inline constexpr std::array<std::string_view, 5> kBrokenLinkColumns = {"URL", "Status", "Found on",
+                                                                       "Link text", "Links"};
 
 // The status code a status text starts with ("404 - ..."); 0 when there was no HTTP answer.
 int statusCodeOf(std::string_view status);
