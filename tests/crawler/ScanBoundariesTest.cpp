@@ -1,0 +1,41 @@
+#include <gtest/gtest.h>
+
+#include "support/ScanFixture.h"
+
+namespace loomcrest {
+namespace {
+
+using test::TestPage;
+
+class ScanBoundaries : public test::ScanFixture {};
+
+TEST_F(ScanBoundaries, EveryAnswerFrom400OnIsBroken) {
+    servePage("/", {R"(<title>Home</title><a href="ok.html">1</a><a href="bad.html">2</a>)"
+                    R"(<a href="gone.html">3</a>)"});
+    servePage("/ok.html", {"<title>OK</title>", "text/html", 226});
+    servePage("/bad.html", {"<title>Bad</title>", "text/html", 400});
+    servePage("/gone.html", {"<title>Gone</title>", "text/html", 410});
+    addSite();
+    scan();
+    EXPECT_EQ(process.vrlmpBadLinkArray,
+              (std::vector<std::string>{server.url("/bad.html"), server.url("/gone.html")}));
+}
+
+TEST_F(ScanBoundaries, TheBarIsSetOnlyOnceTwoPagesAreListed) {
+    servePage("/", {"<title>Only</title>"});
+    addSite();
+    scan();
+    // With a single page listed the bar keeps the figures it rests at.
+    EXPECT_EQ(sheet.progressShown,
+              (std::vector<ScanProgress>{{0, 1, 0, 5, 1}, {0, 1, 0, 5, 1}, {0, 0, 0, 5, 1}}));
+
+    servePage("/", {R"(<title>Home</title><a href="a.html">A</a>)"});
+    servePage("/a.html", {"<title>A</title>"});
+    sheet.progressShown.clear();
+    scan();
+    EXPECT_EQ(sheet.progressShown,
+              (std::vector<ScanProgress>{{1, 0, 0, 5, 1}, {0, 2, 0, 2, 2}, {0, 0, 0, 5, 1}}));
+}
+
+}  // namespace
+}  // namespace loomcrest
