@@ -56,7 +56,6 @@ TEST_F(SiteSelection, SelectingMakesTheSiteCurrentAndCompletesItsFile) {
     EXPECT_EQ(process.vrlmpCurSite, "Example");
     EXPECT_EQ(process.vrlmpWinTit, "Loomcrest2 - Example");
     EXPECT_EQ(view.windowTitle, "Loomcrest2 - Example");
-    EXPECT_TRUE(process.vrlmpViewChanged);
     EXPECT_EQ(announcements, 1);
     EXPECT_EQ(view.filterReloads, 1);
     EXPECT_TRUE(view.state.scanButtonEnabled);
@@ -181,13 +180,6 @@ TEST_F(SiteSelection, FiltersDrawerButtonToggles) {
     controller.filterAddPanel();
     EXPECT_EQ(process.vrlmpPLastState, 0);
     EXPECT_FALSE(view.state.filterDrawerOpen);
-}
-
-TEST_F(SiteSelection, ViewChangedFlagIsClearedBySetViewChanged) {
-    selectSite("Example");
-    EXPECT_TRUE(controller.passViewChanged());
-    controller.setViewChanged();
-    EXPECT_FALSE(controller.passViewChanged());
 }
 
 }  // namespace
