@@ -6,6 +6,7 @@
 #include "RowNumber.h"
 #include "SiteSession.h"
 #include "editors/HTMLViewController.h"
+#include "editors/HeadlessHtmlView.h"
 #include "editors/HtmlStyle.h"
 #include "platform/ImmediateUiThread.h"
 #include "platform/Regex.h"
@@ -28,15 +29,6 @@ constexpr std::array<std::pair<std::string_view, Underline>, 3> kUnderlines = {{
 std::vector<std::string> choices(std::span<const std::string_view> items) {
     return {items.begin(), items.end()};
 }
-
-class HeadlessHtmlView : public HtmlView {
-public:
-    void htmlViewChanged(const HtmlViewState&) override {}
-    void loadPreview(std::string_view) override {}
-    void showPreviewPanel(bool) override {}
-    void setPreviewProgress(double, double) override {}
-    void openWithDefaultApplication(const std::string&) override {}
-};
 
 // One line of a layout as a click on it would report it.
 struct LayoutLine {

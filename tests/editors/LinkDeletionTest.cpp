@@ -4,6 +4,7 @@
 
 #include "app/ProcessState.h"
 #include "editors/HTMLViewController.h"
+#include "editors/HeadlessHtmlView.h"
 #include "platform/ImmediateUiThread.h"
 #include "platform/Text.h"
 #include "sitemap/HtmlSitemapFormat.h"
@@ -14,15 +15,6 @@
 
 namespace loomcrest {
 namespace {
-
-class SilentHtmlView : public HtmlView {
-public:
-    void htmlViewChanged(const HtmlViewState&) override {}
-    void loadPreview(std::string_view) override {}
-    void showPreviewPanel(bool) override {}
-    void setPreviewProgress(double, double) override {}
-    void openWithDefaultApplication(const std::string&) override {}
-};
 
 // The link right after a deleted page title is gone already, so the next one still present
 // is looked for up to the site's last link number, which it carries.
@@ -40,7 +32,7 @@ TEST(LinkDeletion, ThePageTitleGoesToTheLinkWithTheLastNumber) {
                     newSiteFileText("Site", "http://h/") + "\n<pagesUsed>1</pagesUsed>");
     writeSiteStatistics("Site", 2, 2, 1);
 
-    SilentHtmlView view;
+    HeadlessHtmlView view;
     test::RecordingAlerts alerts;
     ImmediateUiThread ui;
     ProcessState process;
