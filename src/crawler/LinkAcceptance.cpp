@@ -51,11 +51,17 @@ const SiteScanner::SiteBaseKey& SiteScanner::siteBaseKey() {
     return siteBaseKey_;
 }
 
-LinkDecision SiteScanner::acceptLink(std::string_view href) {
-    if (href.empty()) {
-        return {};
+bool SiteScanner::namesAPage(const std::string& url, std::string_view path) const {
+    if (const size_t dot = path.find('.'); dot != std::string::npos) {
+        // From the first "." on, so "/docs.old/page.html" gives ".old/page.html".
+        return isAllowedMedia(allowedMediaArray, path.substr(dot));
     }
-    auto resolved = resolveUrl(pageBaseURLUnchanged, href);
+    return std::none_of(allowedMediaArray.begin(), allowedMediaArray.end(),
+                        [&](const std::string& ext) { return inPageList(url + "index" + ext); });
+}
+
+LinkDecision SiteScanner::acceptLink(std::string_view href) {
+    auto resolved = href.empty() ? std::nullopt : resolveUrl(pageBaseURLUnchanged, href);
     if (!resolved) {
         return {};
     }
@@ -68,27 +74,11 @@ LinkDecision SiteScanner::acceptLink(std::string_view href) {
     if (!parts) {
         return {};
     }
-    const bool isMail = url.starts_with("mailto:");
-    if (!parts->hasQuery && !isMail) {
-        if (const size_t dot = parts->path.find('.'); dot != std::string::npos) {
-            // From the first "." on, so "/docs.old/page.html" gives ".old/page.html".
-            if (!isAllowedMedia(allowedMediaArray, std::string_view(parts->path).substr(dot))) {
-                return {};
-            }
-        } else if (std::any_of(
-                       allowedMediaArray.begin(), allowedMediaArray.end(),
-                       [&](const std::string& ext) { return inPageList(url + "index" + ext); })) {
-            return {};
-        }
-    }
-
-    if (anyEntryOccursIn(url, filters)) {
+    if (!parts->hasQuery && !url.starts_with("mailto:") && !namesAPage(url, parts->path)) {
         return {};
     }
-    if (!ignoreRobots && anyEntryOccursIn(url, robotsArray)) {
-        return {};
-    }
-    if (url.empty()) {
+    if (anyEntryOccursIn(url, filters) || (!ignoreRobots && anyEntryOccursIn(url, robotsArray)) ||
+        url.empty()) {
         return {};
     }
 
@@ -106,7 +96,12 @@ LinkDecision SiteScanner::acceptLink(std::string_view href) {
     if (!hostPath.starts_with(base.hostPath)) {
         return LinkDecision{LinkOutcome::Recorded, std::move(url)};
     }
+    return queueOrRecord(std::move(url));
+}
 
+// An address inside the site is queued unless it, its index form or its "www." twin is
+// listed already, or its query may not be fetched.
+LinkDecision SiteScanner::queueOrRecord(std::string url) {
     std::string indexForm = url;
     for (const std::string& ext : allowedMediaArray) {
         if (url.ends_with("index" + ext)) {

@@ -110,6 +110,10 @@ private:
     };
 
     const SiteBaseKey& siteBaseKey();
+    // Whether an address without a query names a page by its extension, and is not a folder
+    // whose index page is listed already.
+    bool namesAPage(const std::string& url, std::string_view path) const;
+    LinkDecision queueOrRecord(std::string url);
     std::string sitemapFile(std::string_view name) const;
     void appendToSitemap(std::string_view name, std::string_view piece);
     bool inPageList(const std::string& url) const { return uniquePagesLeftMArray.contains(url); }

@@ -270,36 +270,31 @@ TEST(SitemapSplit, PartsKeepHeadTailAndSeparatorsWithinBothLimits) {
     EXPECT_EQ(sitemapPartPath(".xml", 1, false), ".xml-1");
 }
 
-TEST_F(Export, MissingFilesAreReportedAndNothingIsWritten) {
-    exporter.exportHTMLSitemaps();
-    exporter.waitForExport();
-    exporter.exportXMLSitemap();
-    exporter.waitForExport();
-    ASSERT_EQ(alerts.shown.size(), 2U);
-    for (const Alert& alert : alerts.shown) {
-        EXPECT_EQ(alert.title,
-                  "The sitemap you are trying to export could not be found, please "
-                  "make sure you have scanned your site before exporting.");
+TEST_F(Export, MissingOrUnreadableFilesAreReportedAndNothingIsWritten) {
+    const std::string missing =
+        "The sitemap you are trying to export could not be found, please make sure you have "
+        "scanned your site before exporting.";
+    const std::string unreadable =
+        "An error has occurred while exporting your sitemap, you may need to re-scan the site.\n";
+    for (const bool present : {false, true}) {
+        if (present) {
+            writeFile(site("sitemap3c.html"), "caf\xe9");
+            writeFile(site("sitemap.xml"), "caf\xe9");
+        }
+        alerts.shown.clear();
+        exporter.exportHTMLSitemaps();
+        exporter.waitForExport();
+        exporter.exportXMLSitemap();
+        exporter.waitForExport();
+        ASSERT_EQ(alerts.shown.size(), 2U);
+        for (const Alert& alert : alerts.shown) {
+            EXPECT_EQ(alert.title, present ? unreadable : missing);
+            EXPECT_EQ(alert.message,
+                      present ? "If this problem persists, please contact support." : "");
+        }
+        EXPECT_TRUE(view.requests.empty());
+        EXPECT_FALSE(pathExists(*view.answer));
     }
-    EXPECT_TRUE(view.requests.empty());
-    EXPECT_FALSE(pathExists(*view.answer));
-}
-
-TEST_F(Export, AnUnreadableLayoutOrXmlSitemapIsReported) {
-    writeFile(site("sitemap3c.html"), "caf\xe9");
-    writeFile(site("sitemap.xml"), "caf\xe9");
-    exporter.exportHTMLSitemaps();
-    exporter.waitForExport();
-    exporter.exportXMLSitemap();
-    exporter.waitForExport();
-    ASSERT_EQ(alerts.shown.size(), 2U);
-    for (const Alert& alert : alerts.shown) {
-        EXPECT_EQ(alert.title,
-                  "An error has occurred while exporting your sitemap, you may need to re-scan "
-                  "the site.\n");
-        EXPECT_EQ(alert.message, "If this problem persists, please contact support.");
-    }
-    EXPECT_TRUE(view.requests.empty());
 }
 
 TEST_F(Export, AFileThatCannotBeWrittenIsRefusedWithTheReason) {
