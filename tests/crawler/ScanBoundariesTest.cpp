@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "crawler/SiteScanner.h"
 #include "support/ScanFixture.h"
 
 namespace loomcrest {
@@ -42,6 +43,16 @@ TEST_F(ScanBoundaries, TheBarIsSetOnlyOnceTwoPagesAreListed) {
         sheet.progressShown,
         (std::vector<ScanProgress>{
             {1, 0, 0, 5, 1}, {1, 1, 0, 2, 1}, {0, 2, 0, 2, 2}, {0, 2, 0, 2, 2}, {0, 0, 0, 5, 1}}));
+}
+
+TEST(LinkBounds, AnAddressNeedsSomethingAfterItsScheme) {
+    ProcessState process;
+    SiteScanner scanner{process};
+    scanner.setAllowedMedia();
+    scanner.setSiteBaseURL("http://host/");
+    scanner.setPageBaseURLs("http://host/");
+    EXPECT_EQ(scanner.acceptLink("http://").outcome, LinkOutcome::Dropped);
+    EXPECT_EQ(scanner.acceptLink("http://h").outcome, LinkOutcome::Recorded);
 }
 
 }  // namespace

@@ -257,9 +257,12 @@ TEST_F(Export, CompressedPartsHoldThePlainOnes) {
 TEST(SitemapSplit, PartsKeepHeadTailAndSeparatorsWithinBothLimits) {
     const std::string text = "<s>\n <u>1</u>\n <u>22</u><!-- <u>x</u> -->\n <u>3</u><u/>\n</s>";
     EXPECT_EQ(splitSitemap(text, {4, text.size()}), std::vector<std::string>{text});
-    EXPECT_EQ(
-        splitSitemap(text, {2, text.size()}),
-        (std::vector<std::string>{"<s>\n <u>1</u>\n <u>22</u>\n</s>", "<s>\n <u>3</u><u/>\n</s>"}));
+    // Two entries to a part, by their count or by a size limit they reach exactly.
+    for (const SitemapLimits limits : {SitemapLimits{2, text.size()}, SitemapLimits{4, 29}}) {
+        EXPECT_EQ(splitSitemap(text, limits),
+                  (std::vector<std::string>{"<s>\n <u>1</u>\n <u>22</u>\n</s>",
+                                            "<s>\n <u>3</u><u/>\n</s>"}));
+    }
     EXPECT_EQ(splitSitemap(text, {4, 20}),
               (std::vector<std::string>{"<s>\n <u>1</u>\n</s>", "<s>\n <u>22</u>\n</s>",
                                         "<s>\n <u>3</u>\n</s>", "<s>\n <u/>\n</s>"}));
