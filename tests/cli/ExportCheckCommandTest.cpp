@@ -12,10 +12,7 @@
 namespace loomcrest {
 namespace {
 
-using test::fileContents;
-using test::runLoomcrest;
-using test::TemporaryHome;
-using test::writeFile;
+using namespace test;
 
 class ExportChecks : public testing::Test {
 protected:

@@ -25,10 +25,7 @@
 namespace loomcrest {
 namespace {
 
-using test::fileContents;
-using test::RecordingAlerts;
-using test::TemporaryHome;
-using test::writeFile;
+using namespace test;
 
 class RecordingExportView : public ExportView {
 public:
