@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+#include <string>
+#include <tuple>
+#include <vector>
+
 #include "platform/FileSystem.h"
 #include "sites/DataPaths.h"
 #include "support/Golden.h"
@@ -44,21 +49,22 @@ TEST(SiteFileText, ValuesAreWrittenUnescaped) {
               "<siteURL>http://a.com/?x=1&y=<2></siteURL>");
 }
 
-TEST(SiteFileText, FieldsAreReadFromTheirOwnLineAndFirstMatchWins) {
+// A field is read from one line, greedily within it; the first match wins and the tags are
+// case-sensitive.
+TEST(SiteFileText, FieldsAreReadFromTheirOwnLine) {
     const std::string text =
         "<siteName>One</siteName>\n<siteName>Two</siteName>\n<siteURL>a\nb</siteURL>";
-    EXPECT_EQ(readSiteField(text, SiteField::SiteName), "One");
-    EXPECT_EQ(readSiteField(text, SiteField::SiteURL), std::nullopt);
-    EXPECT_EQ(readSiteField(text, SiteField::PagesUsed), std::nullopt);
-}
-
-TEST(SiteFileText, FieldReadingIsGreedyWithinTheLine) {
-    const std::string text = "<pagesFound>1</pagesFound><pagesFound>2</pagesFound>";
-    EXPECT_EQ(readSiteField(text, SiteField::PagesFound), "1</pagesFound><pagesFound>2");
-}
-
-TEST(SiteFileText, FieldTagsAreCaseSensitive) {
-    EXPECT_EQ(readSiteField("<SITENAME>x</SITENAME>", SiteField::SiteName), std::nullopt);
+    const std::vector<std::tuple<std::string, SiteField, std::optional<std::string>>> cases = {
+        {text, SiteField::SiteName, "One"},
+        {text, SiteField::SiteURL, std::nullopt},
+        {text, SiteField::PagesUsed, std::nullopt},
+        {"<pagesFound>1</pagesFound><pagesFound>2</pagesFound>", SiteField::PagesFound,
+         "1</pagesFound><pagesFound>2"},
+        {"<SITENAME>x</SITENAME>", SiteField::SiteName, std::nullopt},
+    };
+    for (const auto& [fileText, field, value] : cases) {
+        EXPECT_EQ(readSiteField(fileText, field), value) << fileText;
+    }
 }
 
 TEST(SiteFileText, ReplacingAnElementReplacesEveryLiteralCopy) {
