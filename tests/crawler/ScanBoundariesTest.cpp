@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "SiteSession.h"
+#include "crawler/ScanFilters.h"
 #include "crawler/SiteScanner.h"
 #include "support/ScanFixture.h"
 
@@ -53,6 +55,19 @@ TEST(LinkBounds, AnAddressNeedsSomethingAfterItsScheme) {
     scanner.setPageBaseURLs("http://host/");
     EXPECT_EQ(scanner.acceptLink("http://").outcome, LinkOutcome::Dropped);
     EXPECT_EQ(scanner.acceptLink("http://h").outcome, LinkOutcome::Recorded);
+}
+
+TEST(FilterRows, ARowPastTheLastGivesNothing) {
+    test::TemporaryHome home;
+    ProcessState process;
+    cli::HeadlessFilterView view;
+    test::RecordingAlerts alerts;
+    ScanFilters filters{process, [] { return std::string(); }, view, alerts};
+    // The place after the last filter held one, so reading it would show that filter again.
+    process.vrlmpFiltersArray = {"tmp", "pdf", "gone"};
+    process.vrlmpFiltersArray.pop_back();
+    EXPECT_EQ(filters.filterArrayObject(1), "pdf");
+    EXPECT_EQ(filters.filterArrayObject(2), "");
 }
 
 }  // namespace

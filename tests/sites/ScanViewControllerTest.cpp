@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "app/ProcessState.h"
 #include "sites/DataPaths.h"
 #include "sites/SiteFile.h"
@@ -171,6 +173,18 @@ TEST_F(SiteSelection, OldFilesAreConvertedWhenTheListCountsItsRows) {
     controller.reloadSiteList();
     EXPECT_EQ(view.names, (std::vector<std::string>{"Example", "Old"}));
     EXPECT_FALSE(controller.updatedOldFile());
+}
+
+// A selected row that no longer exists, the last one included, leaves nothing selected.
+TEST_F(SiteSelection, ASiteGoneFromTheEndOfTheListIsDeselected) {
+    addSite("Zed", newSiteFileText("Zed", "http://zed.com/"));
+    selectSite("Zed");
+    ASSERT_EQ(controller.selectedRow(), 1);
+    std::filesystem::remove_all(siteFolderLocation("Zed"));
+    controller.reloadSiteList();
+    EXPECT_EQ(controller.selectedRow(), -1);
+    EXPECT_EQ(process.vrlmpCurSite, "");
+    EXPECT_EQ(view.names, std::vector<std::string>{"Example"});
 }
 
 TEST_F(SiteSelection, FiltersDrawerButtonToggles) {
