@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Times `loomcrest scan` on synthetic sites of 1,000 and 10,000 pages served by nginx on
-# 127.0.0.1, with its peak memory, and `wget --spider` on the same sites for comparison.
+# 127.0.0.1, with its peak memory, and `wget --spider` on the same sites for comparison;
+# then the same scan with --explain, whose peak memory should not grow with the file.
 # Usage: bench/scan_bench.sh [PAGES...]   (default: 1000 10000)
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -77,6 +78,18 @@ for pages in "${@:-1000 10000}"; do
             "$found" "$elapsed" "$(echo "$found / $elapsed" | bc -l)" \
             "$(echo "$peak_kb / 1024" | bc -l)" "$wget_elapsed" \
             "$(echo "$elapsed / $wget_elapsed" | bc -l)"
+        # The same scan explaining every link it leaves out: the file is streamed, so the
+        # peak memory should stay where it was however many lines it gets.
+        HOME="$work/home" /usr/bin/time -f "%e %M" -o "$work/time" \
+            "$loomcrest" scan Bench --explain "$work/explain.tsv" > /dev/null 2>"$work/errors" || {
+            echo "scan --explain failed:" >&2
+            cat "$work/errors" >&2
+            exit 1
+        }
+        read -r explain_elapsed explain_peak_kb < "$work/time"
+        printf '        with --explain: %7.2f s, peak memory %5.1f MB, %d lines explained\n' \
+            "$explain_elapsed" "$(echo "$explain_peak_kb / 1024" | bc -l)" \
+            "$(($(wc -l < "$work/explain.tsv") - 1))"
     done
 done
 if [ -n "${seconds_per_page[1000]:-}" ] && [ -n "${seconds_per_page[10000]:-}" ]; then

@@ -3,14 +3,20 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <chrono>
+#include <cmath>
 #include <csignal>
 #include <iostream>
+#include <optional>
 
+#include "BrokenLinksOutput.h"
 #include "Commands.h"
 #include "ConsoleScanSheet.h"
 #include "SiteSession.h"
+#include "crawler/LinkExplanations.h"
 #include "crawler/ScanDriver.h"
 #include "platform/RunLoop.h"
+#include "platform/Text.h"
 #include "sites/DataPaths.h"
 
 namespace loomcrest::cli {
@@ -52,6 +58,35 @@ int askOnTerminal(const Alert& alert, std::ostream& err) {
     return declined ? kOtherButtonCode : kDefaultButtonCode;
 }
 
+void reportExplanationFailure(std::ostream& err, const std::string& path,
+                              const WriteResult& failure) {
+    err << "The explanations could not be written to \"" << path << "\".\n"
+        << failure.message() << '\n';
+}
+
+// The summary as labelled lines or, given the time the scan took, as one JSON object.
+void printSummary(std::ostream& out, const SiteDetailsFields& details, const std::string& folder,
+                  std::optional<double> jsonSeconds, std::vector<BrokenLinkDetail> brokenLinks) {
+    if (!jsonSeconds) {
+        out << "Pages found: " << details.pagesFound << '\n'
+            << "Pages used: " << details.linksScanned << '\n'
+            << "Total links: " << details.totalLinksFound << '\n'
+            << "Broken links: " << details.brokenLinks << '\n'
+            << "Files in: " << folder << '\n';
+        return;
+    }
+    const json::Object summary{
+        {"pagesFound", leadingIntegerValue(details.pagesFound)},
+        {"pagesUsed", leadingIntegerValue(details.linksScanned)},
+        {"totalLinks", leadingIntegerValue(details.totalLinksFound)},
+        {"brokenLinks", leadingIntegerValue(details.brokenLinks)},
+        {"folder", folder},
+        {"seconds", std::round(*jsonSeconds * 1000) / 1000},
+        {"brokenLinkDetails", brokenLinksJson(BrokenLinkReport{std::move(brokenLinks), true})},
+    };
+    out << json::write(summary, json::Layout::Indented) << '\n';
+}
+
 void configureWarningAnswer(ConsoleAlerts& alerts, WarningAnswer onWarning, std::ostream& err) {
     const bool interactive = onWarning == WarningAnswer::AskOnTerminal && isatty(STDIN_FILENO);
     alerts.answerQuestionsWith([onWarning, interactive, &err](const Alert& alert) {
@@ -62,7 +97,7 @@ void configureWarningAnswer(ConsoleAlerts& alerts, WarningAnswer onWarning, std:
     });
 }
 
-// `scan NAME [--on-warning continue|cancel]`.
+// `scan NAME [--on-warning continue|cancel] [--json] [--fail-on-broken] [--explain FILE]`.
 class ScanCommand : public Command {
 public:
     using Command::Command;
@@ -74,6 +109,14 @@ public:
                         "Answer to the warning about URLs with several \"?\" (default: "
                         "continue; asked on a terminal)")
             ->check(CLI::IsMember({"continue", "cancel"}));
+        scan.add_flag("--json", reporting_.json,
+                      "Print the summary as one JSON object, broken-link details included");
+        scan.add_flag("--fail-on-broken", reporting_.failOnBroken,
+                      "Exit 3 when the scan finishes with broken links");
+        scan.add_option("--explain", reporting_.explainPath,
+                        "Write every link the scan did not queue to FILE, with its page and "
+                        "the reason, as tab-separated lines")
+            ->type_name("FILE");
         return scan;
     }
 
@@ -85,12 +128,13 @@ public:
             answer = WarningAnswer::Cancel;
         }
         SiteSession session(process(), err());
-        return scanSite(session, name_, answer, out(), err());
+        return scanSite(session, name_, answer, out(), err(), reporting_);
     }
 
 private:
     std::string name_;
     std::string onWarning_;
+    ScanReporting reporting_;
 };
 
 }  // namespace
@@ -100,17 +144,26 @@ std::unique_ptr<Command> makeScanCommand(CommandContext& context) {
 }
 
 int scanSite(SiteSession& session, const std::string& name, WarningAnswer onWarning,
-             std::ostream& out, std::ostream& err) {
+             std::ostream& out, std::ostream& err, const ScanReporting& reporting) {
     if (!session.selectSite(name)) {
         return kExitRefused;
     }
     configureWarningAnswer(session.alerts(), onWarning, err);
+    LinkExplanations explanations;
+    if (!reporting.explainPath.empty()) {
+        if (const WriteResult opened = explanations.open(reporting.explainPath); !opened) {
+            reportExplanationFailure(err, reporting.explainPath, opened);
+            return kExitRefused;
+        }
+    }
 
     RunLoop loop;
     ConsoleScanSheet sheet(err, isatty(STDERR_FILENO) != 0, [&loop] { loop.stop(); });
     ScanDriver driver(session.process(), session.siteList(), sheet, session.alerts(), loop);
+    driver.explainSkippedLinks(reporting.explainPath.empty() ? nullptr : &explanations);
     const InterruptGuard interruptGuard;
     bool interrupted = false;
+    const auto started = std::chrono::steady_clock::now();
 
     loop.perform([&] {
         driver.scanSiteAction();
@@ -128,14 +181,23 @@ int scanSite(SiteSession& session, const std::string& name, WarningAnswer onWarn
     if (session.alerts().anyRefusalShown()) {
         return kExitRefused;
     }
+    if (!reporting.explainPath.empty()) {
+        if (const WriteResult written = explanations.finish(); !written) {
+            reportExplanationFailure(err, reporting.explainPath, written);
+            return kExitRefused;
+        }
+    }
 
-    const SiteDetailsFields& details = session.siteList().state().details;
-    out << "Pages found: " << details.pagesFound << '\n'
-        << "Pages used: " << details.linksScanned << '\n'
-        << "Total links: " << details.totalLinksFound << '\n'
-        << "Broken links: " << details.brokenLinks << '\n'
-        << "Files in: " << siteFolderLocation(session.process().vrlmpCurSite) << '\n';
-    return interrupted ? kExitInterrupted : kExitSuccess;
+    const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - started;
+    const std::string folder = siteFolderLocation(session.process().vrlmpCurSite);
+    printSummary(out, session.siteList().state().details, folder,
+                 reporting.json ? std::optional(elapsed.count()) : std::nullopt,
+                 driver.brokenLinkDetails());
+    if (interrupted) {
+        return kExitInterrupted;
+    }
+    const bool foundBroken = !session.process().vrlmpBadLinkArray.empty();
+    return reporting.failOnBroken && foundBroken ? kExitBrokenLinks : kExitSuccess;
 }
 
 }  // namespace loomcrest::cli

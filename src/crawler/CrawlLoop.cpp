@@ -16,11 +16,28 @@ namespace {
 // Four "?" in a page URL, five pieces when split at them, raise the warning.
 constexpr size_t kSuspiciousQueryPieces = 5;
 
+// The status of the first answer when it failed, else what was wrong with the second.
+std::string pageFailure(const http::Response& first, const http::Response& second) {
+    if (first.statusCode >= 400) {
+        return http::statusText(first.statusCode);
+    }
+    if (!second.isHttp) {
+        return second.errorText;
+    }
+    if (second.statusCode >= 400) {
+        return http::statusText(second.statusCode);
+    }
+    const std::string type = second.mimeType.empty() ? "no media type" : second.mimeType;
+    return http::statusText(second.statusCode) + " (" + type + ", not text/html)";
+}
+
 }  // namespace
 
 struct ScanDriver::PageFetch {
     bool good = false;
     std::optional<std::string> body;
+    // Why a page that is not good failed: "404 - Not Found", "Connection refused", ...
+    std::string failure;
 };
 
 void ScanDriver::extractLinksFromPage() {
@@ -82,11 +99,15 @@ ScanDriver::PageFetch ScanDriver::fetchPage(const std::string& url) const {
     const http::Response first = http::send(request);
     if (!first.isHttp) {
         // Nothing answered, so there is no media type either: the page ends up broken.
+        fetch.failure = first.errorText;
         return fetch;
     }
     // The page is asked for twice; the second answer gives the body and the media type.
     http::Response second = http::send(request);
     fetch.good = first.statusCode < 400 && second.isHttp && second.mimeType == "text/html";
+    if (!fetch.good) {
+        fetch.failure = pageFailure(first, second);
+    }
     if (second.isHttp) {
         fetch.body = std::move(second.body);
     }
@@ -98,6 +119,7 @@ void ScanDriver::crawlPage(const std::string& url, PageTitleLookup& title) {
     scanner_.setPageBaseURLs(url);
     if (!fetch.good) {
         brokenLinks_.push_back(scanner_.pageBaseURLUnchanged);
+        brokenLinkRecorder_.pageBroken(scanner_.pageBaseURLUnchanged, std::move(fetch.failure));
         return;
     }
     const std::string fragment = pageTitleLine(url, scanner_.totLinks, title.title);
@@ -139,21 +161,40 @@ void ScanDriver::extractLinks(const MarkupDocument& document) {
             break;
         }
         refreshScanSheet(false);
-        const LinkDecision decision = scanner_.acceptLink(findHREFInNode(anchor));
+        const std::string href = findHREFInNode(anchor);
+        const LinkDecision decision = scanner_.acceptLink(href);
         if (decision.outcome == LinkOutcome::Queued) {
             pendingScannedLinks_.push_back(decision.url);
             refreshScannedLinks(false);
+        } else if (explanations_ != nullptr) {
+            explanations_->linkNotQueued(scanner_.pageBaseURLUnchanged, href, decision);
         }
-        if (decision.outcome == LinkOutcome::Dropped ||
-            scanner_.pageInnerLinksMArray.contains(decision.url)) {
+        if (decision.outcome == LinkOutcome::Dropped) {
+            continue;
+        }
+        if (scanner_.pageInnerLinksMArray.contains(decision.url)) {
+            brokenLinkRecorder_.linkTo(decision.url);
             continue;
         }
         scanner_.pageInnerLinksMArray.append(decision.url);
-        scanner_.fullPageData += linkLine(decision.url, scanner_.totLinks, findLinkTitle(anchor));
+        std::string linkText = findLinkTitle(anchor);
+        scanner_.fullPageData += linkLine(decision.url, scanner_.totLinks, linkText);
+        noteLinkForBrokenPages(decision, std::move(linkText));
     }
     scanner_.buildAllLinksSitemaps(scanner_.fullPageData);
     scanner_.fullPageData.clear();
     scanner_.pageInnerLinksMArray.clear();
+}
+
+// A queued link is the first to its page; any other only adds to the count of its target.
+void ScanDriver::noteLinkForBrokenPages(const LinkDecision& decision, std::string linkText) {
+    if (decision.outcome == LinkOutcome::Queued) {
+        const PageList& pages = scanner_.uniquePagesLeftMArray;
+        brokenLinkRecorder_.pageQueued(pages[pages.size() - 1], scanner_.pageBaseURLUnchanged,
+                                       std::move(linkText));
+    } else {
+        brokenLinkRecorder_.linkTo(decision.url);
+    }
 }
 
 void ScanDriver::afterPage() {

@@ -74,6 +74,7 @@ void ScanDriver::scanSiteAction() {
     scanner_.loadRobotsRules(robots.value_or(std::string()));
     scanner_.ignoreRobots = siteView_.state().ignoreRobotsChecked;
     scanner_.uniquePagesLeftMArray.append(typedURL);
+    brokenLinkRecorder_.startPage(scanner_.uniquePagesLeftMArray[0]);
 
     sheet_.showConnectionSheet(false);
     sheet_.showProgressSheet(true);
@@ -86,6 +87,7 @@ void ScanDriver::resetForScan() {
     process_.vrlmpBadLinkArray.clear();
     brokenLinks_.clear();
     brokenLinksHandedOver_ = 0;
+    brokenLinkRecorder_.reset();
     writeFailure_ = {};
     scanner_.pageInnerLinksMArray.clear();
     scanner_.filters = process_.vrlmpFiltersArray;
