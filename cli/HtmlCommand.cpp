@@ -7,6 +7,7 @@
 #include "RowNumber.h"
 #include "SiteSession.h"
 #include "editors/HTMLViewController.h"
+#include "editors/HeadlessHtmlView.h"
 #include "editors/HtmlStyle.h"
 #include "editors/LayoutLines.h"
 #include "platform/HtmlDocument.h"
@@ -34,15 +35,6 @@ constexpr std::array<std::pair<std::string_view, Underline>, 3> kUnderlines = {{
 std::vector<std::string> choices(std::span<const std::string_view> items) {
     return {items.begin(), items.end()};
 }
-
-class HeadlessHtmlView : public HtmlView {
-public:
-    void htmlViewChanged(const HtmlViewState&) override {}
-    void loadPreview(std::string_view) override {}
-    void showPreviewPanel(bool) override {}
-    void setPreviewProgress(double, double) override {}
-    void openWithDefaultApplication(const std::string&) override {}
-};
 
 // The style options of one group: "pt" for page titles, "pl" for page links.
 struct StyleOptions {

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <utility>
+#include <vector>
+
 namespace loomcrest {
 namespace {
 
@@ -48,6 +52,18 @@ TEST(MarkupDocument, StringValueJoinsDescendantText) {
     const auto document = MarkupDocument::parseHtml("<a href=x>A <b>bold</b> move<!-- c --></a>");
     ASSERT_TRUE(document.has_value());
     EXPECT_EQ(document->select("//a").front().stringValue(), "A bold move");
+}
+
+TEST(EscapeBareAmpersands, OnlyCompleteReferencesAreKept) {
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {"a&amp;b &lt; &#38; &#x26; &#X26;", "a&amp;b &lt; &#38; &#x26; &#X26;"},
+        {"?a=1&b=2", "?a=1&amp;b=2"},
+        {"&#; &#x; &; &1x; &amp", "&amp;#; &amp;#x; &amp;; &amp;1x; &amp;amp"},
+        {"&#12a; &#xg; &", "&amp;#12a; &amp;#xg; &amp;"},
+    };
+    for (const auto& [text, escaped] : cases) {
+        EXPECT_EQ(escapeBareAmpersands(text), escaped) << text;
+    }
 }
 
 }  // namespace
