@@ -151,15 +151,5 @@ TEST_F(LinkAcceptance, PageBasesCutBackOnlyForPageNames) {
     EXPECT_EQ(scanner.pageBaseURL, "http://host/dir");
 }
 
-TEST(AllowedMedia, HoldsTheFourteenExtensionsInOrder) {
-    ProcessState process;
-    SiteScanner scanner{process};
-    scanner.setAllowedMedia();
-    EXPECT_EQ(
-        scanner.allowedMediaArray,
-        (std::vector<std::string>{".aspx", ".asp", ".cfm", ".html", ".htm", ".jsp", ".php", ".phps",
-                                  ".cfml", ".shtm", ".shtml", ".php3", ".php4", ".php5"}));
-}
-
 }  // namespace
 }  // namespace loomcrest
