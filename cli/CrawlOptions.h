@@ -38,7 +38,4 @@ private:
 // One labelled line a setting, the extra headers one a line below theirs.
 void printCrawlSettings(std::ostream& out, const CrawlSettings& settings);
 
-// The title of the refusal of settings that are not allowed.
-inline constexpr const char* kBadCrawlSettingsTitle = "Cannot Use These Crawl Settings";
-
 }  // namespace loomcrest::cli

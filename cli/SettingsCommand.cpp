@@ -34,7 +34,7 @@ public:
         }
         if (options_.anyGiven()) {
             if (const auto problem = options_.applyTo(read.settings)) {
-                session.alerts().presentAlert(Alert::refusal(kBadCrawlSettingsTitle, *problem), {});
+                session.alerts().presentAlert(refusedCrawlSettingsAlert(*problem), {});
                 return kExitRefused;
             }
             if (!writeCrawlSettings(folder, read.settings)) {

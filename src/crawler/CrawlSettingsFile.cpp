@@ -134,6 +134,10 @@ Alert unreadableCrawlSettingsAlert(std::string_view siteFolder, std::string_view
     return alert;
 }
 
+Alert refusedCrawlSettingsAlert(std::string_view problem) {
+    return Alert::refusal("Cannot Use These Crawl Settings", std::string(problem));
+}
+
 Alert unwritableCrawlSettingsAlert(std::string_view siteFolder) {
     return Alert::refusal("The Crawl Settings Could Not Be Saved",
                           crawlSettingsPath(siteFolder) + " could not be written.");

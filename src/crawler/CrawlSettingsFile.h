@@ -39,5 +39,7 @@ CrawlSettingsRead crawlSettingsFromText(std::string_view text);
 Alert unreadableCrawlSettingsAlert(std::string_view siteFolder, std::string_view problem);
 // And about one that could not be written.
 Alert unwritableCrawlSettingsAlert(std::string_view siteFolder);
+// The refusal of settings that are not allowed, with the message of CrawlSettings::problem.
+Alert refusedCrawlSettingsAlert(std::string_view problem);
 
 }  // namespace loomcrest

@@ -29,6 +29,9 @@ struct ScanViewState {
     // buttons and the delete-site button.
     bool siteControlsEnabled = false;
     bool filterDrawerOpen = false;
+    // What the last scan's robots.txt asked of crawlers and the scan did not obey; empty
+    // when it asked nothing or another site was selected since.
+    std::string crawlDelayAdvice;
 };
 
 // What the scan view's controller needs from whatever draws it.

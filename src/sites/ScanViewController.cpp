@@ -86,6 +86,7 @@ void ScanViewController::selectionCleared() {
     state_.scanButtonEnabled = false;
     state_.editSiteEnabled = false;
     state_.siteControlsEnabled = false;
+    state_.crawlDelayAdvice.clear();
     view_.clearScannedLinks();
     showState();
 }
@@ -110,6 +111,7 @@ void ScanViewController::siteSelected(const std::string& name) {
     state_.scanButtonEnabled = true;
     state_.editSiteEnabled = true;
     state_.siteControlsEnabled = true;
+    state_.crawlDelayAdvice.clear();
     view_.reloadFilterList();
     process_.vrlmpViewChanged = true;
     view_.clearScannedLinks();
@@ -199,6 +201,11 @@ void ScanViewController::showScanStatistics(int32_t totalLinks, size_t pagesFoun
 
 void ScanViewController::showPagesUsed(int32_t pagesUsed) {
     state_.details.linksScanned = std::to_string(pagesUsed);
+    showState();
+}
+
+void ScanViewController::showCrawlDelayAdvice(std::string advice) {
+    state_.crawlDelayAdvice = std::move(advice);
     showState();
 }
 

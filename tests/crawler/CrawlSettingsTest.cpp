@@ -7,7 +7,9 @@
 #include <functional>
 
 #include "crawler/CrawlDelay.h"
+#include "crawler/CrawlSettingsEditor.h"
 #include "crawler/CrawlSettingsFile.h"
+#include "support/Recorders.h"
 #include "support/TemporaryHome.h"
 
 namespace loomcrest {
@@ -184,6 +186,49 @@ TEST(CrawlSettingsFile, AMalformedFileIsReportedAndGivesTheDefaults) {
     EXPECT_EQ(unwritable.kind, AlertKind::Refusal);
     EXPECT_EQ(unwritable.title, "The Crawl Settings Could Not Be Saved");
     EXPECT_EQ(unwritable.message, "/sites/A/crawl.json could not be written.");
+}
+
+TEST(CrawlSettingsEditor, OpensTheSavedSettingsAndSavesOnlyWhatIsAllowed) {
+    test::TemporaryHome home;
+    test::RecordingAlerts alerts;
+    CrawlSettingsEditor editor(alerts);
+    CrawlSettingsFields fields = editor.open(home.path());
+    EXPECT_EQ(fields, (CrawlSettingsFields{"1", "0", kDefaultAgent, false, "", false}));
+
+    fields = {"4", "0.5", "Bot/1", true, "Cookie: a=b\n\n  \nX-Token: t\n", true};
+    ASSERT_TRUE(editor.save(fields));
+    EXPECT_TRUE(alerts.shown.empty());
+    const CrawlSettings saved = readCrawlSettings(home.path()).settings;
+    EXPECT_EQ(saved.extraHeaders(), (std::vector<std::string>{"Cookie: a=b", "X-Token: t"}));
+    EXPECT_EQ(editor.open(home.path()),
+              (CrawlSettingsFields{"4", "0.5", "Bot/1", true, "Cookie: a=b\nX-Token: t\n", true}));
+
+    const std::vector<std::pair<CrawlSettingsFields, std::string_view>> refused = {
+        {{"", "0", "A", false, "", false}, kConnectionsProblem},
+        {{"20", "0", "A", false, "", false}, kConnectionsProblem},
+        {{"2", "fast", "A", false, "", false}, kRateProblem},
+        {{"2", "0", "", false, "", false}, kUserAgentProblem},
+    };
+    for (const auto& [typed, problem] : refused) {
+        alerts.shown.clear();
+        EXPECT_FALSE(editor.save(typed));
+        ASSERT_EQ(alerts.shown.size(), 1U);
+        EXPECT_EQ(alerts.shown[0].title, "Cannot Use These Crawl Settings");
+        EXPECT_EQ(alerts.shown[0].message, problem);
+    }
+    alerts.shown.clear();
+    EXPECT_FALSE(editor.save({"2", "0", "A", false, "Cookie: a\nbad header\n", false}));
+    EXPECT_EQ(alerts.shown.at(0).message,
+              "The extra header \"bad header\" must have the form \"Name: value\".");
+    EXPECT_EQ(readCrawlSettings(home.path()).settings, saved) << "nothing refused was saved";
+
+    test::writeFile(home.path() + "/crawl.json", "{");
+    alerts.shown.clear();
+    EXPECT_EQ(editor.open(home.path()).connections, "1");
+    ASSERT_EQ(alerts.shown.size(), 1U);
+    EXPECT_EQ(alerts.shown[0].message, home.path() +
+                                           "/crawl.json: line 1, column 2: unexpected end of text. "
+                                           "The default settings are used.");
 }
 
 TEST(CrawlDelay, TheLongestDelayOfAnyGroupIsAdvice) {
