@@ -12,14 +12,14 @@ int runLoomcrest(int argc, const char* const* argv, std::ostream& out, std::ostr
     ProcessState process;
     CommandContext context{out, err, process};
     CLI::App app{"Loomcrest: sitemaps for the sites you run.", "loomcrest"};
+    app.set_version_flag("--version", std::string{"loomcrest "} + LOOMCREST_VERSION);
     app.require_subcommand(1);
-    app.set_version_flag("--version", "loomcrest " LOOMCREST_VERSION);
 
     std::vector<std::unique_ptr<Command>> commands;
     for (const auto make :
          {makeSitesCommand, makeAddCommand, makeEditCommand, makeDeleteCommand, makeShowCommand,
           makeRobotsCommand, makeSettingsCommand, makeScanCommand, makeDemoCommand, makeXmlCommand,
-          makeHtmlCommand, makeExportCommand, makeFiltersCommand}) {
+          makeHtmlCommand, makeExportCommand, makeValidateCommand, makeFiltersCommand}) {
         commands.push_back(make(context));
     }
     std::vector<std::pair<CLI::App*, Command*>> subcommands;

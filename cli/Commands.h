@@ -20,5 +20,6 @@ std::unique_ptr<Command> makeDemoCommand(CommandContext& context);
 std::unique_ptr<Command> makeXmlCommand(CommandContext& context);
 std::unique_ptr<Command> makeHtmlCommand(CommandContext& context);
 std::unique_ptr<Command> makeExportCommand(CommandContext& context);
+std::unique_ptr<Command> makeValidateCommand(CommandContext& context);
 
 }  // namespace loomcrest::cli

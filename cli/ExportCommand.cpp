@@ -49,7 +49,13 @@ public:
         for (const auto& [code, box] : kLayoutBoxes) {
             addTarget(exporting, code, "The layout without its LINKID markers");
         }
-        addTarget(exporting, "xml", "The XML sitemap without its empty elements");
+        CLI::App& xml = addTarget(exporting, "xml",
+                                  "The XML sitemap without its empty elements; one too big for a "
+                                  "single file becomes a sitemap index with its parts beside it");
+        xml.add_flag("--fix-ampersands", fixAmpersands_,
+                     "Export a sitemap that is not well formed with every bare \"&\" written "
+                     "as \"&amp;\"");
+        xml.add_flag("--gzip", gzip_, "Write the parts of a split sitemap gzip-compressed");
         addTarget(exporting, "broken-html", "The broken links as an HTML page");
         addTarget(exporting, "broken-txt", "The broken links as text");
         return exporting;
@@ -62,18 +68,30 @@ public:
         }
         FileAnswerExportView view(file_);
         ImmediateUiThread ui;
+        // The option is the answer to the question whether to escape bare "&".
+        session.alerts().answerQuestionsWith([this](const Alert&) {
+            return fixAmpersands_ ? kDefaultButtonCode : kAlternateButtonCode;
+        });
         SitemapExporter exporter(process(), view, session.alerts(), ui);
         exporter.setSelectedSite(process().vrlmpCurSite);
+        exporter.setCompressParts(gzip_);
         start(exporter);
         exporter.waitForExport();
+        if (exporter.ampersandRepairDeclined()) {
+            err() << "Nothing was exported. With --fix-ampersands it is exported with every "
+                     "bare \"&\" written as \"&amp;\".\n";
+            return kExitRefused;
+        }
         return session.exitStatus();
     }
 
 private:
-    void addTarget(CLI::App& exporting, std::string_view code, const std::string& description) {
+    CLI::App& addTarget(CLI::App& exporting, std::string_view code,
+                        const std::string& description) {
         CLI::App& target = *exporting.add_subcommand(std::string(code), description);
         target.add_option("FILE", file_, "The file to write")->required();
         target.parse_complete_callback([this, code] { target_ = code; });
+        return target;
     }
 
     void start(SitemapExporter& exporter) {
@@ -96,6 +114,8 @@ private:
     std::string name_;
     std::string_view target_;
     std::string file_;
+    bool fixAmpersands_ = false;
+    bool gzip_ = false;
 };
 
 }  // namespace

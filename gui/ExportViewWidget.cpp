@@ -73,9 +73,18 @@ ExportViewWidget::ExportViewWidget(ProcessState& process, QtAlerts& alerts, QtUi
     saveToRow->addWidget(saveToField_, 1);
     saveToRow->addWidget(saveToButton);
 
+    compressParts_ =
+        new QCheckBox(QStringLiteral("Compress the parts of a split XML sitemap (.xml.gz)"), this);
+    compressParts_->setToolTip(QStringLiteral(
+        "An XML sitemap of more than 50,000 URLs or 50 MB is exported as a sitemap index with "
+        "its parts beside it."));
+    connect(compressParts_, &QCheckBox::toggled, this,
+            [this](bool on) { exporter_->setCompressParts(on); });
+
     auto* form = new QFormLayout;
     form->addRow(QStringLiteral("Site:"), sitePicker_);
     form->addRow(QStringLiteral("Save to:"), saveToRow);
+    form->addRow(QString(), compressParts_);
 
     htmlExportButton_ = new QPushButton(QStringLiteral("Export HTML Sitemap"), this);
     xmlExportButton_ = new QPushButton(QStringLiteral("Export XML Sitemap"), this);
@@ -111,6 +120,7 @@ ExportViewWidget::~ExportViewWidget() {
     // events keep flowing until its worker is done. The exporter goes before the widgets
     // because that worker calls back into them.
     closing_ = true;
+    exporter_->abandonQuestions();
     QEventLoop loop;
     std::unique_ptr<QThread> waiter(QThread::create([this] { exporter_->waitForExport(); }));
     connect(waiter.get(), &QThread::finished, &loop, &QEventLoop::quit);

@@ -47,6 +47,7 @@ public:
     QPushButton* xmlExportButton() const { return xmlExportButton_; }
     QComboBox* sitePicker() const { return sitePicker_; }
     QCheckBox* layoutBox(SitemapExporter::Box box) const { return boxes_[box]; }
+    QCheckBox* compressPartsBox() const { return compressParts_; }
 
 private:
     void chooseLayout(SitemapExporter::Box box);
@@ -57,6 +58,7 @@ private:
     std::array<QCheckBox*, 6> boxes_{};
     QComboBox* sitePicker_ = nullptr;
     QLineEdit* saveToField_ = nullptr;
+    QCheckBox* compressParts_ = nullptr;
     QPushButton* htmlExportButton_ = nullptr;
     QPushButton* xmlExportButton_ = nullptr;
     QProgressDialog* exportProgress_ = nullptr;

@@ -3,12 +3,14 @@
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QLabel>
 #include <QPushButton>
 #include <QStyledItemDelegate>
 #include <QTableView>
 #include <QVBoxLayout>
 
 #include "QtAlerts.h"
+#include "export/SiteSitemapCheck.h"
 
 namespace loomcrest::gui {
 
@@ -113,6 +115,7 @@ void XmlEntryModel::reload() {
 XmlSitemapView::XmlSitemapView(ProcessState& process, QtAlerts& alerts,
                                std::function<std::string()> shownSiteName, QWidget* parent)
     : QWidget(parent),
+      shownSiteName_(shownSiteName),
       controller_(std::make_unique<XMLViewController>(process, alerts, std::move(shownSiteName))) {
     setObjectName(QStringLiteral("xmlWindowView"));
     model_ = new XmlEntryModel(*controller_, this);
@@ -130,14 +133,20 @@ XmlSitemapView::XmlSitemapView(ProcessState& process, QtAlerts& alerts,
     table_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     table_->verticalHeader()->setDefaultSectionSize(24);
     delete_ = new QPushButton(QStringLiteral("Delete"), this);
+    status_ = new QLabel(this);
+    status_->setObjectName(QStringLiteral("xmlStatusLine"));
     auto* buttons = new QHBoxLayout;
+    buttons->addWidget(status_);
     buttons->addStretch();
     buttons->addWidget(delete_);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(table_);
     layout->addLayout(buttons);
 
-    controller_->setEntriesChangedHandler([this] { model_->reload(); });
+    controller_->setEntriesChangedHandler([this] {
+        model_->reload();
+        refreshStatusLine();
+    });
     connect(delete_, &QPushButton::clicked, this, [this] {
         const QModelIndexList rows = table_->selectionModel()->selectedRows();
         controller_->selectRow(rows.isEmpty() ? std::nullopt
@@ -150,6 +159,17 @@ XmlSitemapView::~XmlSitemapView() = default;
 
 void XmlSitemapView::reload() {
     controller_->createTableContent();
+    // A file that holds no entries does not tell the table to redraw.
+    if (controller_->numberOfRowsInTableView() == 0) {
+        refreshStatusLine();
+    }
+}
+
+void XmlSitemapView::refreshStatusLine() {
+    const std::string site = shownSiteName_();
+    const SitemapFileCheck check = checkSitemapFile(site, siteSitemapPath(site));
+    status_->setText(check.readFailure ? QString()
+                                       : QString::fromStdString(problemSummary(check.problems)));
 }
 
 }  // namespace loomcrest::gui

@@ -6,6 +6,7 @@
 
 #include "editors/XMLViewController.h"
 
+class QLabel;
 class QPushButton;
 class QTableView;
 
@@ -33,7 +34,8 @@ private:
     XMLViewController& controller_;
 };
 
-// The XML sitemap view (view 4).
+// The XML sitemap view (view 4). Its status line counts what search engines would object to
+// in the file, checked again after every change.
 class XmlSitemapView : public QWidget {
     Q_OBJECT
 public:
@@ -48,12 +50,17 @@ public:
     QTableView* table() const { return table_; }
     XmlEntryModel* model() const { return model_; }
     QPushButton* deleteButton() const { return delete_; }
+    QLabel* statusLine() const { return status_; }
 
 private:
+    void refreshStatusLine();
+
+    std::function<std::string()> shownSiteName_;
     std::unique_ptr<XMLViewController> controller_;
     XmlEntryModel* model_ = nullptr;
     QTableView* table_ = nullptr;
     QPushButton* delete_ = nullptr;
+    QLabel* status_ = nullptr;
 };
 
 }  // namespace loomcrest::gui

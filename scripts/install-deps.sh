@@ -4,10 +4,11 @@ set -euo pipefail
 
 packages=(
     cmake g++ make pkg-config
-    libcurl4-openssl-dev libxml2-dev libpcre2-dev liburiparser-dev
+    libcurl4-openssl-dev libxml2-dev libpcre2-dev liburiparser-dev zlib1g-dev
     libcli11-dev libgtest-dev libgmock-dev libcpp-httplib-dev
     qt6-base-dev qt6-qpa-plugins qt6-webengine-dev libgl1-mesa-dev xvfb xauth dbus-bin
     dbus-daemon
+    help2man librsvg2-bin dpkg-dev file man-db bash-completion appstream desktop-file-utils
 )
 
 missing=()

@@ -7,6 +7,7 @@
 #include "app/ProcessState.h"
 #include "editors/SitemapLayouts.h"
 #include "export/BrokenLinksReport.h"
+#include "export/ExportFile.h"
 #include "platform/FileSystem.h"
 #include "platform/Text.h"
 #include "sitemap/HtmlSitemapFormat.h"
@@ -22,11 +23,8 @@ constexpr std::array<std::string_view, 6> kBoxFiles = {kThreeColumnAllLinks, kTw
                                                        kTwoColumnPagesOnly,  kOneColumnPagesOnly};
 
 constexpr std::chrono::milliseconds kBarInterval{50};
-// The XML sitemap waits this long before it is processed.
-constexpr std::chrono::seconds kXmlPause{1};
 
 const SaveFileRequest kHtmlSave{"sitemap.html", {"html", "php", "asp", "htm"}, true};
-const SaveFileRequest kXmlSave{"sitemap.xml", {"xml"}, true};
 const SaveFileRequest kBrokenHtmlSave{"brokenLinksExport.html", {"html"}, true};
 const SaveFileRequest kBrokenTextSave{"brokenLinksExport.txt", {"txt"}, true};
 
@@ -68,6 +66,7 @@ void SitemapExporter::exportBrokenAsTXTAction() {
 
 void SitemapExporter::start(Kind kind) {
     waitForExport();
+    repairDeclined_ = false;
     worker_ = std::thread([this, kind] { exportSitemaps(kind); });
 }
 
@@ -112,25 +111,9 @@ void SitemapExporter::exportSitemaps(Kind kind) {
                 [this] { save(kBrokenTextSave, brokenLinksText(process_.vrlmpBadLinkArray)); });
             return;
         case Kind::XML:
-            break;
+            exportXml();
+            return;
     }
-    const std::string path = siteFolder() + "/" + std::string(kXmlSitemap);
-    if (!pathExists(path)) {
-        // The panel stays as it is.
-        ui_.performAndWait([this] { reportMissingSitemap(); });
-        return;
-    }
-    const std::string raw = readTextFile(path).value_or("");
-    std::this_thread::sleep_for(kXmlPause);
-    // Only the two middle elements can be empty with another element after them: both
-    // writers of the file put <priority> last in its entry.
-    std::string text = replaceAll(raw, "<lastmod></lastmod>\n\t\t", "");
-    text = replaceAll(text, "<changefreq></changefreq>\n\t\t", "");
-    ui_.performAndWait([this, &text] {
-        view_.showExportPanel(false);
-        view_.setProgressIndeterminate(false);
-        save(kXmlSave, text);
-    });
 }
 
 void SitemapExporter::processAndRemoveLINKID(const std::string& path) {
@@ -138,11 +121,7 @@ void SitemapExporter::processAndRemoveLINKID(const std::string& path) {
     if (!text) {
         ui_.performAndWait([this] {
             view_.showExportPanel(false);
-            alerts_.presentAlert(
-                Alert::refusal("An error has occurred while exporting your "
-                               "sitemap, you may need to re-scan the site.\n",
-                               "If this problem persists, please contact support."),
-                [](int) {});
+            reportUnreadableSitemap();
         });
         return;
     }
@@ -183,9 +162,18 @@ void SitemapExporter::reportMissingSitemap() {
                          [](int) {});
 }
 
+void SitemapExporter::reportUnreadableSitemap() {
+    alerts_.presentAlert(Alert::refusal("An error has occurred while exporting your sitemap, you "
+                                        "may need to re-scan the site.\n",
+                                        "If this problem persists, please contact support."),
+                         [](int) {});
+}
+
 void SitemapExporter::save(const SaveFileRequest& request, const std::string& contents) {
     if (const auto chosen = view_.chooseSaveFile(request)) {
-        writeFileAtomically(*chosen, contents);
+        if (const auto failure = writeExportFile(*chosen, contents)) {
+            alerts_.presentAlert(exportWriteRefusal(*failure), [](int) {});
+        }
     }
 }
 

@@ -2,7 +2,10 @@
 
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <cstdint>
+#include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -38,7 +41,10 @@ public:
 // Exports a scanned site's files for publication: one HTML layout without its LINKID
 // markers, the XML sitemap without empty elements, or the broken-links list as HTML or
 // text. Each export runs on a worker thread of its own; the dialogs and the writing happen
-// on the user-interface thread.
+// on the user-interface thread, except for the XML sitemap's files, which the worker writes
+// once the user has chosen where. An XML sitemap that is not well formed is offered with its
+// bare "&" escaped, and one too big for a single file is written as a sitemap index with its
+// parts beside it. A file that cannot be written is refused with the system's reason.
 class SitemapExporter {
 public:
     enum class Kind { HTML, XML, BrokenHTMLExport, BrokenTXTExport };
@@ -63,6 +69,15 @@ public:
     void exportBrokenAsTXTAction();
     // Waits for the export that is running.
     void waitForExport();
+    // A question the running export waits for is taken as answered "Cancel": the window
+    // that would show it is going away.
+    void abandonQuestions();
+
+    // Whether a split sitemap's parts are written gzip-compressed (".xml.gz").
+    void setCompressParts(bool compress) { compressParts_ = compress; }
+    bool compressParts() const { return compressParts_; }
+    // Whether the last XML export stopped because the user declined to escape bare "&".
+    bool ampersandRepairDeclined() const { return repairDeclined_; }
 
     // The worker's part; public so that a front end may run it on a thread of its own.
     void exportSitemaps(Kind kind);
@@ -75,8 +90,17 @@ public:
     static void saveEditedSitemapContent(std::string_view text, const std::string& path);
 
 private:
+    struct PendingAnswer;
+
     void start(Kind kind);
+    void exportXml();
+    bool makeWellFormed(std::string& sitemap);
+    bool writeXmlFiles(const std::string& file, const std::vector<std::string>& parts);
+    bool writeFromWorker(const std::string& path, std::string_view bytes);
+    void closePanel();
+    int askAndWait(const Alert& question);
     void reportMissingSitemap();
+    void reportUnreadableSitemap();
     void updateExportBar(bool force);
     void save(const SaveFileRequest& request, const std::string& contents);
     std::string siteFolder() const;
@@ -88,6 +112,11 @@ private:
     std::string selectedSite_;
     std::array<bool, 6> boxes_{true, false, false, false, false, false};
     std::thread worker_;
+    std::atomic<bool> compressParts_{false};
+    std::atomic<bool> repairDeclined_{false};
+    std::atomic<bool> questionsAbandoned_{false};
+    std::mutex pendingMutex_;
+    std::shared_ptr<PendingAnswer> pendingAnswer_;
     std::atomic<uint64_t> expMax_{0};
     std::atomic<uint64_t> expCurrent_{0};
     std::chrono::steady_clock::time_point lastBarUpdate_;

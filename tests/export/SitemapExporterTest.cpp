@@ -2,12 +2,21 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
 #include "app/ProcessState.h"
+
+#include <filesystem>
+
 #include "export/BrokenLinksReport.h"
+#include "export/Gzip.h"
 #include "export/SitePicker.h"
+#include "export/SitemapSplit.h"
+#include "export/XmlExportText.h"
 #include "platform/FileSystem.h"
 #include "platform/ImmediateUiThread.h"
 #include "sitemap/HtmlSitemapFormat.h"
+#include "sitemap/SitemapCheck.h"
+#include "sitemap/SitemapEntries.h"
 #include "sitemap/SitemapFiles.h"
 #include "sitemap/XmlSitemapFormat.h"
 #include "support/Recorders.h"
@@ -116,6 +125,149 @@ TEST_F(Export, XmlDropsEmptyElementsWithTheirIndent) {
     EXPECT_EQ(view.requests.at(0).proposedName, "sitemap.xml");
     EXPECT_EQ(view.requests.at(0).allowedTypes, std::vector<std::string>{"xml"});
     EXPECT_FALSE(view.indeterminate);
+    ASSERT_EQ(alerts.shown.size(), 1U);
+    EXPECT_EQ(alerts.shown[0].kind, AlertKind::Information);
+    EXPECT_EQ(alerts.shown[0].title, "The XML sitemap was exported.");
+    EXPECT_EQ(alerts.shown[0].message,
+              "2 empty last-modified dates were left out: search engines take an empty date as "
+              "an invalid one.");
+}
+
+TEST(XmlExportText, EveryEmptyDateGoesAndIsCounted) {
+    struct Case {
+        std::string sitemap;
+        std::string exported;
+        size_t datesLeftOut;
+    };
+    const std::vector<Case> cases = {
+        {"<url>\n\t\t<lastmod></lastmod>\n\t\t<changefreq></changefreq>\n\t\t<priority>",
+         "<url>\n\t\t<priority>", 1},
+        {"<loc>a</loc>\n\t\t<lastmod></lastmod>\n\t</url>", "<loc>a</loc>\n\t</url>", 1},
+        {"<loc>a</loc> <lastmod/><lastmod >\n</lastmod></url><lastmod>x</lastmod><lastmodx/>",
+         "<loc>a</loc></url><lastmod>x</lastmod><lastmodx/>", 2},
+        {"<changefreq></changefreq>\n\t</url>", "<changefreq></changefreq>\n\t</url>", 0},
+        {"<loc>http://h/it's \"x\"</loc>'<loc>'",
+         "<loc>http://h/it&apos;s &quot;x&quot;</loc>'<loc>&apos;", 0},
+    };
+    for (const Case& c : cases) {
+        const XmlExportText result = xmlSitemapForExport(c.sitemap);
+        EXPECT_EQ(result.text, c.exported) << c.sitemap;
+        EXPECT_EQ(result.emptyDatesLeftOut, c.datesLeftOut) << c.sitemap;
+    }
+}
+
+TEST_F(Export, ABareAmpersandIsEscapedOnlyWhenTheUserAgrees) {
+    const std::string header(xmlSitemapHeader());
+    const std::string sitemap = header + "\n\t<url>\n\t\t<loc>http://h/?a=1&b=2&amp;c</loc>" +
+                                "\n\t\t<lastmod></lastmod>\n\t</url>\n</urlset>";
+    writeFile(site("sitemap.xml"), sitemap);
+    alerts.answers = {kAlternateButtonCode};
+    exporter.exportXMLSitemap();
+    exporter.waitForExport();
+    ASSERT_EQ(alerts.shown.size(), 1U);
+    EXPECT_EQ(alerts.shown[0].kind, AlertKind::Question);
+    EXPECT_EQ(alerts.shown[0].title,
+              "The XML sitemap is not well formed: line 9 holds a bare \"&\".");
+    EXPECT_EQ(alerts.shown[0].message,
+              "Export it with every bare \"&\" written as \"&amp;\"? The site's own sitemap.xml "
+              "stays as it is.");
+    EXPECT_EQ(alerts.shown[0].defaultButton, "Fix and Export");
+    EXPECT_EQ(alerts.shown[0].alternateButton, "Cancel");
+    EXPECT_TRUE(exporter.ampersandRepairDeclined());
+    EXPECT_TRUE(view.requests.empty());
+    EXPECT_FALSE(view.panelShown);
+    EXPECT_FALSE(pathExists(*view.answer));
+
+    exporter.exportXMLSitemap();
+    exporter.waitForExport();
+    EXPECT_FALSE(exporter.ampersandRepairDeclined());
+    EXPECT_EQ(exported(), header + "\n\t<url>\n\t\t<loc>http://h/?a=1&amp;b=2&amp;c</loc>" +
+                              "\n\t</url>\n</urlset>");
+    EXPECT_EQ(fileContents(site("sitemap.xml")), sitemap);
+    EXPECT_EQ(alerts.shown.back().message,
+              "1 empty last-modified date was left out: search engines take an empty date as an "
+              "invalid one.");
+
+    writeFile(site("sitemap.xml"), header + "\n\t<url><loc>http://h/?a&b</url>\n</urlset>");
+    exporter.exportXMLSitemap();
+    exporter.waitForExport();
+    EXPECT_EQ(alerts.shown.back().kind, AlertKind::Refusal);
+    EXPECT_EQ(alerts.shown.back().title,
+              "The XML sitemap is not well formed, so it was not exported.");
+    EXPECT_EQ(alerts.shown.back().message,
+              "Line 8: Opening and ending tag mismatch: loc line 8 and url.");
+    EXPECT_EQ(view.requests.size(), 1U);
+}
+
+std::string sitemapOf(size_t urls) {
+    std::string text(xmlSitemapHeader());
+    for (size_t i = 0; i < urls; ++i) {
+        text += xmlSitemapEntry("http://h/shop/p" + std::to_string(i) + ".html", "2024-05-17");
+    }
+    return text + "\n</urlset>";
+}
+
+TEST_F(Export, ABigSitemapBecomesAnIndexOfParts) {
+    writeFile(home.dataRoot() + "/Site/Site.vrLMP", "<siteURL>http://h/shop/index.html</siteURL>");
+    writeFile(site("sitemap.xml"), sitemapOf(120001));
+    view.answer = home.path() + "/my map.xml";
+    exporter.exportXMLSitemap();
+    exporter.waitForExport();
+    EXPECT_EQ(exported(),
+              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<sitemapindex "
+              "xmlns=\"http://www.sitemaps.org/schemas/sitemap/0.9\">\n\t<sitemap>\n\t\t<loc>"
+              "http://h/shop/my%20map-1.xml</loc>\n\t</sitemap>\n\t<sitemap>\n\t\t<loc>"
+              "http://h/shop/my%20map-2.xml</loc>\n\t</sitemap>\n\t<sitemap>\n\t\t<loc>"
+              "http://h/shop/my%20map-3.xml</loc>\n\t</sitemap>\n</sitemapindex>");
+    EXPECT_TRUE(checkSitemap(exported(), "http://h/shop/").empty());
+    size_t urls = 0;
+    for (int part = 1; part <= 3; ++part) {
+        const std::string text =
+            fileContents(home.path() + "/my map-" + std::to_string(part) + ".xml");
+        EXPECT_TRUE(checkSitemap(text, "http://h/shop/").empty()) << part;
+        EXPECT_TRUE(text.starts_with(xmlSitemapHeader()));
+        EXPECT_TRUE(text.ends_with("</url>\n</urlset>"));
+        urls += topLevelElements(text).size();
+    }
+    EXPECT_EQ(urls, 120001U);
+    EXPECT_FALSE(pathExists(home.path() + "/my map-4.xml"));
+    EXPECT_EQ(alerts.shown.at(0).message,
+              "\"my map.xml\" is a sitemap index of 3 parts beside it, \"my map-1.xml\" to \"my "
+              "map-3.xml\": one file may hold at most 50,000 URLs and 50 MB.");
+}
+
+TEST_F(Export, CompressedPartsHoldThePlainOnes) {
+    writeFile(site("sitemap.xml"), sitemapOf(50001));
+    exporter.setCompressParts(true);
+    view.answer = home.path() + "/sitemap.xml";
+    exporter.exportXMLSitemap();
+    exporter.waitForExport();
+    EXPECT_NE(exported().find("<loc>sitemap-2.xml.gz</loc>"), std::string::npos);
+    const std::vector<std::string> plain = splitSitemap(sitemapOf(50001));
+    ASSERT_EQ(plain.size(), 2U);
+    for (size_t part = 0; part < plain.size(); ++part) {
+        const std::string gzip =
+            fileContents(home.path() + "/sitemap-" + std::to_string(part + 1) + ".xml.gz");
+        const auto contents = gunzip(gzip, plain[part].size() + 1);
+        ASSERT_TRUE(contents && !contents->truncated);
+        EXPECT_EQ(contents->bytes, plain[part]);
+    }
+}
+
+TEST(SitemapSplit, PartsKeepHeadTailAndSeparatorsWithinBothLimits) {
+    const std::string text = "<s>\n <u>1</u>\n <u>22</u><!-- <u>x</u> -->\n <u>3</u><u/>\n</s>";
+    EXPECT_EQ(splitSitemap(text, {4, text.size()}), std::vector<std::string>{text});
+    EXPECT_EQ(
+        splitSitemap(text, {2, text.size()}),
+        (std::vector<std::string>{"<s>\n <u>1</u>\n <u>22</u>\n</s>", "<s>\n <u>3</u><u/>\n</s>"}));
+    EXPECT_EQ(splitSitemap(text, {4, 20}),
+              (std::vector<std::string>{"<s>\n <u>1</u>\n</s>", "<s>\n <u>22</u>\n</s>",
+                                        "<s>\n <u>3</u>\n</s>", "<s>\n <u/>\n</s>"}));
+    EXPECT_EQ(sitemapPartPath("/o/sitemap.xml", 2, false), "/o/sitemap-2.xml");
+    EXPECT_EQ(sitemapPartPath("/o/sitemap.xml", 12, true), "/o/sitemap-12.xml.gz");
+    EXPECT_EQ(sitemapPartPath("/o.d/map.v2.xml", 1, false), "/o.d/map.v2-1.xml");
+    EXPECT_EQ(sitemapPartPath("/o.d/map", 1, true), "/o.d/map-1.gz");
+    EXPECT_EQ(sitemapPartPath(".xml", 1, false), ".xml-1");
 }
 
 TEST_F(Export, MissingFilesAreReportedAndNothingIsWritten) {
@@ -133,15 +285,54 @@ TEST_F(Export, MissingFilesAreReportedAndNothingIsWritten) {
     EXPECT_FALSE(pathExists(*view.answer));
 }
 
-TEST_F(Export, AnUnreadableLayoutIsReported) {
+TEST_F(Export, AnUnreadableLayoutOrXmlSitemapIsReported) {
     writeFile(site("sitemap3c.html"), "caf\xe9");
+    writeFile(site("sitemap.xml"), "caf\xe9");
     exporter.exportHTMLSitemaps();
     exporter.waitForExport();
-    ASSERT_EQ(alerts.shown.size(), 1U);
-    EXPECT_EQ(
-        alerts.shown[0].title,
-        "An error has occurred while exporting your sitemap, you may need to re-scan the site.\n");
-    EXPECT_EQ(alerts.shown[0].message, "If this problem persists, please contact support.");
+    exporter.exportXMLSitemap();
+    exporter.waitForExport();
+    ASSERT_EQ(alerts.shown.size(), 2U);
+    for (const Alert& alert : alerts.shown) {
+        EXPECT_EQ(alert.title,
+                  "An error has occurred while exporting your sitemap, you may need to re-scan "
+                  "the site.\n");
+        EXPECT_EQ(alert.message, "If this problem persists, please contact support.");
+    }
+    EXPECT_TRUE(view.requests.empty());
+}
+
+TEST_F(Export, AFileThatCannotBeWrittenIsRefusedWithTheReason) {
+    writeFile(site("sitemap3c.html"), "plain");
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {home.path() + "/missing/x.html", "No such file or directory."},
+        {home.path(), "Is a directory."},
+        {"", "No file name was given."},
+    };
+    for (const auto& [path, reason] : cases) {
+        view.answer = path;
+        exporter.exportHTMLSitemaps();
+        exporter.waitForExport();
+        ASSERT_FALSE(alerts.shown.empty()) << path;
+        EXPECT_EQ(alerts.shown.back().kind, AlertKind::Refusal);
+        EXPECT_EQ(alerts.shown.back().title,
+                  path.empty() ? "The export could not be written."
+                               : "The export could not be written to \"" + path + "\".");
+        EXPECT_EQ(alerts.shown.back().message, reason);
+    }
+    EXPECT_FALSE(pathExists(home.path() + "/missing"));
+}
+
+TEST_F(Export, ALinkIsWrittenThrough) {
+    process.vrlmpBadLinkArray = {"http://h/gone"};
+    writeFile(home.path() + "/published/broken.txt", "old");
+    ASSERT_EQ(::symlink("published/broken.txt", (home.path() + "/link.txt").c_str()), 0);
+    view.answer = home.path() + "/link.txt";
+    exporter.exportBrokenAsTXTAction();
+    exporter.waitForExport();
+    EXPECT_TRUE(alerts.shown.empty());
+    EXPECT_TRUE(std::filesystem::is_symlink(home.path() + "/link.txt"));
+    EXPECT_EQ(fileContents(home.path() + "/published/broken.txt"), "http://h/gone\n\n");
 }
 
 TEST_F(Export, CancellingTheSaveDialogWritesNothing) {

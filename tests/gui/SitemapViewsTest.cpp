@@ -1,6 +1,9 @@
 #include <QAbstractItemModel>
 #include <QAction>
+#include <QCheckBox>
 #include <QComboBox>
+#include <QFileInfo>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableView>
@@ -9,6 +12,7 @@
 #include <QtTest>
 #include <memory>
 
+#include "ExportViewWidget.h"
 #include "HtmlSitemapView.h"
 #include "MainViewControl.h"
 #include "PreviewPage.h"
@@ -62,6 +66,20 @@ private:
         QWidget* surface = html().preview()->focusProxy();
         QVERIFY(surface != nullptr);
         QTest::mouseClick(surface, Qt::LeftButton, {}, QPoint(xy[0].toInt(), xy[1].toInt()));
+    }
+
+    // Types a new address into the URL cell of `row` as a person would: a double-click opens
+    // the editor, the keyboard replaces the text and Enter keeps it.
+    void typeUrl(int row, const QString& url) {
+        QTableView* table = window_->xmlView().table();
+        const QRect cell = table->visualRect(table->model()->index(row, 0));
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, cell.center());
+        QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, cell.center());
+        QTRY_VERIFY(qobject_cast<QLineEdit*>(QApplication::focusWidget()) != nullptr);
+        QWidget* editor = QApplication::focusWidget();
+        QTest::keyClick(editor, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(editor, url);
+        QTest::keyClick(editor, Qt::Key_Return);
     }
 
 private slots:
@@ -191,6 +209,44 @@ private slots:
         QVERIFY(file.find("<priority>1</priority>") != std::string::npos);
         QCOMPARE(xml.model()->data(xml.model()->index(1, 3), Qt::DisplayRole).toString(),
                  QStringLiteral("1"));
+    }
+
+    void theXmlStatusLineCountsProblemsAfterEachEdit() {
+        window_->toolbarAction(MainViewControl::XmlSitemap)->trigger();
+        QLabel* status = window_->xmlView().statusLine();
+        QCOMPARE(status->text(), QStringLiteral("No problems, 3 warnings"));
+        typeUrl(1, QStringLiteral("http://elsewhere.example/a.html"));
+        QTRY_COMPARE(status->text(), QStringLiteral("1 problem, 3 warnings"));
+        typeUrl(1, QString::fromStdString(server_->url("/a.html")));
+        QTRY_COMPARE(status->text(), QStringLiteral("No problems, 3 warnings"));
+    }
+
+    void theExportOffersToEscapeABareAmpersand() {
+        window_->toolbarAction(MainViewControl::XmlSitemap)->trigger();
+        typeUrl(0, QString::fromStdString(server_->url("/?a=1&b=2")));
+        QTRY_COMPARE(window_->xmlView().statusLine()->text(),
+                     QStringLiteral("1 problem, 3 warnings"));
+
+        window_->toolbarAction(MainViewControl::Export)->trigger();
+        ExportViewWidget& exporting = window_->exportView();
+        QTest::mouseClick(exporting.compressPartsBox(), Qt::LeftButton, {}, QPoint(5, 5));
+        QVERIFY(exporting.exporter().compressParts());
+        const QString file = QString::fromStdString(home_->path() + "/sitemap.xml");
+        ExportViewWidget::setNextSaveFileName(file);
+        QtAlerts::forgetShownAlerts();
+        QtAlerts::queueAnswers({kDefaultButtonCode, kDefaultButtonCode});
+        QTest::mouseClick(exporting.xmlExportButton(), Qt::LeftButton);
+        QTRY_VERIFY_WITH_TIMEOUT(QtAlerts::shownAlerts().size() == 2, 10000);
+        exporting.exporter().waitForExport();
+        QCOMPARE(QtAlerts::shownAlerts()[0].title,
+                 std::string("The XML sitemap is not well formed: line 9 holds a bare \"&\"."));
+        QCOMPARE(QtAlerts::shownAlerts()[1].message,
+                 std::string("3 empty last-modified dates were left out: search engines take an "
+                             "empty date as an invalid one."));
+        const std::string exported = test::fileContents(file.toStdString());
+        QVERIFY(exported.find("<loc>" + server_->url("/?a=1&amp;b=2") + "</loc>") !=
+                std::string::npos);
+        QVERIFY(exported.find("lastmod") == std::string::npos);
     }
 };
 
