@@ -47,7 +47,7 @@ expect() {
 }
 
 expect "loomcrest sc|" "scan"
-expect "loomcrest s|" $'sites\nshow\nscan'
+expect "loomcrest s|" $'sites\nshow\nsettings\nscan'
 expect "loomcrest --v|" "--version"
 expect "loomcrest show |" $'Alpha\nBeta\\ Site\nGamma\nset'
 expect "loomcrest scan B|" 'Beta\ Site'
