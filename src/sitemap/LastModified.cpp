@@ -8,9 +8,10 @@
 
 namespace loomcrest {
 
-std::string lastModifiedDate(std::string_view url) {
+std::string lastModifiedDate(std::string_view url, const http::Session* session) {
     http::Request request;
     request.url = url;
+    request.session = session;
     request.method = "HEAD";
     request.timeout = http::Seconds{10};
     const http::Response response = http::send(request);

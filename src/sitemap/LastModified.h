@@ -6,10 +6,14 @@
 
 namespace loomcrest {
 
+namespace http {
+class Session;
+}
+
 // The date for a page's <lastmod>: its Last-Modified header, asked for with a HEAD request
 // of 10 seconds, as "YYYY-MM-dd" in the local time zone; empty when there is no such field
 // or it cannot be read.
-std::string lastModifiedDate(std::string_view url);
+std::string lastModifiedDate(std::string_view url, const http::Session* session = nullptr);
 
 // "YYYY-MM-dd" with a week-based year: weeks start on Sunday and the week holding 1 January
 // is week 1 of the new year, so the last days of December may carry the next year.

@@ -55,10 +55,14 @@ std::string imageTitle(std::string_view imageMarkup) {
 
 }  // namespace
 
-PageTitleLookup lookUpPageTitle(std::string_view pageURL) {
+PageTitleLookup lookUpPageTitle(std::string_view pageURL, const http::Session* session) {
+    (void)http::fetchText(pageURL, session);
+    return pageTitleOf(http::fetchBytes(pageURL, session));
+}
+
+PageTitleLookup pageTitleOf(std::optional<std::string> bytes) {
     PageTitleLookup lookup;
-    (void)http::fetchText(pageURL);
-    lookup.bytes = http::fetchBytes(pageURL);
+    lookup.bytes = std::move(bytes);
     if (!lookup.bytes) {
         lookup.title = kNoPageTitle;
         return lookup;

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "platform/HtmlDocument.h"
+#include "platform/Http.h"
 
 // The texts under which the sitemap lists pages and links. None of these fails: each falls
 // back to a fixed text, which then stands in the sitemap as it is.
@@ -24,7 +25,9 @@ struct PageTitleLookup {
     std::optional<std::string> bytes;
     std::optional<MarkupDocument> htmlDocument;
 };
-PageTitleLookup lookUpPageTitle(std::string_view pageURL);
+PageTitleLookup lookUpPageTitle(std::string_view pageURL, const http::Session* session = nullptr);
+// The title of bytes already fetched (nothing: none came).
+PageTitleLookup pageTitleOf(std::optional<std::string> bytes);
 
 // The anchor's "href" attribute, or empty text.
 std::string findHREFInNode(const MarkupNode& anchor);
