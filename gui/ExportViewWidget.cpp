@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QEventLoop>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -19,6 +20,7 @@
 
 #include "QtAlerts.h"
 #include "QtUiThread.h"
+#include "WindowSettings.h"
 #include "export/SitePicker.h"
 
 namespace loomcrest::gui {
@@ -67,6 +69,7 @@ ExportViewWidget::ExportViewWidget(ProcessState& process, QtAlerts& alerts, QtUi
 
     saveToField_ = new QLineEdit(this);
     saveToField_->setReadOnly(true);
+    saveToField_->setText(QDir::toNativeSeparators(windowsettings::lastExportFolder()));
     auto* saveToButton = new QPushButton(QStringLiteral("Save To…"), this);
     connect(saveToButton, &QPushButton::clicked, this, &ExportViewWidget::saveToButton);
     auto* saveToRow = new QHBoxLayout;
@@ -178,9 +181,11 @@ void ExportViewWidget::saveToButton() {
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setOption(QFileDialog::ShowDirsOnly);
     dialog->setLabelText(QFileDialog::Accept, QStringLiteral("Set Save Folder"));
-    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& folder) {
-        saveToField_->setText(QDir::toNativeSeparators(folder));
-    });
+    if (const QString folder = windowsettings::lastExportFolder(); !folder.isEmpty()) {
+        dialog->setDirectory(folder);
+    }
+    connect(dialog, &QFileDialog::fileSelected, this,
+            [this](const QString& folder) { rememberFolder(folder); });
     dialog->open();
 }
 
@@ -210,6 +215,7 @@ std::optional<std::string> ExportViewWidget::chooseSaveFile(const SaveFileReques
         if (path.isEmpty()) {
             return std::nullopt;
         }
+        rememberFolder(QFileInfo(path).absolutePath());
         return path.toStdString();
     }
     if (closing_) {
@@ -223,12 +229,22 @@ std::optional<std::string> ExportViewWidget::chooseSaveFile(const SaveFileReques
         dialog.setNameFilter(nameFilter(request.allowedTypes));
         dialog.setDefaultSuffix(QString::fromStdString(request.allowedTypes.front()));
     }
+    if (const QString folder = windowsettings::lastExportFolder(); !folder.isEmpty()) {
+        dialog.setDirectory(folder);
+    }
     dialog.selectFile(QString::fromStdString(request.proposedName));
     // The worker waits for the answer, so this dialog has to block.
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
         return std::nullopt;
     }
-    return dialog.selectedFiles().constFirst().toStdString();
+    const QString path = dialog.selectedFiles().constFirst();
+    rememberFolder(QFileInfo(path).absolutePath());
+    return path.toStdString();
+}
+
+void ExportViewWidget::rememberFolder(const QString& folder) {
+    windowsettings::rememberExportFolder(folder);
+    saveToField_->setText(QDir::toNativeSeparators(folder));
 }
 
 void ExportViewWidget::setNextSaveFileName(const QString& path) {

@@ -46,6 +46,7 @@ public:
     QPushButton* htmlExportButton() const { return htmlExportButton_; }
     QPushButton* xmlExportButton() const { return xmlExportButton_; }
     QComboBox* sitePicker() const { return sitePicker_; }
+    QLineEdit* saveToField() const { return saveToField_; }
     QCheckBox* layoutBox(SitemapExporter::Box box) const { return boxes_[box]; }
     QCheckBox* compressPartsBox() const { return compressParts_; }
 
@@ -53,6 +54,8 @@ private:
     void chooseLayout(SitemapExporter::Box box);
     void startExport(bool xml);
     void saveToButton();
+    // The folder the save dialogs open in next time, here and in later runs.
+    void rememberFolder(const QString& folder);
 
     std::unique_ptr<SitemapExporter> exporter_;
     std::array<QCheckBox*, 6> boxes_{};

@@ -17,6 +17,9 @@ FiltersDrawer::FiltersDrawer(QWidget* parent) : QDockWidget(QStringLiteral("Filt
     table_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     input_ = new QLineEdit(content);
     input_->setPlaceholderText(QStringLiteral("Leave out URLs containing…"));
+    // Wide enough to show its placeholder whole, with the frame and text margins around it.
+    input_->setMinimumWidth(input_->fontMetrics().horizontalAdvance(input_->placeholderText()) +
+                            24);
     add_ = new QPushButton(QStringLiteral("Add"), content);
     delete_ = new QPushButton(QStringLiteral("Delete"), content);
     auto* buttons = new QHBoxLayout;

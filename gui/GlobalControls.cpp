@@ -1,15 +1,17 @@
 #include "GlobalControls.h"
 
-#include <QDesktopServices>
 #include <QLabel>
 #include <QMainWindow>
 #include <QStatusBar>
 #include <QSysInfo>
 #include <QUrl>
 
+#include "DesktopLinks.h"
+
 namespace loomcrest::gui {
 
-GlobalControls::GlobalControls(QMainWindow& mainWindow) : QObject(&mainWindow) {
+GlobalControls::GlobalControls(QMainWindow& mainWindow, AlertPresenter& alerts)
+    : QObject(&mainWindow), alerts_(alerts) {
     versionField_ = new QLabel(versionText(), &mainWindow);
     versionField_->setObjectName(QStringLiteral("versionField"));
     mainWindow.statusBar()->addPermanentWidget(versionField_);
@@ -24,11 +26,11 @@ QString GlobalControls::operatingSystemVersion() {
 }
 
 QString GlobalControls::supportPage() {
-    return QStringLiteral("https://loomcrest.example/support");
+    return QStringLiteral(LOOMCREST_REPORT_PROBLEM_URL);
 }
 
 void GlobalControls::reportProblem() {
-    QDesktopServices::openUrl(QUrl(supportPage()));
+    openOrSayWhyNot(QUrl(supportPage()), alerts_);
 }
 
 }  // namespace loomcrest::gui

@@ -4,7 +4,6 @@
 #include <QCheckBox>
 #include <QColorDialog>
 #include <QComboBox>
-#include <QDesktopServices>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -13,13 +12,16 @@
 #include <QProgressDialog>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollArea>
 #include <QSignalBlocker>
+#include <QSplitter>
 #include <QUrl>
 #include <QVBoxLayout>
 #include <QWebEngineProfile>
 #include <QWebEngineScript>
 #include <QWebEngineView>
 
+#include "DesktopLinks.h"
 #include "PreviewPage.h"
 #include "QtAlerts.h"
 #include "QtUiThread.h"
@@ -38,17 +40,34 @@ htmlstyle::Rgb fromQColor(const QColor& colour) {
     return {colour.redF(), colour.greenF(), colour.blueF()};
 }
 
+// The colour well shows the colour as an icon, painted exactly as entered; a style sheet
+// background would be blended into the button's own shading. Icons grey out with their
+// button, so a disabled group looks disabled.
+QIcon swatch(const QColor& colour) {
+    QPixmap pixmap(28, 14);
+    pixmap.fill(colour);
+    return QIcon(pixmap);
+}
+
+// The preview keeps at least this height, whatever the window's size.
+constexpr int kPreviewMinimumHeight = 160;
+
 }  // namespace
 
 HtmlSitemapView::HtmlSitemapView(ProcessState& process, QtAlerts& alerts, QtUiThread& ui,
                                  std::function<std::string()> shownSiteName, QWidget* parent)
-    : QWidget(parent) {
+    : QWidget(parent), alerts_(alerts) {
     setObjectName(QStringLiteral("htmlWindowView"));
     profile_ = new QWebEngineProfile(this);
     page_ = new PreviewPage(profile_, this);
     preview_ = new QWebEngineView(this);
     preview_->setPage(page_);
     preview_->setContextMenuPolicy(Qt::NoContextMenu);
+    preview_->setMinimumHeight(kPreviewMinimumHeight);
+    // Starting the page (a script does that without loading anything) makes the view's
+    // drawing surface now, before the window is shown. Made later, on the first visit, it
+    // would make the toolkit tear the whole window down and build it again.
+    page_->runJavaScript(QStringLiteral("0"), QWebEngineScript::ApplicationWorld);
 
     layout_ = new QComboBox(this);
     for (const SitemapLayout& sitemapLayout : kSitemapLayouts) {
@@ -78,20 +97,9 @@ HtmlSitemapView::HtmlSitemapView(ProcessState& process, QtAlerts& alerts, QtUiTh
     top->addWidget(layoutLabel_, 1);
     top->addWidget(viewInBrowser_);
     top->addWidget(save_);
-    auto* styles = new QHBoxLayout;
-    styles->addWidget(pt_.face->parentWidget());
-    styles->addWidget(pl_.face->parentWidget());
-    auto* edit = new QFormLayout;
-    edit->addRow(QStringLiteral("Title:"), titleField_);
-    edit->addRow(QStringLiteral("Address:"), linkField_);
-    auto* editRow = new QHBoxLayout;
-    editRow->addLayout(edit, 1);
-    editRow->addWidget(delete_);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(top);
-    layout->addLayout(styles);
-    layout->addLayout(editRow);
-    layout->addWidget(preview_, 1);
+    layout->addWidget(makeSplitter(), 1);
 
     controller_ =
         std::make_unique<HTMLViewController>(process, *this, alerts, ui, std::move(shownSiteName));
@@ -120,13 +128,52 @@ HtmlSitemapView::HtmlSitemapView(ProcessState& process, QtAlerts& alerts, QtUiTh
                 html.scrollPositionChanged({scroll.x(), scroll.y()});
                 html.linkClicked(address.toStdString(), label.toStdString());
             });
-    connect(page_, &QWebEnginePage::loadFinished, this, [this, &html](bool) {
+    connect(page_, &QWebEnginePage::loadFinished, this, [this, &html](bool ok) {
+        if (!ok) {
+            return;  // replaced by a newer load before it was shown
+        }
         const HTMLViewController::ScrollPosition position = html.savedScrollPosition();
         page_->runJavaScript(
             QStringLiteral("window.scrollTo(%1, %2);").arg(position.x).arg(position.y),
             QWebEngineScript::ApplicationWorld);
         emit previewLoaded();
     });
+}
+
+// The style panel, the edit fields and the preview, one above the other. The style panel
+// scrolls and can be dragged shut, so a small window still shows the sitemap.
+QSplitter* HtmlSitemapView::makeSplitter() {
+    auto* styles = new QWidget;
+    auto* groups = new QHBoxLayout(styles);
+    groups->setContentsMargins(0, 0, 0, 0);
+    groups->addWidget(pt_.face->parentWidget());
+    groups->addWidget(pl_.face->parentWidget());
+    auto* stylePanel = new QScrollArea;
+    stylePanel->setObjectName(QStringLiteral("stylePanel"));
+    stylePanel->setWidget(styles);
+    stylePanel->setWidgetResizable(true);
+    stylePanel->setFrameShape(QFrame::NoFrame);
+
+    auto* editPanel = new QWidget;
+    auto* edit = new QFormLayout;
+    edit->addRow(QStringLiteral("Title:"), titleField_);
+    edit->addRow(QStringLiteral("Address:"), linkField_);
+    auto* editRow = new QHBoxLayout(editPanel);
+    editRow->setContentsMargins(0, 0, 0, 0);
+    editRow->addLayout(edit, 1);
+    editRow->addWidget(delete_);
+    editPanel->setFixedHeight(editPanel->sizeHint().height());
+
+    auto* splitter = new QSplitter(Qt::Vertical, this);
+    splitter->setObjectName(QStringLiteral("previewSplitter"));
+    splitter->addWidget(stylePanel);
+    splitter->addWidget(editPanel);
+    splitter->addWidget(preview_);
+    splitter->setCollapsible(1, false);
+    splitter->setCollapsible(2, false);
+    splitter->setStretchFactor(2, 1);
+    splitter->setSizes({styles->sizeHint().height(), editPanel->height(), 10000});
+    return splitter;
 }
 
 HtmlSitemapView::~HtmlSitemapView() {
@@ -161,7 +208,7 @@ HtmlSitemapView::StyleGroupControls HtmlSitemapView::makeGroup(const QString& ti
         underlineRow->addWidget(choice);
     }
     controls.colourWell = new QPushButton(box);
-    controls.colourWell->setFixedWidth(40);
+    controls.colourWell->setIconSize(QSize(28, 14));
     controls.colourField = new QLineEdit(box);
     controls.colourField->setMaximumWidth(110);
     auto* toggles = new QHBoxLayout;
@@ -220,8 +267,7 @@ void HtmlSitemapView::showGroup(const StyleGroupControls& controls, const StyleC
         cell->setChecked(true);
     }
     controls.colourField->setText(QString::fromStdString(state.colourField));
-    controls.colourWell->setStyleSheet(
-        QStringLiteral("background-color: %1;").arg(toQColor(state.colourWell).name()));
+    controls.colourWell->setIcon(swatch(toQColor(state.colourWell)));
 }
 
 void HtmlSitemapView::htmlViewChanged(const HtmlViewState& state) {
@@ -246,14 +292,17 @@ void HtmlSitemapView::htmlViewChanged(const HtmlViewState& state) {
           static_cast<QWidget*>(pl_.bold), static_cast<QWidget*>(pl_.italic),
           static_cast<QWidget*>(pl_.colourWell), static_cast<QWidget*>(pl_.colourField),
           static_cast<QWidget*>(layout_), static_cast<QWidget*>(layoutLabel_),
-          static_cast<QWidget*>(viewInBrowser_)}) {
+          static_cast<QWidget*>(viewInBrowser_), static_cast<QWidget*>(titleField_),
+          static_cast<QWidget*>(linkField_)}) {
         control->setEnabled(state.editOptionsEnabled);
     }
     for (QAbstractButton* cell : pt_.underline->buttons() + pl_.underline->buttons()) {
         cell->setEnabled(state.editOptionsEnabled);
     }
     save_->setEnabled(state.editOptionsEnabled && state.saveEnabled);
-    delete_->setEnabled(state.deleteEnabled);
+    delete_->setEnabled(state.editOptionsEnabled && state.deleteEnabled);
+    page_->highlightLink(state.deleteEnabled ? QString::fromStdString(controller_->linkNumber())
+                                             : QString());
 }
 
 void HtmlSitemapView::forwardEditFields() {
@@ -281,7 +330,7 @@ void HtmlSitemapView::setPreviewProgress(double value, double maximum) {
 void HtmlSitemapView::openWithDefaultApplication(const std::string& path) {
     const QString file = QString::fromStdString(path);
     opened_.append(file);
-    QDesktopServices::openUrl(QUrl::fromLocalFile(file));
+    openOrSayWhyNot(QUrl::fromLocalFile(file), alerts_);
 }
 
 }  // namespace loomcrest::gui

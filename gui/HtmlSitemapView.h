@@ -16,6 +16,7 @@ class QLabel;
 class QLineEdit;
 class QProgressDialog;
 class QPushButton;
+class QSplitter;
 class QWebEngineProfile;
 class QWebEngineView;
 
@@ -71,10 +72,12 @@ signals:
     void previewLoaded();
 
 private:
+    QSplitter* makeSplitter();
     StyleGroupControls makeGroup(const QString& title, htmlstyle::Group group, QWidget* parent);
     void showGroup(const StyleGroupControls& controls, const StyleControls& state);
     void forwardEditFields();
 
+    QtAlerts& alerts_;
     std::unique_ptr<HTMLViewController> controller_;
     QWebEngineProfile* profile_ = nullptr;
     QPointer<PreviewPage> page_;

@@ -1,11 +1,9 @@
 #include "MainViewControl.h"
 
 #include <QAction>
-#include <QComboBox>
+#include <QCloseEvent>
 #include <QLabel>
-#include <QMenuBar>
 #include <QStackedWidget>
-#include <QToolBar>
 #include <QVBoxLayout>
 
 #include "BrokenLinksViewWidget.h"
@@ -15,11 +13,14 @@
 #include "HtmlSitemapView.h"
 #include "QtAlerts.h"
 #include "QtUiThread.h"
+#include "ScanSheets.h"
 #include "ScanViewWidget.h"
 #include "SiteSheetDialog.h"
 #include "UrlCommandService.h"
+#include "WindowSettings.h"
 #include "XmlSitemapView.h"
 #include "editors/HTMLViewController.h"
+#include "editors/UnsavedChanges.h"
 #include "export/SitePicker.h"
 #include "sites/DataPaths.h"
 
@@ -37,17 +38,12 @@ QString plainTitle() {
 MainViewControl::MainViewControl(QWidget* parent) : QMainWindow(parent) {
     setObjectName(QStringLiteral("mainWindow"));
     setWindowTitle(plainTitle());
-    resize(1000, 640);
+    if (!restoreGeometry(windowsettings::windowGeometry())) {
+        resize(1000, 640);
+    }
     versionString_ = GlobalControls::operatingSystemVersion();
     alerts_ = std::make_unique<QtAlerts>(this);
     ui_ = std::make_unique<QtUiThread>(this);
-
-    auto* fileMenu = menuBar()->addMenu(QStringLiteral("&File"));
-    addSiteAction_ = fileMenu->addAction(QStringLiteral("Add Site…"));
-    editSiteAction_ = fileMenu->addAction(QStringLiteral("Edit Site…"));
-    fileMenu->addSeparator();
-    fileMenu->addAction(QStringLiteral("Quit"), this, &QWidget::close);
-    auto* helpMenu = menuBar()->addMenu(QStringLiteral("&Help"));
 
     mainViewArea_ = new QStackedWidget(this);
     mainViewArea_->setObjectName(QStringLiteral("mainViewArea"));
@@ -56,9 +52,8 @@ MainViewControl::MainViewControl(QWidget* parent) : QMainWindow(parent) {
     addDockWidget(Qt::RightDockWidgetArea, filterDrawer_);
     filterDrawer_->hide();
     siteSheet_ = new SiteSheetDialog(this);
-    globalControls_ = new GlobalControls(*this);
-    helpMenu->addAction(QStringLiteral("Report a Problem"), globalControls_,
-                        &GlobalControls::reportProblem);
+    globalControls_ = new GlobalControls(*this, *alerts_);
+    buildMenus();
 
     exportView_ = new ExportViewWidget(state_, *alerts_, *ui_, this);
     // The picker is filled before the data folders are made, so a first start shows
@@ -82,28 +77,14 @@ MainViewControl::MainViewControl(QWidget* parent) : QMainWindow(parent) {
                           static_cast<QWidget*>(brokenLinksView_)}) {
         mainViewArea_->addWidget(view);
     }
-
-    auto* toolbar = addToolBar(QStringLiteral("Views"));
-    toolbar->setObjectName(QStringLiteral("toolbar"));
-    toolbar->setMovable(false);
-    const auto addToolbarAction = [&](int view, const QString& title,
-                                      void (MainViewControl::*action)()) {
-        QAction* item = toolbar->addAction(title, this, action);
-        item->setObjectName(title);
-        toolbarActions_[static_cast<size_t>(view - 1)] = item;
-    };
-    addToolbarAction(Scan, QStringLiteral("Scan"), &MainViewControl::scanTBIAction);
-    addToolbarAction(HtmlSitemap, QStringLiteral("HTML Sitemap"), &MainViewControl::htmlTBIAction);
-    addToolbarAction(HtmlEditor, QStringLiteral("HTML Editor"),
-                     &MainViewControl::htmlEditTBIAction);
-    addToolbarAction(XmlSitemap, QStringLiteral("XML Sitemap"), &MainViewControl::xmlTBIAction);
-    addToolbarAction(Export, QStringLiteral("Export"), &MainViewControl::exportTBIAction);
-    addToolbarAction(Upload, QStringLiteral("Upload"), &MainViewControl::uploadTBIAction);
     connect(scanView_, &ScanViewWidget::brokenLinksRequested, this,
             &MainViewControl::showBrokenLinks);
+    connect(&scanView_->sheets(), &ScanSheets::progressSheetShown, cancelScanAction_,
+            &QAction::setEnabled);
 
     mainViewArea_->setCurrentWidget(scanView_);
     changeCurrentView(Scan);
+    makeRoomForTheDrawer();
 
     urlCommand_ = new UrlCommandService(this);
     urlCommand_->registerOnSessionBus();
@@ -115,8 +96,19 @@ MainViewControl::~MainViewControl() {
     delete mainViewArea_;
 }
 
+// The window is never narrower than the scan view with the filters drawer beside it, so
+// opening the drawer takes its room from the views instead of widening the window.
+void MainViewControl::makeRoomForTheDrawer() {
+    filterDrawer_->setVisible(true);
+    layout()->invalidate();
+    const int widthWithDrawer = layout()->minimumSize().width();
+    filterDrawer_->setVisible(false);
+    setMinimumWidth(widthWithDrawer);
+}
+
 void MainViewControl::changeCurrentView(int view) {
     state_.vrlmpCurrentView = view;
+    markCurrentView();
 }
 
 int MainViewControl::returnCurrentView() const {
@@ -145,7 +137,25 @@ QWidget* MainViewControl::mainViewsList(int view) const {
 }
 
 QAction* MainViewControl::toolbarAction(int view) const {
-    return view >= 1 && view <= 6 ? toolbarActions_[static_cast<size_t>(view - 1)] : nullptr;
+    return view >= Scan && view <= BrokenLinks ? toolbarActions_[static_cast<size_t>(view - 1)]
+                                               : nullptr;
+}
+
+void MainViewControl::closeEvent(QCloseEvent* event) {
+    if (state_.vrlmpNeedsSave && !closeAnswered_) {
+        event->ignore();
+        alerts_->presentAlert(unsavedChangesQuestion(UnsavedChangesMoment::Closing),
+                              [this](int returnCode) {
+                                  if (returnCode == kDefaultButtonCode) {
+                                      htmlWindowView_->controller().saveNow("closewindow");
+                                  }
+                                  closeAnswered_ = true;
+                                  close();
+                              });
+        return;
+    }
+    windowsettings::rememberWindowGeometry(saveGeometry());
+    QMainWindow::closeEvent(event);
 }
 
 QWidget* MainViewControl::plainView(const QString& name, const QString& text) {
@@ -237,6 +247,7 @@ void MainViewControl::uploadTBIAction() {
 }
 
 void MainViewControl::showBrokenLinks() {
+    leaveHtmlView();
     mainViewArea_->setCurrentWidget(brokenLinksView_);
     changeCurrentView(BrokenLinks);
     brokenLinksView_->reloadBrokenLinks(state_.vrlmpCurSite, state_.vrlmpBadLinkArray);

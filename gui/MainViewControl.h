@@ -1,12 +1,18 @@
 #pragma once
 
+#include <QKeySequence>
 #include <QMainWindow>
+#include <array>
+#include <functional>
 #include <memory>
 
 #include "app/ProcessState.h"
 
 class QAction;
+class QActionGroup;
+class QCloseEvent;
 class QLabel;
+class QMenu;
 class QStackedWidget;
 
 namespace loomcrest::gui {
@@ -23,7 +29,7 @@ class ScanViewWidget;
 class SiteSheetDialog;
 class UrlCommandService;
 
-// The main window: a toolbar and a content area showing one of the seven views.
+// The main window: menus, a toolbar and a content area showing one of the seven views.
 class MainViewControl : public QMainWindow {
     Q_OBJECT
 public:
@@ -55,11 +61,31 @@ public:
     FiltersDrawer& filterDrawer() { return *filterDrawer_; }
     SiteSheetDialog& siteSheet() { return *siteSheet_; }
     QtAlerts& alerts() { return *alerts_; }
+    // The item of a view (1 to 7) in the toolbar and the View menu.
     QAction* toolbarAction(int view) const;
+    // A menu item by its object name: "addSite", "editSite", "saveStyle", "quit",
+    // "deleteSelection", "scanSite", "cancelScan", "reportProblem".
+    QAction* menuAction(const QString& name) const;
     const QString& versionString() const { return versionString_; }
     ProcessState& processState() { return state_; }
 
+protected:
+    // With unsaved style changes the HTML view's save question comes first.
+    void closeEvent(QCloseEvent* event) override;
+
 private:
+    // Every menu, menu item and toolbar item is made here (MainViewMenus.cpp).
+    void buildMenus();
+    QAction* addMenuItem(QMenu& menu, const QString& name, const QString& title,
+                         const QKeySequence& shortcut, std::function<void()> action);
+    void buildViewItems(QMenu& menu);
+    void markCurrentView();
+    void makeRoomForTheDrawer();
+    // What the shortcuts do in the view on screen.
+    void deleteSelection();
+    void saveStyle();
+    void scanSite();
+
     void switchTo(int view);
     void setFilterDrawerOpen(bool open);
     void leaveHtmlView();
@@ -83,8 +109,12 @@ private:
     UrlCommandService* urlCommand_ = nullptr;
     QAction* addSiteAction_ = nullptr;
     QAction* editSiteAction_ = nullptr;
+    QAction* cancelScanAction_ = nullptr;
+    QActionGroup* viewGroup_ = nullptr;
     std::array<QAction*, 7> toolbarActions_{};
     QString versionString_;
+    // Set once the save question has been answered, so the close goes through.
+    bool closeAnswered_ = false;
 };
 
 }  // namespace loomcrest::gui

@@ -4,6 +4,7 @@
 
 #include <QBuffer>
 #include <QCoreApplication>
+#include <QRegularExpression>
 #include <QWebEngineProfile>
 #include <QWebEngineScript>
 #include <QWebEngineScriptCollection>
@@ -21,7 +22,8 @@ const QString kClickMarker = QStringLiteral("loomcrest-click");
 const QChar kSeparator(0x1f);
 
 // Runs apart from the page's own scripts, which are switched off: reports the anchor the
-// user clicked and keeps the click from navigating.
+// user clicked and keeps the click from navigating. loomcrestHighlight outlines the anchors
+// of one line marker, on screen only: the page's text is not touched.
 const QString kClickScript = QStringLiteral(R"js(
 document.addEventListener('click', function (event) {
     var node = event.target;
@@ -31,6 +33,16 @@ document.addEventListener('click', function (event) {
     event.stopPropagation();
     console.log('loomcrest-click\u001f' + node.href + '\u001f' + node.innerText);
 }, true);
+window.loomcrestHighlight = function (number) {
+    var marker = '---LINKID:' + number + '---';
+    var anchors = document.getElementsByTagName('a');
+    for (var i = 0; i < anchors.length; ++i) {
+        var href = anchors[i].getAttribute('href') || '';
+        var chosen = number !== '' && href.indexOf(marker) >= 0;
+        anchors[i].style.outline = chosen ? '2px solid #2f74d0' : '';
+        anchors[i].style.backgroundColor = chosen ? 'rgba(47, 116, 208, 0.18)' : '';
+    }
+};
 )js");
 
 }  // namespace
@@ -97,6 +109,17 @@ PreviewPage::PreviewPage(QWebEngineProfile* ownProfile, QObject* parent)
     clicks.setInjectionPoint(QWebEngineScript::DocumentReady);
     clicks.setRunsOnSubFrames(false);
     scripts().insert(clicks);
+    // A reload replaces the document, and with it the outline.
+    connect(this, &QWebEnginePage::loadFinished, this, [this] { highlightLink(highlighted_); });
+}
+
+void PreviewPage::highlightLink(const QString& number) {
+    // Markers are numbers; anything else highlights nothing.
+    static const QRegularExpression digits(QStringLiteral("^[0-9]*$"));
+    highlighted_ = digits.match(number).hasMatch() ? number : QString();
+    runJavaScript(QStringLiteral("if (window.loomcrestHighlight) loomcrestHighlight('%1');")
+                      .arg(highlighted_),
+                  QWebEngineScript::ApplicationWorld);
 }
 
 void PreviewPage::showHtml(const QByteArray& html) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QString>
 #include <QWebEnginePage>
 #include <QWebEngineUrlRequestInterceptor>
 #include <QWebEngineUrlSchemeHandler>
@@ -30,6 +31,9 @@ public:
     // Shows `html`, replacing what was shown.
     void showHtml(const QByteArray& html);
     const QByteArray& shownHtml() const { return html_; }
+    // Outlines the anchors of the line with this marker number, here and after every
+    // reload; an empty number outlines none.
+    void highlightLink(const QString& number);
 
 signals:
     // A click on an anchor: its absolute address and visible label.
@@ -45,6 +49,7 @@ private:
     class Interceptor;
 
     QByteArray html_;
+    QString highlighted_;
     quint64 generation_ = 0;
 };
 

@@ -18,6 +18,20 @@ std::vector<Alert>& recordedAlerts() {
     return alerts;
 }
 
+// Escape answers as the button that does nothing: the alternate, a "Cancel…" button, or
+// the only button. A question offering only to save or to discard keeps Escape from
+// choosing for the user.
+QPushButton* escapeButton(const Alert& alert, QPushButton* defaultButton,
+                          QPushButton* alternateButton, QPushButton* otherButton) {
+    if (alternateButton != nullptr) {
+        return alternateButton;
+    }
+    if (otherButton == nullptr) {
+        return defaultButton;
+    }
+    return alert.otherButton.starts_with("Cancel") ? otherButton : nullptr;
+}
+
 }  // namespace
 
 void QtAlerts::queueAnswers(std::deque<int> answers) {
@@ -67,6 +81,7 @@ void QtAlerts::presentAlert(const Alert& alert, AlertCompletion completion) {
                                    : box->addButton(QString::fromStdString(alert.otherButton),
                                                     QMessageBox::DestructiveRole);
     box->setDefaultButton(defaultButton);
+    box->setEscapeButton(escapeButton(alert, defaultButton, alternateButton, otherButton));
     QObject::connect(box, &QMessageBox::finished, box,
                      [box, defaultButton, alternateButton, otherButton, completion](int) {
                          const QAbstractButton* clicked = box->clickedButton();

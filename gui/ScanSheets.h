@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <functional>
 
 #include "crawler/ScanSheetView.h"
@@ -8,11 +9,12 @@
 class QDialog;
 class QLabel;
 class QProgressBar;
-class QProgressDialog;
 class QPushButton;
 class QWidget;
 
 namespace loomcrest::gui {
+
+class BusySheet;
 
 // The scan's sheets: connecting, the progress sheet with its counters and Cancel button,
 // and the end panel while the files are closed.
@@ -29,7 +31,9 @@ public:
     void bringWindowToFront() override;
     void scanEnded() override;
 
+    QDialog* connectionSheet() const;
     QDialog* progressSheet() const { return progressSheet_; }
+    QDialog* endPanel() const;
     QPushButton* cancelButton() const { return cancel_; }
     QLabel* pagesLeft() const { return pagesLeft_; }
     QLabel* pagesScanned() const { return pagesScanned_; }
@@ -38,11 +42,15 @@ public:
 
 signals:
     void scanHasEnded();
+    // The progress sheet, with its Cancel button, came up (true) or went (false).
+    void progressSheetShown(bool shown);
 
 private:
+    void showPanel(BusySheet* panel, bool shown);
+
     QWidget* mainWindow_;
-    QProgressDialog* connecting_ = nullptr;
-    QProgressDialog* finishing_ = nullptr;
+    BusySheet* connecting_ = nullptr;
+    BusySheet* finishing_ = nullptr;
     QDialog* progressSheet_ = nullptr;
     QLabel* pagesLeft_ = nullptr;
     QLabel* pagesScanned_ = nullptr;
@@ -50,6 +58,7 @@ private:
     QLabel* totalLinks_ = nullptr;
     QProgressBar* bar_ = nullptr;
     QPushButton* cancel_ = nullptr;
+    QPointer<QWidget> focusBeforePanel_;
 };
 
 }  // namespace loomcrest::gui

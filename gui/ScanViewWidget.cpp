@@ -62,6 +62,10 @@ ScanViewWidget::ScanViewWidget(QWidget* mainWindow, ProcessState& process, QtAle
     filtersButton_->setObjectName(QStringLiteral("filterDrawerButton"));
     brokenLinksButton_ = new QPushButton(QStringLiteral("Broken Links"), this);
     brokenLinksButton_->setObjectName(QStringLiteral("brokenLinksButton"));
+    // The row keeps the button's height while it is hidden, so the rows below stay put.
+    QSizePolicy keepsItsPlace = brokenLinksButton_->sizePolicy();
+    keepsItsPlace.setRetainSizeWhenHidden(true);
+    brokenLinksButton_->setSizePolicy(keepsItsPlace);
     scannedLinks_ = new QPlainTextEdit(this);
     scannedLinks_->setObjectName(QStringLiteral("scannedLinksViewer"));
     scannedLinks_->setReadOnly(true);
@@ -109,8 +113,12 @@ ScanViewWidget::ScanViewWidget(QWidget* mainWindow, ProcessState& process, QtAle
     drawer.connectTo(*filters_);
     alerts.setSiteSheet(&sheet);
 
-    connect(siteTable_, &QListWidget::currentRowChanged, this,
-            [this](int row) { siteList_->selectRow(row); });
+    // Only the selection makes a site current. The current row alone moves by itself: a
+    // list that gains focus with no current row makes its first row current.
+    connect(siteTable_, &QListWidget::itemSelectionChanged, this, [this] {
+        const QList<QListWidgetItem*> selected = siteTable_->selectedItems();
+        siteList_->selectRow(selected.isEmpty() ? -1 : siteTable_->row(selected.first()));
+    });
     connect(robotsBox_, &QCheckBox::toggled, this,
             [this](bool checked) { siteList_->ignoreRobotsAction(checked); });
     connect(scanButton_, &QPushButton::clicked, this, [this] { driver_->scanSiteAction(); });
@@ -154,6 +162,7 @@ void ScanViewWidget::scanViewChanged(const ScanViewState& state) {
         const QSignalBlocker blocker(robotsBox_);
         robotsBox_->setChecked(state.ignoreRobotsChecked);
     }
+    robotsBox_->setEnabled(state.siteControlsEnabled);
     brokenLinksButton_->setEnabled(state.brokenLinksButtonShown);
     brokenLinksButton_->setVisible(state.brokenLinksButtonShown);
     scanButton_->setEnabled(state.scanButtonEnabled);
@@ -175,7 +184,13 @@ void ScanViewWidget::siteListChanged(const std::vector<std::string>& names, int 
     for (const std::string& name : names) {
         siteTable_->addItem(QString::fromStdString(name));
     }
-    siteTable_->setCurrentRow(selectedRow);
+    if (selectedRow >= 0) {
+        siteTable_->setCurrentRow(selectedRow);
+    } else {
+        // Nothing selected and nothing current, so that focus selects nothing either.
+        siteTable_->setCurrentRow(-1);
+        siteTable_->clearSelection();
+    }
 }
 
 void ScanViewWidget::setWindowTitle(std::string_view title) {

@@ -45,6 +45,12 @@ public:
                           const QModelIndex& index) const override {
         auto* menu = new QComboBox(parent);
         menu->addItems(menuItems(index.column()));
+        // A pick is written at once, not when focus leaves the cell.
+        auto* self = const_cast<MenuDelegate*>(this);
+        connect(menu, &QComboBox::activated, self, [self, menu] {
+            emit self->commitData(menu);
+            emit self->closeEditor(menu);
+        });
         return menu;
     }
     void setEditorData(QWidget* editor, const QModelIndex& index) const override {
@@ -108,7 +114,23 @@ bool XmlEntryModel::setData(const QModelIndex& index, const QVariant& value, int
 }
 
 void XmlEntryModel::reload() {
+    const int rows = rowCount();
+    if (rows != shownRows_) {
+        beginResetModel();
+        shownRows_ = rows;
+        endResetModel();
+        return;
+    }
+    // An edit changes values only. A reset here would close the editor the view has just
+    // opened on the next cell (after Tab) and lose the current cell.
+    if (rows > 0) {
+        emit dataChanged(index(0, 0), index(rows - 1, columnCount() - 1));
+    }
+}
+
+void XmlEntryModel::resetAll() {
     beginResetModel();
+    shownRows_ = rowCount();
     endResetModel();
 }
 
@@ -159,6 +181,7 @@ XmlSitemapView::~XmlSitemapView() = default;
 
 void XmlSitemapView::reload() {
     controller_->createTableContent();
+    model_->resetAll();
     // A file that holds no entries does not tell the table to redraw.
     if (controller_->numberOfRowsInTableView() == 0) {
         refreshStatusLine();

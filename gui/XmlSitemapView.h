@@ -28,10 +28,14 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+    // The entries changed: values only, or rows came or went.
     void reload();
+    // Another sitemap was loaded.
+    void resetAll();
 
 private:
     XMLViewController& controller_;
+    int shownRows_ = 0;
 };
 
 // The XML sitemap view (view 4). Its status line counts what search engines would object to

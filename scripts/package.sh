@@ -7,8 +7,10 @@ cd "$(dirname "$0")/.."
 build="${1:-build-package-dir}"
 
 scripts/install-deps.sh
+# The prefix is the package's, so that paths built into the programs (the README that
+# Help > Report a Problem opens) name where the package puts the files.
 cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=Release -DLOOMCREST_BUILD_TESTS=OFF \
-    -DLOOMCREST_BUILD_GUI=ON
+    -DLOOMCREST_BUILD_GUI=ON -DCMAKE_INSTALL_PREFIX=/usr
 cmake --build "$build" -j"$(nproc)"
 rm -f "$build"/loomcrest_*.deb
 (cd "$build" && cpack -G DEB)

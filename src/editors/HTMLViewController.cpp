@@ -60,14 +60,13 @@ bool HTMLViewController::viewTBIAction() {
         if (process_.vrlmpNeedsSave) {
             saveNow(kSaveButton);
         }
-        state_.titleField.clear();
-        state_.linkField.clear();
-        showState();
+        forgetSelection();
     }
     return true;
 }
 
 void HTMLViewController::firstLoad() {
+    forgetSelection();
     const std::string siteName = shownSiteName_();
     if (siteName.empty()) {
         showPlaceholder("Please Select A Site To View It's Sitemap");
@@ -92,6 +91,7 @@ void HTMLViewController::firstLoad() {
 }
 
 void HTMLViewController::showPlaceholder(std::string_view text) {
+    forgetSelection();
     view_.loadPreview(placeholderPage(text));
     disableEditOptions();
 }
@@ -127,6 +127,7 @@ std::string HTMLViewController::layoutFileLocation(size_t layout) const {
 }
 
 void HTMLViewController::loadLayout(size_t layout) {
+    forgetSelection();
     state_.layout = layout;
     state_.layoutLabel = kSitemapLayouts[layout].name;
     urlToLoad_ = "file://" + layoutFileLocation(layout);
@@ -160,6 +161,9 @@ void HTMLViewController::changeMapType(size_t layout) {
 }
 
 void HTMLViewController::saveNow(std::string_view request) {
+    if (!hasLayout()) {
+        return;  // a placeholder is shown: its path may name another site's file
+    }
     const std::string path = shownFileLocation();
     const auto sheetDidEndShouldSave = [this](int returnCode) {
         if (returnCode == kDefaultButtonCode) {
@@ -208,6 +212,9 @@ void HTMLViewController::showState() {
 // Every change to the working copy ends here, so the preview and the Save button always
 // follow it.
 void HTMLViewController::applyEdit(std::string html, AfterEdit after) {
+    if (!hasLayout()) {
+        return;
+    }
     process_.vrlmpHTMLString = std::move(html);
     reload();
     if (after == AfterEdit::WriteNow) {

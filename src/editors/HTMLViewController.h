@@ -68,7 +68,12 @@ public:
     // The text typed into the title and address fields.
     void setEditFields(std::string title, std::string link);
     // Empties the title and address fields, as leaving the view does.
-    void clearEditFields();
+    void clearEditFields() { forgetSelection(); }
+    // Forgets the clicked line: empty fields, Delete disabled. Every load of a layout, a
+    // placeholder or another view does this, so Delete never acts on a line not on show.
+    void forgetSelection();
+    // Whether a layout file is loaded; a placeholder page holds nothing to edit or save.
+    bool hasLayout() const { return state_.editOptionsEnabled; }
     void titleEditInputAction();
     void linkEditInputAction();
     void editLinkAndTitle();

@@ -62,9 +62,13 @@ void HTMLViewController::setEditFields(std::string title, std::string link) {
     state_.linkField = std::move(link);
 }
 
-void HTMLViewController::clearEditFields() {
-    state_.titleField.clear();
-    state_.linkField.clear();
+void HTMLViewController::forgetSelection() {
+    for (std::string* part :
+         {&linkHREFValue_, &linkTitleValue_, &linkNumber_, &linkIdentifier_, &originalLinkValue_,
+          &delLink_, &delTitle_, &state_.titleField, &state_.linkField}) {
+        part->clear();
+    }
+    state_.deleteEnabled = false;
     showState();
 }
 
@@ -121,6 +125,9 @@ void HTMLViewController::editLinkAndTitle() {
 }
 
 void HTMLViewController::deleteLinkAction() {
+    if (!hasLayout() || !state_.deleteEnabled) {
+        return;  // no line is selected
+    }
     if (originalHTMLString_ == process_.vrlmpHTMLString) {
         beginLinkDeletion();
         return;
@@ -165,9 +172,7 @@ void HTMLViewController::linkDeletion() {
         }
         checkForEmptyColumn();
     }
-    state_.titleField.clear();
-    state_.linkField.clear();
-    showState();
+    forgetSelection();
     applyEdit(process_.vrlmpHTMLString, AfterEdit::WriteNow);
 }
 

@@ -82,6 +82,7 @@ void ScanViewController::selectionCleared() {
     process_.vrlmpWinTit = kPlainWindowTitle;
     view_.setWindowTitle(process_.vrlmpWinTit);
     state_.details = SiteDetailsFields{};
+    state_.ignoreRobotsChecked = false;
     state_.brokenLinksButtonShown = false;
     state_.scanButtonEnabled = false;
     state_.editSiteEnabled = false;
@@ -89,6 +90,8 @@ void ScanViewController::selectionCleared() {
     state_.crawlDelayAdvice.clear();
     view_.clearScannedLinks();
     showState();
+    // The filters side empties its list, so no other site's filters stay on show.
+    process_.notifications.post(kLoadFiltersNotification);
 }
 
 void ScanViewController::siteSelected(const std::string& name) {

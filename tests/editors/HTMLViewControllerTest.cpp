@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "app/ProcessState.h"
 #include "platform/FileSystem.h"
 #include "platform/ImmediateUiThread.h"
@@ -368,6 +370,47 @@ TEST_F(HtmlEditor, ACancelledPreviewWritesNothing) {
     controller.waitForPreview();
     EXPECT_EQ(fileContents(home.dataRoot() + "/Site/tmpMap.html"), "earlier preview");
     EXPECT_TRUE(view.opened.empty());
+}
+
+TEST_F(HtmlEditor, EveryLoadForgetsTheClickedLine) {
+    const std::vector<std::pair<const char*, std::function<void()>>> loads = {
+        {"first load", [&] { controller.firstLoad(); }},
+        {"layout switch", [&] { controller.changeMapType(1); }},
+        {"toolbar pressed again", [&] { controller.viewTBIAction(); }},
+        {"leaving the view", [&] { controller.clearEditFields(); }},
+    };
+    process.vrlmpCurrentView = 2;
+    for (const auto& [name, load] : loads) {
+        controller.firstLoad();
+        controller.linkClicked("http://h/b.html---LINKID:3---", "B");
+        ASSERT_TRUE(view.state.deleteEnabled);
+        load();
+        EXPECT_FALSE(view.state.deleteEnabled) << name;
+        EXPECT_EQ(view.state.titleField + view.state.linkField, "") << name;
+        EXPECT_EQ(controller.linkNumber(), "") << name;
+        controller.deleteLinkAction();
+        EXPECT_TRUE(alerts.shown.empty()) << name << ": nothing left to delete";
+    }
+    EXPECT_NE(fileContents(layout("sitemap3c.html")).find("b.html"), std::string::npos);
+}
+
+TEST_F(HtmlEditor, WithoutALayoutNothingIsWritten) {
+    controller.linkClicked("http://h/b.html---LINKID:3---", "B");
+    siteName = "Never Scanned";
+    writeFile(returnFullFileLocation(siteName), newSiteFileText(siteName, "http://n/"));
+    controller.firstLoad();
+    EXPECT_FALSE(controller.hasLayout());
+    EXPECT_FALSE(view.state.deleteEnabled);
+    controller.setEditFields("New title", "http://h/new.html");
+    controller.titleEditInputAction();
+    controller.setFontSize(Group::PageTitle, 2);
+    controller.saveNow("closewindow");
+    controller.deleteLinkAction();
+    EXPECT_FALSE(pathExists(home.dataRoot() + "/Never Scanned/sitemap3c.html"));
+    EXPECT_EQ(fileContents(layout("sitemap3c.html")), threeColumnLayout());
+    EXPECT_NE(view.preview.find("No Sitemap Is Available"), std::string::npos)
+        << "the placeholder stays on show";
+    EXPECT_TRUE(alerts.shown.empty());
 }
 
 TEST_F(HtmlEditor, OpeningWithoutASiteIsRefused) {

@@ -5,22 +5,30 @@
 #include <QDBusInterface>
 #include <QDBusPendingCall>
 #include <QDialog>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
+#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QSettings>
+#include <QStackedWidget>
+#include <QTemporaryDir>
 #include <QtTest>
 #include <memory>
 
 #include "BrokenLinksViewWidget.h"
 #include "ExportViewWidget.h"
 #include "FiltersDrawer.h"
+#include "GlobalControls.h"
 #include "MainViewControl.h"
 #include "PreviewPage.h"
 #include "QtAlerts.h"
 #include "ScanSheets.h"
 #include "ScanViewWidget.h"
+#include "Screenshots.h"
 #include "SiteSheetDialog.h"
 #include "app/ProcessState.h"
 #include "app/URLCommand.h"
@@ -42,31 +50,68 @@ private:
     std::unique_ptr<test::TemporaryHome> home_;
     std::unique_ptr<MainViewControl> window_;
 
+    // Shortcuts and focus need the window to be the active one, as it is for a person.
     void openWindow() {
         window_ = std::make_unique<MainViewControl>();
         window_->show();
-        QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
+        window_->activateWindow();
+        QTRY_COMPARE(QApplication::activeWindow(), window_.get());
+    }
+    // Sites written before the window opens, as an earlier run left them.
+    void reopenWithSites(const std::vector<std::string>& names) {
+        window_.reset();
+        for (const std::string& name : names) {
+            test::writeFile(returnFullFileLocation(name),
+                            newSiteFileText(name, "http://" + name + ".example/"));
+        }
+        openWindow();
     }
     ScanViewWidget& scan() { return window_->scanView(); }
+    // Shortcuts reach the active window only. Without a window manager (Xvfb) nothing gives
+    // the window back its activation after a sheet has closed.
+    void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        window_->activateWindow();
+        QTRY_COMPARE(QApplication::activeWindow(), window_.get());
+        QTest::keyClick(window_.get(), static_cast<Qt::Key>(key), modifiers);
+    }
     void addSite(const QString& name, const QString& url) {
-        window_->findChild<QAction*>(QString(), Qt::FindDirectChildrenOnly);
-        scan().siteRecords().addNewSite();
+        press(Qt::Key_N, Qt::ControlModifier);
         SiteSheetDialog& sheet = window_->siteSheet();
         QTRY_VERIFY(sheet.isVisible());
-        sheet.nameField()->setText(name);
-        sheet.urlField()->setText(url);
+        QTest::keyClicks(sheet.nameField(), name);
+        QTest::keyClicks(sheet.urlField(), url);
         QTest::mouseClick(sheet.defaultButton(), Qt::LeftButton);
     }
+    // A click on the site's name in the list.
     void selectSite(const QString& name) {
-        const auto items = scan().siteTable()->findItems(name, Qt::MatchExactly);
+        QListWidget* list = scan().siteTable();
+        const auto items = list->findItems(name, Qt::MatchExactly);
         QVERIFY(!items.isEmpty());
-        scan().siteTable()->setCurrentItem(items.first());
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                          list->visualItemRect(items.first()).center());
+        QTRY_COMPARE(QString::fromStdString(window_->processState().vrlmpCurSite), name);
+    }
+    // A click in the empty part of the list, under the names.
+    void clickBelowTheNames() {
+        QListWidget* list = scan().siteTable();
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                          QPoint(20, list->viewport()->height() - 10));
+    }
+    void expectNothingSelected() {
+        QVERIFY(scan().siteTable()->selectedItems().isEmpty());
+        QCOMPARE(window_->processState().vrlmpCurSite, std::string());
+        QCOMPARE(window_->windowTitle(), QStringLiteral("Loomcrest2"));
+        QCOMPARE(detail("siteName"), QString());
     }
     QString detail(const char* name) { return scan().detail(QString::fromLatin1(name))->text(); }
+    QPoint placeInWindow(const QWidget* widget) { return widget->mapTo(window_.get(), QPoint()); }
 
 private slots:
+    void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
     void init() {
         home_ = std::make_unique<test::TemporaryHome>();
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                           QString::fromStdString(home_->path() + "/.config"));
         QtAlerts::forgetShownAlerts();
         QtAlerts::queueAnswers({});
         openWindow();
@@ -74,6 +119,61 @@ private slots:
     void cleanup() {
         window_.reset();
         home_.reset();
+    }
+
+    // The progress panels once showed themselves about four seconds after every start, and
+    // the first site was selected as soon as the list had focus.
+    void anIdleWindowShowsNothingElseAndSelectsNothing() {
+        reopenWithSites({"Alpha", "Beta"});
+        QTest::qWait(6000);
+        QCOMPARE(windowsBesides(*window_), QStringList());
+        expectNothingSelected();
+        clickBelowTheNames();
+        QTRY_VERIFY(scan().siteTable()->hasFocus());
+        QCOMPARE(windowsBesides(*window_), QStringList());
+        expectNothingSelected();
+        QTest::keyClick(scan().siteTable(), Qt::Key_Space);
+        QCOMPARE(window_->windowTitle(), QStringLiteral("Loomcrest2 - Alpha"));
+    }
+
+    void anEditLeavesNothingSelectedAndNoOtherSitesSettings() {
+        reopenWithSites({"Alpha", "Beta"});
+        test::writeFile(home_->dataRoot() + "/Beta/filters.zplp", "private\n");
+        selectSite(QStringLiteral("Beta"));
+        QTest::mouseClick(scan().robotsBox(), Qt::LeftButton, {}, QPoint(5, 5));
+        QTest::mouseClick(scan().filtersButton(), Qt::LeftButton);
+        FiltersDrawer& drawer = window_->filterDrawer();
+        QTRY_COMPARE(drawer.table()->count(), 1);
+
+        press(Qt::Key_E, Qt::ControlModifier);
+        QTRY_VERIFY(window_->siteSheet().isVisible());
+        QTest::keyClicks(window_->siteSheet().urlField(), QStringLiteral("x"));
+        QTest::keyClick(window_->siteSheet().urlField(), Qt::Key_Return);
+        QTRY_VERIFY(!window_->siteSheet().isVisible());
+        scan().siteTable()->setFocus();
+        QTRY_VERIFY(scan().siteTable()->hasFocus());
+        expectNothingSelected();
+        QVERIFY(!scan().robotsBox()->isChecked());
+        QVERIFY(!scan().robotsBox()->isEnabled());
+        QCOMPARE(drawer.table()->count(), 0);
+        QVERIFY(!drawer.input()->isEnabled());
+        QTest::mouseClick(scan().robotsBox(), Qt::LeftButton, {}, QPoint(5, 5));
+        QVERIFY(!scan().robotsBox()->isChecked());
+        QCOMPARE(readSiteField(readSiteFile("Alpha"), SiteField::IgnoreRobotFile),
+                 std::string("NO"));
+
+        // A rename onto an existing site is refused and the list rebuilt.
+        selectSite(QStringLiteral("Alpha"));
+        QtAlerts::queueAnswers({kDefaultButtonCode});
+        press(Qt::Key_E, Qt::ControlModifier);
+        QTRY_VERIFY(window_->siteSheet().isVisible());
+        window_->siteSheet().nameField()->clear();
+        QTest::keyClicks(window_->siteSheet().nameField(), QStringLiteral("Beta"));
+        QTest::keyClick(window_->siteSheet().nameField(), Qt::Key_Return);
+        QTRY_VERIFY(!window_->siteSheet().isVisible());
+        QCOMPARE(QtAlerts::shownAlerts().size(), size_t{1});
+        clickBelowTheNames();
+        expectNothingSelected();
     }
 
     void startsOnTheScanViewWithTheDataFolders() {
@@ -136,35 +236,98 @@ private slots:
         FiltersDrawer& drawer = window_->filterDrawer();
         QTest::mouseClick(scan().filtersButton(), Qt::LeftButton);
         QTRY_VERIFY(drawer.isVisible());
-        drawer.input()->setText(QStringLiteral("PDF"));
+        QTest::keyClicks(drawer.input(), QStringLiteral("PDF"));
         QTest::mouseClick(drawer.addButton(), Qt::LeftButton);
-        QCOMPARE(drawer.table()->count(), 1);
+        QTest::keyClicks(drawer.input(), QStringLiteral("?print"));
+        QTest::keyClick(drawer.input(), Qt::Key_Return);
+        QCOMPARE(drawer.table()->count(), 2);
         QVERIFY(drawer.input()->text().isEmpty());
-        drawer.table()->item(0)->setSelected(true);
+        QTest::keyClick(drawer.input(), Qt::Key_Delete);
+        QCOMPARE(drawer.table()->count(), 2);  // Delete in the field deletes no filter
+        QListWidget* list = drawer.table();
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                          list->visualItemRect(list->item(0)).center());
+        QTest::keyClick(list, Qt::Key_Delete);
+        QCOMPARE(drawer.table()->count(), 1);
+        QCOMPARE(test::fileContents(home_->dataRoot() + "/Example/filters.zplp"),
+                 std::string("?print\n"));
+        list->item(0)->setSelected(true);
         QTest::mouseClick(drawer.deleteButton(), Qt::LeftButton);
         QCOMPARE(drawer.table()->count(), 0);
         QCOMPARE(test::fileContents(home_->dataRoot() + "/Example/filters.zplp"), std::string());
     }
 
-    void theDrawerIsRestoredOnReturningToTheScanView() {
+    // At the smallest size the drawer once widened the window and cut its field's text off.
+    void theDrawerFitsTheWindowAndIsRestoredOnReturningToTheScanView() {
         addSite(QStringLiteral("Example"), QStringLiteral("example.com"));
         selectSite(QStringLiteral("Example"));
+        const QSize smallest = window_->minimumSize();
+        window_->resize(smallest);
+        QTRY_COMPARE(window_->size(), smallest);
         QTest::mouseClick(scan().filtersButton(), Qt::LeftButton);
-        QTRY_VERIFY(window_->filterDrawer().isVisible());
-        window_->toolbarAction(MainViewControl::Export)->trigger();
-        QVERIFY(!window_->filterDrawer().isVisible());
+        FiltersDrawer& drawer = window_->filterDrawer();
+        QTRY_VERIFY(drawer.isVisible());
+        QTRY_VERIFY(drawer.input()->width() > 0);
+        QCOMPARE(window_->size(), smallest);
+        QVERIFY(drawer.input()->width() >=
+                drawer.input()->fontMetrics().horizontalAdvance(drawer.input()->placeholderText()));
+        press(Qt::Key_5, Qt::ControlModifier);
+        QVERIFY(!drawer.isVisible());
         QCOMPARE(window_->returnCurrentView(), 5);
-        window_->toolbarAction(MainViewControl::Scan)->trigger();
-        QVERIFY(window_->filterDrawer().isVisible());
+        press(Qt::Key_1, Qt::ControlModifier);
+        QVERIFY(drawer.isVisible());
         QCOMPARE(window_->returnCurrentView(), 1);
+    }
+
+    void theBrokenLinksButtonMovesNoRow() {
+        reopenWithSites({"Clean", "Broken"});
+        test::writeFile(home_->dataRoot() + "/Broken/badLinks.txt", "http://Broken.example/x\n");
+        selectSite(QStringLiteral("Clean"));
+        QVERIFY(!scan().brokenLinksButton()->isVisible());
+        const QPoint robotsBefore = placeInWindow(scan().robotsBox());
+        selectSite(QStringLiteral("Broken"));
+        QTRY_VERIFY(scan().brokenLinksButton()->isVisible());
+        QCOMPARE(placeInWindow(scan().robotsBox()), robotsBefore);
+    }
+
+    void everyViewHasItsShortcutIconAndMark() {
+        addSite(QStringLiteral("Example"), QStringLiteral("example.com"));
+        selectSite(QStringLiteral("Example"));
+        for (const int view : {3, 4, 5, 6, 7, 2, 1}) {
+            press(Qt::Key_0 + view, Qt::ControlModifier);
+            QCOMPARE(window_->returnCurrentView(), view);
+            QCOMPARE(qobject_cast<QStackedWidget*>(window_->centralWidget())->currentWidget(),
+                     window_->mainViewsList(view));
+            for (int other = 1; other <= 7; ++other) {
+                QCOMPARE(window_->toolbarAction(other)->isChecked(), other == view);
+            }
+            QVERIFY(!window_->toolbarAction(view)->icon().isNull());
+        }
+        const std::pair<const char*, QKeySequence> items[] = {
+            {"addSite", QKeySequence(QStringLiteral("Ctrl+N"))},
+            {"editSite", QKeySequence(QStringLiteral("Ctrl+E"))},
+            {"saveStyle", QKeySequence(QStringLiteral("Ctrl+S"))},
+            {"quit", QKeySequence(QStringLiteral("Ctrl+Q"))},
+            {"deleteSelection", QKeySequence(QStringLiteral("Del"))},
+            {"scanSite", QKeySequence(QStringLiteral("F5"))},
+            {"cancelScan", QKeySequence(QStringLiteral("Esc"))},
+        };
+        for (const auto& [name, shortcut] : items) {
+            QAction* item = window_->menuAction(QString::fromLatin1(name));
+            QVERIFY2(item != nullptr, name);
+            QCOMPARE(item->shortcut(), shortcut);
+            QVERIFY2(qobject_cast<QMenu*>(item->associatedObjects().value(0)) != nullptr, name);
+        }
     }
 
     void sitemapViewsNeedASite() {
         QtAlerts::queueAnswers({kDefaultButtonCode, kDefaultButtonCode});
-        window_->toolbarAction(MainViewControl::HtmlSitemap)->trigger();
+        press(Qt::Key_2, Qt::ControlModifier);
         QTRY_COMPARE(QtAlerts::shownAlerts().size(), size_t{1});
-        window_->toolbarAction(MainViewControl::XmlSitemap)->trigger();
+        press(Qt::Key_4, Qt::ControlModifier);
         QCOMPARE(QtAlerts::shownAlerts().size(), size_t{2});
+        QVERIFY(window_->toolbarAction(MainViewControl::Scan)->isChecked());
+        QVERIFY(!window_->toolbarAction(MainViewControl::HtmlSitemap)->isChecked());
         QCOMPARE(QtAlerts::shownAlerts()[0].title,
                  std::string("You need to select a sitemap from the sites list to use the HTML "
                              "sitemap viewer."));
@@ -194,9 +357,10 @@ private slots:
         server.start();
         addSite(QStringLiteral("Site"), QString::fromStdString(server.url("/")));
         selectSite(QStringLiteral("Site"));
-        QTest::mouseClick(scan().scanButton(), Qt::LeftButton);
+        press(Qt::Key_F5);
         QTRY_VERIFY_WITH_TIMEOUT(!scan().scanner().isScanning(), 10000);
         QTRY_COMPARE(detail("pagesFound"), QStringLiteral("3"));
+        QTRY_COMPARE(windowsBesides(*window_), QStringList());
         QCOMPARE(detail("totalLinksFound"), QStringLiteral("4"));
         QCOMPARE(detail("brokenLinks"), QStringLiteral("1"));
         QCOMPARE(detail("linksScanned"), QStringLiteral("2"));
@@ -244,13 +408,100 @@ private slots:
         QTest::mouseClick(scan().scanButton(), Qt::LeftButton);
         QTRY_VERIFY(scan().sheets().progressSheet()->isVisible());
         QTRY_VERIFY(pagesAsked > 12);
-        QTest::mouseClick(scan().sheets().cancelButton(), Qt::LeftButton);
+        QVERIFY(window_->menuAction(QStringLiteral("cancelScan"))->isEnabled());
+        QTest::keyClick(scan().sheets().progressSheet(), Qt::Key_Escape);
         QTRY_VERIFY_WITH_TIMEOUT(!scan().scanner().isScanning(), 10000);
-        QVERIFY(!scan().sheets().progressSheet()->isVisible());
+        QTRY_VERIFY(!scan().sheets().progressSheet()->isVisible());
+        QVERIFY(!window_->menuAction(QStringLiteral("cancelScan"))->isEnabled());
+        QTRY_COMPARE(windowsBesides(*window_), QStringList());
         QVERIFY(detail("pagesFound").toInt() > 10);
         QVERIFY(
             QString::fromStdString(test::fileContents(home_->dataRoot() + "/Slow/sitemap1c.html"))
                 .endsWith(QStringLiteral("</body>\n</html>")));
+    }
+
+    void theWindowRemembersItsPlaceAndTheExportFolder() {
+        test::writeFile(home_->dataRoot() + "/Site/sitemap.xml", "<urlset>\n</urlset>");
+        reopenWithSites({"Site"});
+        const QRect placed(60, 50, 1010, 700);
+        window_->setGeometry(placed);
+        QTRY_COMPARE(window_->geometry(), placed);
+        press(Qt::Key_5, Qt::ControlModifier);
+        const QString folder = QString::fromStdString(home_->path() + "/exports");
+        QDir().mkpath(folder);
+        ExportViewWidget& exports = window_->exportView();
+        ExportViewWidget::setNextSaveFileName(folder + "/first.xml");
+        QTest::mouseClick(exports.xmlExportButton(), Qt::LeftButton);
+        QTRY_VERIFY(QFileInfo::exists(folder + "/first.xml"));
+        QTRY_COMPARE(exports.saveToField()->text(), folder);
+
+        // The real save dialog opens in that folder; it blocks, so it is answered from a timer.
+        QString openedIn;
+        QTimer answer;
+        connect(&answer, &QTimer::timeout, this, [&] {
+            if (auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
+                openedIn = dialog->directory().absolutePath();
+                dialog->reject();
+            }
+        });
+        answer.start(50);
+        QTest::mouseClick(exports.xmlExportButton(), Qt::LeftButton);
+        QTRY_COMPARE(openedIn, folder);
+        exports.exporter().waitForExport();
+
+        press(Qt::Key_Q, Qt::ControlModifier);
+        QVERIFY(!window_->isVisible());
+        QVERIFY2(QtAlerts::shownAlerts().empty(), "nothing unsaved, nothing asked");
+        openWindow();
+        QCOMPARE(window_->geometry(), placed);
+        QCOMPARE(window_->exportView().saveToField()->text(), folder);
+    }
+
+    void reportAProblemSaysWhenNoBrowserStarts() {
+        const QByteArray path = qgetenv("PATH");
+        const QTemporaryDir nothingToRun;
+        qputenv("PATH", nothingToRun.path().toUtf8());
+        qunsetenv("BROWSER");
+        qunsetenv("DEFAULT_BROWSER");
+        QtAlerts::queueAnswers({kDefaultButtonCode});
+        press(Qt::Key_H, Qt::AltModifier);
+        QTRY_VERIFY(QApplication::activePopupWidget() != nullptr);
+        QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Return);
+        QTRY_COMPARE(QtAlerts::shownAlerts().size(), size_t{1});
+        qputenv("PATH", path);
+        QCOMPARE(QtAlerts::shownAlerts()[0].title, std::string("The Page Could Not Be Opened"));
+        QCOMPARE(QtAlerts::shownAlerts()[0].message,
+                 "No web browser could be started to show " +
+                     QUrl(GlobalControls::supportPage()).toLocalFile().toStdString() +
+                     "\nOpen it in your browser yourself.");
+        QVERIFY(GlobalControls::supportPage().startsWith(QStringLiteral("file:///")));
+        QVERIFY(GlobalControls::supportPage().endsWith(QStringLiteral("/doc/loomcrest/README.md")));
+    }
+
+    // Escape answers as the button that changes nothing; it never picks save or discard.
+    void escapeOnAnAlertAnswersWithTheHarmlessButton() {
+        const std::pair<Alert, std::optional<int>> cases[] = {
+            {Alert::question("Delete?", "", "Delete Link", "", "Cancel"), kOtherButtonCode},
+            {Alert::question("Save?", "", "Save Changes", "Cancel Deletion", "Discard Changes"),
+             kAlternateButtonCode},
+            {Alert::refusal("No."), kDefaultButtonCode},
+            {Alert::question("Save?", "", "Save Changes", "", "Discard"), std::nullopt},
+        };
+        for (const auto& [alert, expected] : cases) {
+            std::optional<int> answer;
+            window_->alerts().presentAlert(alert, [&answer](int code) { answer = code; });
+            QTRY_VERIFY(qobject_cast<QMessageBox*>(QApplication::activeModalWidget()));
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            QTest::keyClick(box, Qt::Key_Escape);
+            if (expected) {
+                QTRY_COMPARE(answer, expected);
+                continue;
+            }
+            QVERIFY(box->isVisible());
+            QVERIFY(!answer);
+            QTest::mouseClick(box->defaultButton(), Qt::LeftButton);
+            QTRY_COMPARE(answer, std::optional<int>(kDefaultButtonCode));
+        }
     }
 
     void theScriptingCommandIsOfferedOnTheSessionBus() {

@@ -114,8 +114,13 @@ TEST_F(SiteSelection, AnEmptyBrokenLinksFileCountsNothing) {
 TEST_F(SiteSelection, DeselectingClearsTheCurrentSite) {
     writeFile(home.dataRoot() + "/Example/badLinks.txt", "http://a/1\n");
     selectSite("Example");
+    controller.ignoreRobotsAction(true);
     const int clearsBefore = view.scannedLinksClears;
+    int announcements = 0;
+    ScopedObserver observer(process.notifications, "vrlmpLFF", [&] { ++announcements; });
     controller.deselectAll();
+    EXPECT_FALSE(view.state.ignoreRobotsChecked) << "no other site's tick stays on show";
+    EXPECT_EQ(announcements, 1) << "the filters side empties its list";
     EXPECT_EQ(process.vrlmpCurSite, "");
     EXPECT_EQ(process.vrlmpWinTit, "Loomcrest2");
     EXPECT_EQ(view.windowTitle, "Loomcrest2");
