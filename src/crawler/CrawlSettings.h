@@ -16,7 +16,7 @@ public:
     static constexpr int kMaxConnections = 16;
     static constexpr double kMaxRequestsPerSecond = 1000;
 
-    // "Loomcrest/VERSION (+HOME PAGE)".
+    // "Loomcrest/VERSION (+PAGE)", PAGE being the project page of the build.
     static std::string defaultUserAgent();
 
     int connections() const { return connections_; }

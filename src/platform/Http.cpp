@@ -16,7 +16,7 @@ namespace {
 
 constexpr long kMaxRedirects = 10;
 constexpr std::string_view kUserAgent =
-    "Loomcrest/" LOOMCREST_VERSION " (+" LOOMCREST_HOME_PAGE ")";
+    "Loomcrest/" LOOMCREST_VERSION " (+" LOOMCREST_REPORT_PROBLEM_URL ")";
 constexpr long kTooManyRequests = 429;
 constexpr long kServiceUnavailable = 503;
 // A body larger than this is abandoned as if nothing had answered, so that a hostile

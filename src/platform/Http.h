@@ -24,8 +24,8 @@ inline constexpr Seconds kMaxRetryAfter{60};
 
 enum class Redirects { Follow, Report };
 
-// "Loomcrest/VERSION (+HOME PAGE)": what every request says it comes from unless a
-// session says otherwise.
+// "Loomcrest/VERSION (+PAGE)", PAGE being LOOMCREST_REPORT_PROBLEM_URL of the build: what
+// every request says it comes from unless a session says otherwise.
 std::string_view defaultUserAgent();
 
 // What every request of one crawl carries and obeys, shared by all its threads: the user

@@ -10,7 +10,7 @@ using test::fileContents;
 using test::runLoomcrest;
 
 const std::string kAgent =
-    std::string("Loomcrest/") + LOOMCREST_VERSION + " (+" + LOOMCREST_HOME_PAGE + ")";
+    std::string("Loomcrest/") + LOOMCREST_VERSION + " (+" + LOOMCREST_REPORT_PROBLEM_URL + ")";
 const std::string kDefaults =
     "Connections: 1\nRequests per second: 0 (no limit)\nUser agent: " + kAgent +
     "\nFetch once: off\nUse ~/.netrc: off\nExtra headers: none\n";

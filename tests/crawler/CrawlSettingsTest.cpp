@@ -16,7 +16,7 @@ namespace loomcrest {
 namespace {
 
 const std::string kDefaultAgent =
-    std::string("Loomcrest/") + LOOMCREST_VERSION + " (+" + LOOMCREST_HOME_PAGE + ")";
+    std::string("Loomcrest/") + LOOMCREST_VERSION + " (+" + LOOMCREST_REPORT_PROBLEM_URL + ")";
 
 struct Check {
     std::function<void(CrawlSettings&)> change;

@@ -92,7 +92,7 @@ protected:
 TEST_F(HttpSession, EveryRequestSaysWhoAsksAndCarriesTheExtraFields) {
     get("/echo", nullptr);
     EXPECT_EQ(seenHeader("User-Agent"),
-              std::string("Loomcrest/") + LOOMCREST_VERSION + " (+" + LOOMCREST_HOME_PAGE + ")");
+              std::string("Loomcrest/") + LOOMCREST_VERSION + " (+" + LOOMCREST_REPORT_PROBLEM_URL + ")");
     EXPECT_EQ(seenHeader("Cookie"), "(none)");
 
     http::Session session;
