@@ -18,8 +18,9 @@ int runLoomcrest(int argc, const char* const* argv, std::ostream& out, std::ostr
     std::vector<std::unique_ptr<Command>> commands;
     for (const auto make :
          {makeSitesCommand, makeAddCommand, makeEditCommand, makeDeleteCommand, makeShowCommand,
-          makeRobotsCommand, makeSettingsCommand, makeScanCommand, makeDemoCommand, makeXmlCommand,
-          makeHtmlCommand, makeExportCommand, makeValidateCommand, makeFiltersCommand}) {
+          makeRobotsCommand, makeSettingsCommand, makeScanCommand, makeRestoreCommand,
+          makeDemoCommand, makeXmlCommand, makeHtmlCommand, makeExportCommand, makeValidateCommand,
+          makeFiltersCommand}) {
         commands.push_back(make(context));
     }
     std::vector<std::pair<CLI::App*, Command*>> subcommands;

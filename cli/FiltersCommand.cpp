@@ -38,7 +38,8 @@ public:
             return session.exitStatus();
         }
         if (delete_->parsed()) {
-            return deleteRows(session.filters());
+            const int status = deleteRows(session.filters());
+            return status == kExitSuccess ? session.exitStatus() : status;
         }
         for (size_t row = 0; row < session.filters().filterArrayLength(); ++row) {
             out() << session.filters().filterArrayObject(row) << '\n';

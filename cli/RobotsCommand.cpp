@@ -26,7 +26,7 @@ public:
             return kExitRefused;
         }
         session.siteList().ignoreRobotsAction(choice_ == "ignore");
-        return kExitSuccess;
+        return session.exitStatus();
     }
 
 private:

@@ -37,8 +37,8 @@ public:
                 session.alerts().presentAlert(refusedCrawlSettingsAlert(*problem), {});
                 return kExitRefused;
             }
-            if (!writeCrawlSettings(folder, read.settings)) {
-                session.alerts().presentAlert(unwritableCrawlSettingsAlert(folder), {});
+            if (const WriteResult written = writeCrawlSettings(folder, read.settings); !written) {
+                session.alerts().presentAlert(unwritableCrawlSettingsAlert(written), {});
                 return kExitRefused;
             }
         }

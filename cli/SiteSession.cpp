@@ -8,7 +8,7 @@ SiteSession::SiteSession(ProcessState& process, std::ostream& err)
     : process_(process),
       err_(err),
       alerts_(err),
-      siteList_(process, scanView_),
+      siteList_(process, scanView_, alerts_),
       siteRecords_(siteList_, sheetView_, alerts_),
       filters_(
           process, [this] { return siteList_.state().details.siteName; }, filterView_, alerts_) {

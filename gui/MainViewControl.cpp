@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QLabel>
+#include <QMenu>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
@@ -63,6 +64,7 @@ MainViewControl::MainViewControl(QWidget* parent) : QMainWindow(parent) {
 
     scanView_ = new ScanViewWidget(this, state_, *alerts_, *ui_, *filterDrawer_, *siteSheet_,
                                    *addSiteAction_, *editSiteAction_);
+    fileMenu_->insertAction(quitSeparator_, scanView_->restoreAction());
     const auto shownSiteName = [this] { return scanView_->siteList().state().details.siteName; };
     htmlWindowView_ = new HtmlSitemapView(state_, *alerts_, *ui_, shownSiteName, this);
     htmlEditorWindowView_ = plainView(QStringLiteral("htmlEditorWindowView"),

@@ -110,6 +110,9 @@ private:
     QAction* addSiteAction_ = nullptr;
     QAction* editSiteAction_ = nullptr;
     QAction* cancelScanAction_ = nullptr;
+    // The scan view's items join the File menu above this separator once the view exists.
+    QMenu* fileMenu_ = nullptr;
+    QAction* quitSeparator_ = nullptr;
     QActionGroup* viewGroup_ = nullptr;
     std::array<QAction*, 7> toolbarActions_{};
     QString versionString_;

@@ -52,7 +52,8 @@ QIcon viewIcon(const ViewItem& item) {
 }  // namespace
 
 void MainViewControl::buildMenus() {
-    QMenu& file = *menuBar()->addMenu(QStringLiteral("&File"));
+    fileMenu_ = menuBar()->addMenu(QStringLiteral("&File"));
+    QMenu& file = *fileMenu_;
     addSiteAction_ = addMenuItem(file, QStringLiteral("addSite"), QStringLiteral("Add Site…"),
                                  QKeySequence(Qt::CTRL | Qt::Key_N), {});
     editSiteAction_ = addMenuItem(file, QStringLiteral("editSite"), QStringLiteral("Edit Site…"),
@@ -60,7 +61,7 @@ void MainViewControl::buildMenus() {
     file.addSeparator();
     addMenuItem(file, QStringLiteral("saveStyle"), QStringLiteral("Save Sitemap Style"),
                 QKeySequence(Qt::CTRL | Qt::Key_S), [this] { saveStyle(); });
-    file.addSeparator();
+    quitSeparator_ = file.addSeparator();
     addMenuItem(file, QStringLiteral("quit"), QStringLiteral("Quit"),
                 QKeySequence(Qt::CTRL | Qt::Key_Q), [this] { close(); });
 

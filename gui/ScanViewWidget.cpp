@@ -104,11 +104,15 @@ ScanViewWidget::ScanViewWidget(QWidget* mainWindow, ProcessState& process, QtAle
     layout->addLayout(right, 2);
 
     sheets_ = std::make_unique<ScanSheets>(mainWindow, [this] { driver_->cancelScan(); });
-    siteList_ = std::make_unique<ScanViewController>(process, *this);
+    siteList_ = std::make_unique<ScanViewController>(process, *this, alerts);
     siteRecords_ = std::make_unique<AddEditDeleteSites>(*siteList_, sheet, alerts);
     filters_ = std::make_unique<ScanFilters>(
         process, [this] { return siteList_->state().details.siteName; }, drawer, alerts);
     driver_ = std::make_unique<ScanDriver>(process, *siteList_, *sheets_, alerts, ui);
+    sitemapRestore_ = std::make_unique<SitemapRestore>(*siteList_, alerts);
+    restoreAction_ = new QAction(QStringLiteral("Restore Previous Sitemaps"), this);
+    restoreAction_->setObjectName(QStringLiteral("restorePreviousSitemapsAction"));
+    restoreAction_->setEnabled(false);
     sheet.connectTo(*siteRecords_);
     drawer.connectTo(*filters_);
     alerts.setSiteSheet(&sheet);
@@ -133,6 +137,8 @@ ScanViewWidget::ScanViewWidget(QWidget* mainWindow, ProcessState& process, QtAle
     });
     connect(crawlSettingsButton_, &QPushButton::clicked, crawlSettingsSheet_,
             &CrawlSettingsSheet::openForSelectedSite);
+    connect(restoreAction_, &QAction::triggered, this,
+            [this] { sitemapRestore_->restorePreviousSitemaps(); });
 
     siteList_->awakeFromNib();
 }
@@ -169,6 +175,7 @@ void ScanViewWidget::scanViewChanged(const ScanViewState& state) {
     addSiteAction_.setEnabled(state.addSiteEnabled);
     addButton_->setEnabled(state.addSiteEnabled);
     editSiteAction_.setEnabled(state.editSiteEnabled);
+    restoreAction_->setEnabled(state.previousSitemapsKept && state.scanButtonEnabled);
     deleteButton_->setEnabled(state.siteControlsEnabled);
     filtersButton_->setEnabled(state.siteControlsEnabled);
     crawlSettingsButton_->setEnabled(state.scanButtonEnabled);

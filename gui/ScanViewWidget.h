@@ -8,6 +8,7 @@
 #include "sites/AddEditDeleteSites.h"
 #include "sites/ScanView.h"
 #include "sites/ScanViewController.h"
+#include "sites/SitemapRestore.h"
 
 class QAction;
 class QCheckBox;
@@ -60,6 +61,9 @@ public:
     CrawlSettingsSheet* crawlSettingsSheet() const { return crawlSettingsSheet_; }
     QLabel* crawlDelayAdvice() const { return crawlDelayAdvice_; }
     QLabel* detail(const QString& name) const;
+    // "Restore Previous Sitemaps", for the File menu: enabled while the selected site keeps
+    // the sitemaps of the scan before its last and no scan runs.
+    QAction* restoreAction() const { return restoreAction_; }
 
 signals:
     void brokenLinksRequested();
@@ -74,6 +78,8 @@ private:
     std::unique_ptr<AddEditDeleteSites> siteRecords_;
     std::unique_ptr<ScanFilters> filters_;
     std::unique_ptr<ScanDriver> driver_;
+    std::unique_ptr<SitemapRestore> sitemapRestore_;
+    QAction* restoreAction_ = nullptr;
 
     QListWidget* siteTable_ = nullptr;
     QLabel* siteName_ = nullptr;

@@ -2,6 +2,7 @@
 #include <QCommandLineParser>
 #include <QListWidget>
 #include <QTimer>
+#include <csignal>
 
 #include "MainViewControl.h"
 #include "PreviewPage.h"
@@ -9,6 +10,8 @@
 #include "Screenshots.h"
 
 int main(int argc, char** argv) {
+    // A write past the file-size limit then fails and is reported like a full disk.
+    std::signal(SIGXFSZ, SIG_IGN);
     loomcrest::gui::prepareWebEngine();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Loomcrest"));

@@ -3,7 +3,7 @@
 set -euo pipefail
 
 packages=(
-    cmake g++ make pkg-config
+    cmake g++ make pkg-config clang libclang-rt-14-dev
     libcurl4-openssl-dev libxml2-dev libpcre2-dev liburiparser-dev zlib1g-dev
     libcli11-dev libgtest-dev libgmock-dev libcpp-httplib-dev
     qt6-base-dev qt6-qpa-plugins qt6-webengine-dev libgl1-mesa-dev xvfb xauth dbus-bin

@@ -13,7 +13,6 @@ namespace loomcrest {
 
 namespace {
 
-constexpr http::Seconds kPageTimeout{20};
 // Four "?" in a page URL, five pieces when split at them, raise the warning.
 constexpr size_t kSuspiciousQueryPieces = 5;
 
@@ -33,7 +32,7 @@ void ScanDriver::extractLinksFromPage() {
     // The list grows while it is walked; its length is read afresh at every turn.
     for (size_t i = 0; i < scanner_.uniquePagesLeftMArray.size(); ++i) {
         const std::string url = scanner_.uniquePagesLeftMArray[i];
-        PageTitleLookup title = lookUpPageTitle(url);
+        PageTitleLookup title = lookUpPageTitle(url, kPageTimeout);
         // A server's listing of a folder: counted, but neither mapped nor broken. (Escaping
         // the title's "&" cannot change this prefix, so the raw title is tested.)
         if (!title.title.starts_with("Index of /")) {
@@ -98,7 +97,7 @@ void ScanDriver::crawlPage(const std::string& url, PageTitleLookup& title) {
     PageFetch fetch = fetchPage(url);
     scanner_.setPageBaseURLs(url);
     if (!fetch.good) {
-        process_.vrlmpBadLinkArray.push_back(scanner_.pageBaseURLUnchanged);
+        brokenLinks_.push_back(scanner_.pageBaseURLUnchanged);
         return;
     }
     const std::string fragment = pageTitleLine(url, scanner_.totLinks, title.title);
@@ -106,9 +105,9 @@ void ScanDriver::crawlPage(const std::string& url, PageTitleLookup& title) {
     scanner_.buildPageTitleSitemap(fragment, url.empty() ? "Not Found" : url);
 
     // Asked for once more as text; the answer is not used.
-    (void)http::fetchText(url);
+    (void)http::fetchText(url, kPageTimeout);
     if (!fetch.body || fetch.body->empty()) {
-        fetch.body = http::fetchBytes(url);
+        fetch.body = http::fetchBytes(url, kPageTimeout);
     }
     // Without a body the title line stays in fullPageData and goes out with the next
     // parsed page's block.
@@ -159,6 +158,10 @@ void ScanDriver::extractLinks(const MarkupDocument& document) {
 
 void ScanDriver::afterPage() {
     ++ssf_;
+    // A sitemap file that could not be written ends the scan as Cancel would.
+    if (!scanner_.sitemapWriteFailure()) {
+        terminateScan_ = true;
+    }
     refreshScannedLinks(false);
     refreshTotalLinks(false);
     refreshScanSheet(false);
@@ -186,7 +189,10 @@ void ScanDriver::refreshScanSheet(bool force) {
         return;
     }
     lastSheetRefresh_ = now;
-    ui_.performAndWait([this] { updateScanSheet(); });
+    ui_.performAndWait([this] {
+        handOverBrokenLinks();
+        updateScanSheet();
+    });
 }
 
 // Not waited for. Like the sheet it is refreshed only as often as a person can read it, and

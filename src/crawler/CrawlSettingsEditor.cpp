@@ -59,8 +59,10 @@ bool CrawlSettingsEditor::save(const CrawlSettingsFields& fields) {
         alerts_.presentAlert(refusedCrawlSettingsAlert(*problem), {});
         return false;
     }
-    if (!writeCrawlSettings(siteFolder_, std::get<CrawlSettings>(settings))) {
-        alerts_.presentAlert(unwritableCrawlSettingsAlert(siteFolder_), {});
+    if (const WriteResult written =
+            writeCrawlSettings(siteFolder_, std::get<CrawlSettings>(settings));
+        !written) {
+        alerts_.presentAlert(unwritableCrawlSettingsAlert(written), {});
         return false;
     }
     return true;

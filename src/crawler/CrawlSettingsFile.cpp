@@ -121,7 +121,7 @@ std::string crawlSettingsText(const CrawlSettings& settings) {
     return json::write(file, json::Layout::Indented) + "\n";
 }
 
-bool writeCrawlSettings(std::string_view siteFolder, const CrawlSettings& settings) {
+WriteResult writeCrawlSettings(std::string_view siteFolder, const CrawlSettings& settings) {
     return writeFileAtomically(crawlSettingsPath(siteFolder), crawlSettingsText(settings));
 }
 
@@ -138,9 +138,8 @@ Alert refusedCrawlSettingsAlert(std::string_view problem) {
     return Alert::refusal("Cannot Use These Crawl Settings", std::string(problem));
 }
 
-Alert unwritableCrawlSettingsAlert(std::string_view siteFolder) {
-    return Alert::refusal("The Crawl Settings Could Not Be Saved",
-                          crawlSettingsPath(siteFolder) + " could not be written.");
+Alert unwritableCrawlSettingsAlert(const WriteResult& failure) {
+    return Alert::refusal("The Crawl Settings Could Not Be Saved", failure.message());
 }
 
 }  // namespace loomcrest

@@ -6,6 +6,7 @@
 
 #include "crawler/CrawlSettings.h"
 #include "platform/Alerts.h"
+#include "platform/FileSystem.h"
 
 // A site's crawl settings live in "crawl.json" in its folder, beside the site file, which
 // keeps its own format. Only the crawl settings write that file.
@@ -26,9 +27,9 @@ struct CrawlSettingsRead {
 // the whole file a problem.
 CrawlSettingsRead readCrawlSettings(std::string_view siteFolder);
 
-// Writes the settings atomically; false when that failed. The user agent is left out while
-// it is the default, so that the default follows the program's version.
-bool writeCrawlSettings(std::string_view siteFolder, const CrawlSettings& settings);
+// Writes the settings atomically. The user agent is left out while it is the default, so
+// that the default follows the program's version.
+WriteResult writeCrawlSettings(std::string_view siteFolder, const CrawlSettings& settings);
 
 // The settings as the file holds them, with a final line feed.
 std::string crawlSettingsText(const CrawlSettings& settings);
@@ -37,8 +38,8 @@ CrawlSettingsRead crawlSettingsFromText(std::string_view text);
 
 // What the user is told about a file that could not be used.
 Alert unreadableCrawlSettingsAlert(std::string_view siteFolder, std::string_view problem);
-// And about one that could not be written.
-Alert unwritableCrawlSettingsAlert(std::string_view siteFolder);
+// And about one that could not be written: "PATH: reason".
+Alert unwritableCrawlSettingsAlert(const WriteResult& failure);
 // The refusal of settings that are not allowed, with the message of CrawlSettings::problem.
 Alert refusedCrawlSettingsAlert(std::string_view problem);
 

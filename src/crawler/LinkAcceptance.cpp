@@ -82,7 +82,7 @@ LinkDecision SiteScanner::acceptLink(std::string_view href) {
         }
     }
 
-    if (anyEntryOccursIn(url, process_.vrlmpFiltersArray)) {
+    if (anyEntryOccursIn(url, filters)) {
         return {};
     }
     if (!ignoreRobots && anyEntryOccursIn(url, robotsArray)) {

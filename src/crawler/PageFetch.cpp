@@ -1,12 +1,11 @@
 #include "crawler/PageFetch.h"
 
+#include "crawler/SiteScanner.h"
 #include "sitemap/LastModified.h"
 
 namespace loomcrest {
 
 namespace {
-
-constexpr http::Seconds kPageTimeout{20};
 
 bool cancelled(const http::Session& session) {
     return session.cancellation() != nullptr && session.cancellation()->isCancelled();
@@ -19,20 +18,24 @@ bool isFolderListing(const PageTitleLookup& title) {
 }
 
 PageBody fetchPageBody(const std::string& url, const http::Session& session) {
-    http::Request request;
-    request.url = url;
-    request.timeout = kPageTimeout;
-    request.session = &session;
     PageBody page;
-    const http::Response first = http::send(request);
-    page.interrupted = first.interrupted;
+    const auto send = [&](std::string_view method, http::Seconds timeout) {
+        http::Request request;
+        request.url = url;
+        request.method = method;
+        request.timeout = timeout;
+        request.session = &session;
+        http::Response response = http::send(request);
+        page.interrupted = page.interrupted || response.interrupted;
+        return response;
+    };
+    const http::Response first = send("GET", kPageTimeout);
     if (!first.isHttp) {
         // Nothing answered, so there is no media type either: the page ends up broken.
         return page;
     }
     // The page is asked for twice; the second answer gives the body and the media type.
-    http::Response second = http::send(request);
-    page.interrupted = page.interrupted || second.interrupted;
+    http::Response second = send("GET", kPageTimeout);
     page.good = first.statusCode < 400 && second.isHttp && second.mimeType == "text/html";
     if (second.isHttp) {
         page.body = std::move(second.body);
@@ -40,13 +43,16 @@ PageBody fetchPageBody(const std::string& url, const http::Session& session) {
     if (!page.good) {
         return page;
     }
-    page.lastModified = lastModifiedDate(url, &session);
-    // Asked for once more as text; the answer is not used.
-    (void)http::fetchText(url, &session);
-    if (!page.body || page.body->empty()) {
-        page.body = http::fetchBytes(url, &session);
+    const http::Response dated = send("HEAD", kLastModifiedTimeout);
+    if (dated.lastModified) {
+        page.lastModified = weekYearDate(*dated.lastModified);
     }
-    page.interrupted = page.interrupted || cancelled(session);
+    // Asked for once more as text; the answer is not used.
+    (void)send("GET", kPageTimeout);
+    if (!page.body || page.body->empty()) {
+        http::Response again = send("GET", kPageTimeout);
+        page.body = again.isHttp ? std::optional(std::move(again.body)) : std::nullopt;
+    }
     return page;
 }
 
@@ -61,7 +67,11 @@ FetchedPage pageFromAnswer(http::Response answer) {
             page.lastModified = weekYearDate(*answer.lastModified);
         }
     }
-    fetched.title = pageTitleOf(page.body);
+    if (page.body) {
+        fetched.title = pageTitleOfBytes(*page.body);
+    } else {
+        fetched.title.title = kNoPageTitle;
+    }
     if (!isFolderListing(fetched.title)) {
         fetched.page = std::move(page);
     }
@@ -81,7 +91,7 @@ FetchedPage fetchWholePage(const std::string& url, const http::Session& session,
         return fetchPageOnce(url, session);
     }
     FetchedPage fetched;
-    fetched.title = lookUpPageTitle(url, &session);
+    fetched.title = lookUpPageTitle(url, kPageTimeout, &session);
     if (!isFolderListing(fetched.title) && !cancelled(session)) {
         fetched.page = fetchPageBody(url, session);
     }

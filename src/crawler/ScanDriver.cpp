@@ -2,15 +2,19 @@
 
 #include "app/ProcessState.h"
 #include "platform/Http.h"
+#include "sitemap/PreviousSitemaps.h"
 #include "sitemap/SitemapFiles.h"
 #include "sites/DataPaths.h"
 #include "sites/ScanViewController.h"
+#include "sites/SiteFile.h"
+#include "sites/SiteLock.h"
 
 namespace loomcrest {
 
 namespace {
 
 constexpr std::chrono::milliseconds kPauseDelay{500};
+constexpr std::string_view kFilesNotWritten = "The sitemap files could not be written.";
 
 }  // namespace
 
@@ -37,31 +41,24 @@ void ScanDriver::scanSiteAction() {
     if (worker_.joinable()) {
         worker_.join();
     }
+    siteLock_ = lockSiteForChange(process_.vrlmpCurSite, kFilesNotWritten, alerts_);
+    if (!siteLock_) {
+        return;
+    }
 
     reopenFilterDrawer_ = siteView_.state().filterDrawerOpen;
     if (reopenFilterDrawer_) {
         siteView_.setFilterDrawerOpen(false);
     }
     siteView_.setScanControlsEnabled(false);
-
-    scanner_.uniquePagesLeftMArray.clear();
-    fileLocationsArray_.clear();
-    process_.vrlmpBadLinkArray.clear();
-    scanner_.pageInnerLinksMArray.clear();
-    terminateScan_ = false;
-    ssf_ = 0;
-    scanner_.totLinks = 0;
-    scanner_.twoColCountPO = 0;
-    scanner_.threeColCountPO = 0;
-    scanner_.twoColCountAP = 0;
-    scanner_.threeColCountAP = 0;
-    siteView_.clearScannedLinks();
-    scanner_.setAllowedMedia();
+    resetForScan();
     sheet_.showConnectionSheet(true);
 
     sitemapFolder_ = siteFolderLocation(process_.vrlmpCurSite);
     scanner_.setSitemapFolder(sitemapFolder_);
-    writeSitemapHeaders(sitemapFolder_);
+    if (!startSitemapFiles()) {
+        return;
+    }
 
     const std::string typedURL = siteView_.state().details.siteURL;
     const bool reachable = scanner_.httpIsValid(typedURL);
@@ -73,7 +70,7 @@ void ScanDriver::scanSiteAction() {
 
     // The site base ends in "/", so the request holds a double slash; servers that
     // normalise paths find the file all the same.
-    const auto robots = http::fetchText(scanner_.siteBaseURL + "/robots.txt");
+    const auto robots = http::fetchText(scanner_.siteBaseURL + "/robots.txt", kPageTimeout);
     scanner_.loadRobotsRules(robots.value_or(std::string()));
     scanner_.ignoreRobots = siteView_.state().ignoreRobotsChecked;
     scanner_.uniquePagesLeftMArray.append(typedURL);
@@ -83,17 +80,77 @@ void ScanDriver::scanSiteAction() {
     startWorker();
 }
 
+void ScanDriver::resetForScan() {
+    scanner_.uniquePagesLeftMArray.clear();
+    fileLocationsArray_.clear();
+    process_.vrlmpBadLinkArray.clear();
+    brokenLinks_.clear();
+    brokenLinksHandedOver_ = 0;
+    writeFailure_ = {};
+    scanner_.pageInnerLinksMArray.clear();
+    scanner_.filters = process_.vrlmpFiltersArray;
+    terminateScan_ = false;
+    ssf_ = 0;
+    scanner_.totLinks = 0;
+    scanner_.twoColCountPO = 0;
+    scanner_.threeColCountPO = 0;
+    scanner_.twoColCountAP = 0;
+    scanner_.threeColCountAP = 0;
+    siteView_.clearScannedLinks();
+    scanner_.setAllowedMedia();
+}
+
+// The current files become the previous set, then get their headers. Nothing is crawled
+// when either fails: the files are put back as they were.
+bool ScanDriver::startSitemapFiles() {
+    const std::string statistics =
+        siteStatisticsText(readSiteFile(siteView_.state().details.siteName));
+    WriteResult started = keepPreviousSitemaps(sitemapFolder_, statistics);
+    if (started) {
+        started = writeSitemapHeaders(sitemapFolder_);
+        if (!started) {
+            (void)discardUnfinishedSitemaps(sitemapFolder_);
+        }
+    }
+    if (!started) {
+        abandonStart(started);
+    }
+    return started.ok();
+}
+
+void ScanDriver::abandonStart(const WriteResult& failure) {
+    sheet_.showConnectionSheet(false);
+    siteView_.setScanControlsEnabled(true);
+    if (reopenFilterDrawer_) {
+        reopenFilterDrawer();
+    }
+    siteLock_.reset();
+    siteView_.refreshPreviousSitemaps();
+    reportWriteFailure(failure);
+}
+
+void ScanDriver::reportWriteFailure(const WriteResult& failure) {
+    alertWriteFailure(alerts_, kFilesNotWritten, failure);
+}
+
 void ScanDriver::reportUnreachable() {
+    siteLock_.reset();
     http::Request request;
     request.url = scanner_.siteBaseURL;
+    request.timeout = kPageTimeout;
     const http::Response response = http::send(request);
     std::string codeText;
     if (!response.isHttp || response.statusCode != 200) {
         codeText = http::statusText(response.isHttp ? response.statusCode : 0);
     }
+    // Without an HTTP answer the code says nothing; the reason goes on a line of its own.
+    if (!response.isHttp && !response.errorText.empty()) {
+        codeText += "\n" + response.errorText;
+    }
     sheet_.showConnectionSheet(false);
     schedulePause();
     siteView_.setScanControlsEnabled(true);
+    siteView_.refreshPreviousSitemaps();
     alerts_.presentAlert(
         Alert::refusal("The Site URL Could Not Be Reached", "Error Code: " + codeText), [](int) {});
 }
@@ -105,6 +162,14 @@ void ScanDriver::startWorker() {
 
 void ScanDriver::cancelScan() {
     terminateScan_ = true;
+}
+
+void ScanDriver::handOverBrokenLinks() {
+    process_.vrlmpBadLinkArray.insert(
+        process_.vrlmpBadLinkArray.end(),
+        brokenLinks_.begin() + static_cast<std::ptrdiff_t>(brokenLinksHandedOver_),
+        brokenLinks_.end());
+    brokenLinksHandedOver_ = brokenLinks_.size();
 }
 
 void ScanDriver::updateScanSheet() {

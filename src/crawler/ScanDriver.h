@@ -5,6 +5,7 @@
 #include <condition_variable>
 #include <cstdint>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -12,6 +13,7 @@
 #include "crawler/ScanSheetView.h"
 #include "crawler/SiteScanner.h"
 #include "platform/Alerts.h"
+#include "platform/FolderLock.h"
 #include "platform/HtmlDocument.h"
 #include "platform/UiThread.h"
 #include "sitemap/PageTitles.h"
@@ -21,9 +23,11 @@ namespace loomcrest {
 struct ProcessState;
 class ScanViewController;
 
-// Runs a scan of the selected site: on the user-interface thread it recreates the sitemap
-// files, probes the start URL and reads robots.txt, then crawls on one worker thread that
-// reaches the views only through the UiThread, and closes the files at the end.
+// Runs a scan of the selected site: on the user-interface thread it locks the site's folder,
+// keeps the previous sitemaps, recreates the sitemap files, probes the start URL and reads
+// robots.txt, then crawls on one worker thread that reaches the views only through the
+// UiThread, and closes the files at the end. A write that fails stops the scan as Cancel
+// does; the files then go back to the previous set and an alert names the file and why.
 class ScanDriver {
 public:
     ScanDriver(ProcessState& process, ScanViewController& siteView, ScanSheetView& sheet,
@@ -58,7 +62,7 @@ public:
     // The end of a scan; runs on the worker thread.
     void scanFinished();
     // User-interface thread: statistics into the window and the site file, "badLinks.txt".
-    void updateAllScanDetails();
+    WriteResult updateAllScanDetails();
 
     SiteScanner& scanner() { return scanner_; }
 
@@ -72,7 +76,13 @@ private:
     struct PageFetch;
 
     void startWorker();
+    void resetForScan();
+    bool startSitemapFiles();
+    void abandonStart(const WriteResult& failure);
     void reportUnreachable();
+    void reportWriteFailure(const WriteResult& failure);
+    void handOverBrokenLinks();
+    void finishSitemapFiles(WriteResult written);
     void warnAboutQueryMarks();
     void crawlPage(const std::string& url, PageTitleLookup& title);
     void extractLinks(const MarkupDocument& document);
@@ -109,10 +119,18 @@ private:
     std::vector<std::string> pendingScannedLinks_;
     std::chrono::milliseconds refreshInterval_{50};
     std::string sitemapFolder_;
+    // Broken pages found so far; the user-interface thread takes the new ones over while the
+    // worker waits for it.
+    std::vector<std::string> brokenLinks_;
+    size_t brokenLinksHandedOver_ = 0;
 
     // User-interface thread only.
     bool reopenFilterDrawer_ = false;
     std::vector<std::string> fileLocationsArray_;
+    // Held from the start of a scan until its last file is written.
+    std::optional<FolderLock> siteLock_;
+    // Set by finishSitemapFiles; the worker reads it once it has waited for that.
+    WriteResult writeFailure_;
 };
 
 }  // namespace loomcrest

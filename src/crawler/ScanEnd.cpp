@@ -1,6 +1,7 @@
 #include "app/ProcessState.h"
 #include "crawler/ScanDriver.h"
 #include "platform/FileSystem.h"
+#include "sitemap/PreviousSitemaps.h"
 #include "sitemap/SitemapFiles.h"
 #include "sites/DataPaths.h"
 #include "sites/ScanViewController.h"
@@ -16,10 +17,16 @@ void ScanDriver::scanFinished() {
         sheet_.showProgress(ScanProgress{0, 0, 0, 5, 1});
         sheet_.showTotalLinks(0);
     });
-    ui_.perform([this] { updateAllScanDetails(); });
-
     scanner_.releaseSitemapFiles();
-    closeSitemapFiles(sitemapFolder_, scanner_.twoColCountAP, scanner_.threeColCountAP);
+    WriteResult written = scanner_.sitemapWriteFailure();
+    // Files that missed a piece are given up, so nothing is appended behind the gap.
+    if (written) {
+        written =
+            closeSitemapFiles(sitemapFolder_, scanner_.twoColCountAP, scanner_.threeColCountAP);
+    }
+    // The statistics and the broken-links list are written once the sitemap files are
+    // whole: a failure anywhere puts the previous set back, statistics included.
+    ui_.performAndWait([this, &written] { finishSitemapFiles(std::move(written)); });
 
     ui_.performAndWait([this] { endStopAlert(); });
     ui_.performAndWait([this] { siteView_.setScanControlsEnabled(true); });
@@ -32,15 +39,35 @@ void ScanDriver::scanFinished() {
     }
     ui_.performAndWait([this, &scannedLinks] { siteView_.setScannedLinksText(scannedLinks); });
 
+    // Set by finishSitemapFiles, waited for above; no other scan can start before the next line.
+    const WriteResult failure = writeFailure_;
     scanning_ = false;
     // Not waited for, so that the window may start the next scan from here.
-    ui_.perform([this] {
+    ui_.perform([this, failure] {
         sheet_.bringWindowToFront();
+        if (!failure) {
+            reportWriteFailure(failure);
+        }
         sheet_.scanEnded();
     });
 }
 
-void ScanDriver::updateAllScanDetails() {
+void ScanDriver::finishSitemapFiles(WriteResult written) {
+    handOverBrokenLinks();
+    if (written) {
+        written = updateAllScanDetails();
+    }
+    if (written) {
+        siteView_.refreshPreviousSitemaps();
+    } else {
+        (void)discardUnfinishedSitemaps(sitemapFolder_);
+        siteView_.reloadSiteDetails();
+        writeFailure_ = std::move(written);
+    }
+    siteLock_.reset();
+}
+
+WriteResult ScanDriver::updateAllScanDetails() {
     const std::string siteName = siteView_.state().details.siteName;
     const int32_t totalLinks = scanner_.totLinks;
     const size_t pagesFound = scanner_.uniquePagesLeftMArray.size();
@@ -49,19 +76,25 @@ void ScanDriver::updateAllScanDetails() {
 
     const std::string listPath =
         parentFolderOf(returnFullFileLocation(siteName)) + "/" + std::string(kBrokenLinksFile);
+    WriteResult written;
     if (brokenLinks != 0) {
         std::string list;
         for (const std::string& url : process_.vrlmpBadLinkArray) {
             list.append(url).append("\n");
         }
-        writeFileAtomically(listPath, list);
+        written = writeFileAtomically(listPath, list);
     } else if (pathExists(listPath)) {
-        writeFileAtomically(listPath, "");
+        written = writeFileAtomically(listPath, "");
+    }
+    if (!written) {
+        return written;
     }
 
     const auto pagesUsed = static_cast<int32_t>(ssf_ - static_cast<int32_t>(brokenLinks));
-    writeSiteStatistics(siteName, totalLinks, static_cast<int32_t>(pagesFound), pagesUsed);
+    written =
+        writeSiteStatistics(siteName, totalLinks, static_cast<int32_t>(pagesFound), pagesUsed);
     siteView_.showPagesUsed(pagesUsed);
+    return written;
 }
 
 }  // namespace loomcrest

@@ -3,8 +3,15 @@
 #include "platform/FileSystem.h"
 #include "platform/Text.h"
 #include "sites/DataPaths.h"
+#include "sites/SiteLock.h"
 
 namespace loomcrest {
+
+namespace {
+
+constexpr std::string_view kFiltersNotSaved = "The filters could not be saved.";
+
+}  // namespace
 
 ScanFilters::ScanFilters(ProcessState& process, std::function<std::string()> shownSiteName,
                          FilterView& view, AlertPresenter& alerts)
@@ -25,7 +32,9 @@ void ScanFilters::loadFilterFile() {
     if (!shownSiteName_().empty()) {
         const std::string path = filterFileLocation();
         if (!pathExists(path)) {
-            writeFileAtomically(path, "");
+            // The list is empty either way; a file that could not be made is tried again
+            // at the next load.
+            (void)writeFileAtomically(path, "");
         }
         for (std::string& filter : split(readTextFile(path).value_or(""), '\n')) {
             if (!filter.empty()) {
@@ -43,7 +52,10 @@ void ScanFilters::addFilterCommand(std::string_view newFilter) {
     } else {
         const std::string path = filterFileLocation();
         if (const auto text = readTextFile(path); text && !shownSiteName_().empty()) {
-            writeFileAtomically(path, *text + trimLineBreaks(newFilter) + "\n");
+            if (!saveFilters(*text + trimLineBreaks(newFilter) + "\n")) {
+                loadFilterFile();
+                return;
+            }
         }
         view_.clearNewFilterInput();
     }
@@ -58,9 +70,21 @@ void ScanFilters::deleteFilter(const std::set<size_t>& selectedRows) {
         }
     }
     if (!shownSiteName_().empty()) {
-        writeFileAtomically(filterFileLocation(), remaining);
+        (void)saveFilters(remaining);
     }
     loadFilterFile();
+}
+
+bool ScanFilters::saveFilters(std::string_view text) {
+    const auto lock = lockSiteForChange(shownSiteName_(), kFiltersNotSaved, alerts_);
+    if (!lock) {
+        return false;
+    }
+    const WriteResult written = writeFileAtomically(filterFileLocation(), text);
+    if (!written) {
+        alertWriteFailure(alerts_, kFiltersNotSaved, written);
+    }
+    return written.ok();
 }
 
 size_t ScanFilters::filterArrayLength() const {

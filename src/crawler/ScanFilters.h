@@ -42,6 +42,9 @@ public:
     std::string filterArrayObject(size_t row) const;
 
 private:
+    // Rewrites the file; a refusal or failure is shown and leaves the file as it was.
+    bool saveFilters(std::string_view text);
+
     ProcessState& process_;
     std::function<std::string()> shownSiteName_;
     FilterView& view_;

@@ -56,6 +56,7 @@ bool SiteScanner::httpIsValid(std::string_view url) const {
     http::Request request;
     request.url = url;
     request.redirects = http::Redirects::Report;
+    request.timeout = kPageTimeout;
     const http::Response response = http::send(request);
     if (!response.isHttp) {
         return false;
@@ -72,31 +73,44 @@ void SiteScanner::loadRobotsRules(std::string_view robotsText) {
 }
 
 void SiteScanner::setSitemapFolder(std::string folder) {
-    sitemapFiles_.closeAll();
+    (void)sitemapFiles_.closeAll();
     sitemapFolder_ = std::move(folder);
+    writeFailure_ = {};
+}
+
+void SiteScanner::releaseSitemapFiles() {
+    if (WriteResult closed = sitemapFiles_.closeAll(); !closed && writeFailure_) {
+        writeFailure_ = std::move(closed);
+    }
 }
 
 std::string SiteScanner::sitemapFile(std::string_view name) const {
     return sitemapFolder_ + "/" + std::string(name);
 }
 
+void SiteScanner::appendToSitemap(std::string_view name, std::string_view piece) {
+    if (!writeFailure_) {
+        return;
+    }
+    if (WriteResult written = sitemapFiles_.append(sitemapFile(name), piece); !written) {
+        writeFailure_ = std::move(written);
+    }
+}
+
 void SiteScanner::buildPageTitleSitemap(std::string_view fragment, std::string_view plainLink) {
-    sitemapFiles_.append(sitemapFile(kOneColumnPagesOnly), oneColumnPiece(fragment));
-    sitemapFiles_.append(sitemapFile(kTwoColumnPagesOnly), tablePiece(fragment, 2, twoColCountPO));
-    sitemapFiles_.append(sitemapFile(kThreeColumnPagesOnly),
-                         tablePiece(fragment, 3, threeColCountPO));
-    sitemapFiles_.append(sitemapFile(kXmlSitemap),
-                         xmlSitemapEntry(plainLink, lastModifiedDate(plainLink)));
+    appendToSitemap(kOneColumnPagesOnly, oneColumnPiece(fragment));
+    appendToSitemap(kTwoColumnPagesOnly, tablePiece(fragment, 2, twoColCountPO));
+    appendToSitemap(kThreeColumnPagesOnly, tablePiece(fragment, 3, threeColCountPO));
+    appendToSitemap(kXmlSitemap, xmlSitemapEntry(plainLink, lastModifiedDate(plainLink)));
 }
 
 void SiteScanner::buildAllLinksSitemaps(std::string_view pageData) {
     if (pageData.empty() || !isValidUtf8(pageData)) {
         return;
     }
-    sitemapFiles_.append(sitemapFile(kOneColumnAllLinks), oneColumnPiece(pageData));
-    sitemapFiles_.append(sitemapFile(kTwoColumnAllLinks), tablePiece(pageData, 2, twoColCountAP));
-    sitemapFiles_.append(sitemapFile(kThreeColumnAllLinks),
-                         tablePiece(pageData, 3, threeColCountAP));
+    appendToSitemap(kOneColumnAllLinks, oneColumnPiece(pageData));
+    appendToSitemap(kTwoColumnAllLinks, tablePiece(pageData, 2, twoColCountAP));
+    appendToSitemap(kThreeColumnAllLinks, tablePiece(pageData, 3, threeColCountAP));
 }
 
 }  // namespace loomcrest

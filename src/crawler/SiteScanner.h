@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -12,6 +13,10 @@
 namespace loomcrest {
 
 struct ProcessState;
+
+// How long every request of a scan waits for its answer; only the date lookups of the XML
+// sitemap wait less. A page that never answers thus costs this much per request it needs.
+inline constexpr std::chrono::seconds kPageTimeout{20};
 
 // What the crawl does with one anchor of a page.
 enum class LinkOutcome {
@@ -59,16 +64,21 @@ public:
     // Fills robotsArray from the text of the site's robots.txt.
     void loadRobotsRules(std::string_view robotsText);
 
-    // The folder whose sitemap files the two builders append to.
+    // The folder whose sitemap files the two builders append to; forgets an earlier
+    // failed write.
     void setSitemapFolder(std::string folder);
-    // Lets go of the sitemap files the builders hold open.
-    void releaseSitemapFiles() { sitemapFiles_.closeAll(); }
+    // Lets go of the sitemap files the builders hold open, flushed to the disk; a failure
+    // to do so counts as a failed write.
+    void releaseSitemapFiles();
     // Appends a page's title line to the three pages-only layouts and its entry to
     // "sitemap.xml". `plainLink` is the page URL.
     void buildPageTitleSitemap(std::string_view fragment, std::string_view plainLink);
     // Appends a page block to the three all-links layouts; a block that is not valid UTF-8
     // is dropped.
     void buildAllLinksSitemaps(std::string_view pageData);
+    // The first write to the sitemap files that failed since setSitemapFolder; once one
+    // has failed the builders append nothing more, so no file gets a piece after a gap.
+    const WriteResult& sitemapWriteFailure() const { return writeFailure_; }
 
     std::string siteBaseURL;
     std::string pageBaseURL;
@@ -78,6 +88,8 @@ public:
     std::vector<std::string> robotsArray;
     PageList pageInnerLinksMArray;
     std::string fullPageData;
+    // The user's filters, copied when a scan starts: the crawl never reads the window's list.
+    std::vector<std::string> filters;
 
     // The ignore-robots check box of the site being scanned.
     std::atomic<bool> ignoreRobots{false};
@@ -99,11 +111,13 @@ private:
 
     const SiteBaseKey& siteBaseKey();
     std::string sitemapFile(std::string_view name) const;
+    void appendToSitemap(std::string_view name, std::string_view piece);
     bool inPageList(const std::string& url) const { return uniquePagesLeftMArray.contains(url); }
 
     ProcessState& process_;
     std::string sitemapFolder_;
     AppendingFiles sitemapFiles_;
+    WriteResult writeFailure_;
     SiteBaseKey siteBaseKey_;
 };
 

@@ -6,6 +6,7 @@
 #include "platform/FileSystem.h"
 #include "platform/Text.h"
 #include "sites/DataPaths.h"
+#include "sites/SiteLock.h"
 
 namespace loomcrest {
 
@@ -186,14 +187,30 @@ void HTMLViewController::saveNow(std::string_view request) {
                                  sheetDidEndShouldSave);
         }
     } else if (request == kCloseWindow) {
-        writeFileAtomically(path, process_.vrlmpHTMLString);
-        process_.vrlmpHTMLString = readTextFile(path).value_or("");
-        originalHTMLString_ = process_.vrlmpHTMLString;
+        // Unsaved, the working copy keeps the change and Save stays enabled.
+        if (writeLayout(path, process_.vrlmpHTMLString, alerts_)) {
+            process_.vrlmpHTMLString = readTextFile(path).value_or("");
+            originalHTMLString_ = process_.vrlmpHTMLString;
+        }
         saveActive();
     } else if (request == kChangeMap) {
-        writeFileAtomically(path, process_.vrlmpHTMLString);
+        (void)writeLayout(path, process_.vrlmpHTMLString, alerts_);
         saveActive();
     }
+}
+
+bool HTMLViewController::writeLayout(const std::string& path, std::string_view html,
+                                     AlertPresenter& alerts) {
+    constexpr std::string_view kNotSaved = "The HTML sitemap could not be saved.";
+    const auto lock = lockSiteOfFile(path, kNotSaved, alerts);
+    if (!lock) {
+        return false;
+    }
+    const WriteResult written = writeFileAtomically(path, html);
+    if (!written) {
+        alertWriteFailure(alerts, kNotSaved, written);
+    }
+    return written.ok();
 }
 
 void HTMLViewController::setEditOptionsEnabled(bool enabled) {

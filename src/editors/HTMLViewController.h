@@ -93,7 +93,11 @@ public:
     // The unsaved-changes question other views ask before they take the window. It works on
     // the shared working copy and the file last loaded into it, not on one view's file.
     static void checkSave(ProcessState& process, AlertPresenter& alerts);
-    static void sheetDidEndSaveSitemapChanges(ProcessState& process, int returnCode);
+    static void sheetDidEndSaveSitemapChanges(ProcessState& process, AlertPresenter& alerts,
+                                              int returnCode);
+    // Every save of a layout file goes here: it is refused while the site is being scanned,
+    // and a failed write leaves the file as it was; both are shown on `alerts`.
+    static bool writeLayout(const std::string& path, std::string_view html, AlertPresenter& alerts);
 
     const HtmlViewState& state() const { return state_; }
     const std::string& originalHTMLString() const { return originalHTMLString_; }

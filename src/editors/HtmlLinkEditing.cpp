@@ -1,4 +1,5 @@
 #include <chrono>
+#include <cstdint>
 
 #include "app/ProcessState.h"
 #include "editors/HTMLViewController.h"
@@ -133,19 +134,21 @@ void HTMLViewController::deleteLinkAction() {
         return;
     }
     // Both answers that go on delete without the confirmation of beginLinkDeletion.
-    alerts_.presentAlert(unsavedChangesQuestion(UnsavedChangesMoment::LinkDeletion),
-                         [this](int returnCode) {
-                             if (returnCode == kDefaultButtonCode) {
-                                 writeFileAtomically(shownFileLocation(), process_.vrlmpHTMLString);
-                                 originalHTMLString_ = process_.vrlmpHTMLString;
-                                 saveActive();
-                                 ui_.performAfter(kSheetDelay, [this] { linkDeletion(); });
-                             } else if (returnCode == kOtherButtonCode) {
-                                 process_.vrlmpHTMLString = originalHTMLString_;
-                                 ui_.performAfter(kSheetDelay, [this] { linkDeletion(); });
-                                 setPopupButtons();
-                             }
-                         });
+    alerts_.presentAlert(
+        unsavedChangesQuestion(UnsavedChangesMoment::LinkDeletion), [this](int returnCode) {
+            if (returnCode == kDefaultButtonCode) {
+                if (!writeLayout(shownFileLocation(), process_.vrlmpHTMLString, alerts_)) {
+                    return;
+                }
+                originalHTMLString_ = process_.vrlmpHTMLString;
+                saveActive();
+                ui_.performAfter(kSheetDelay, [this] { linkDeletion(); });
+            } else if (returnCode == kOtherButtonCode) {
+                process_.vrlmpHTMLString = originalHTMLString_;
+                ui_.performAfter(kSheetDelay, [this] { linkDeletion(); });
+                setPopupButtons();
+            }
+        });
 }
 
 void HTMLViewController::beginLinkDeletion() {
@@ -182,13 +185,15 @@ void HTMLViewController::promoteFirstLink() {
     const std::string siteFile = readSiteFile(shownSiteName_());
     const int total =
         leadingIntegerValue(readSiteField(siteFile, SiteField::TotalLinks).value_or(""));
-    const int number = leadingIntegerValue(linkNumber_);
-    int next = number + 1;
+    // Wide enough that a number read at its limit still has a next one.
+    const int64_t number = leadingIntegerValue(linkNumber_);
+    int64_t next = number + 1;
     auto following =
         firstMatch(process_.vrlmpHTMLString,
                    "<div .*><a .*---\">.*<!-- LINKID: " + std::to_string(next) + " --></a></div>");
     if (!following) {
-        for (int candidate = number + 2; number + 1 < total && candidate <= total; ++candidate) {
+        for (int64_t candidate = number + 2; number + 1 < total && candidate <= total;
+             ++candidate) {
             next = candidate;
             following = firstMatch(process_.vrlmpHTMLString,
                                    "<div .*---LINKID:" + std::to_string(candidate) + "---.*</div>");
@@ -218,8 +223,10 @@ void HTMLViewController::rebuildSitemaps(const std::vector<std::string>& cells) 
     const std::string onDisk = readTextFile(path).value_or("");
     // The head, and with it the style, comes from the file, not from the working copy.
     const std::string head = onDisk.substr(0, std::min(onDisk.find("<body>"), onDisk.size()));
-    writeFileAtomically(path,
-                        rebuiltLayout(head, kSitemapLayouts.at(state_.layout).columns, cells));
+    if (!writeLayout(path, rebuiltLayout(head, kSitemapLayouts.at(state_.layout).columns, cells),
+                     alerts_)) {
+        return;
+    }
     process_.vrlmpHTMLString = readTextFile(path).value_or("");
     originalHTMLString_ = process_.vrlmpHTMLString;
     reload();

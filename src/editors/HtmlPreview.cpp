@@ -7,6 +7,7 @@
 #include "platform/Text.h"
 #include "sitemap/HtmlSitemapFormat.h"
 #include "sites/DataPaths.h"
+#include "sites/SiteLock.h"
 
 namespace loomcrest {
 
@@ -80,8 +81,13 @@ void HTMLViewController::externalBrowserView(const std::string& html) {
     page += "</table>\n</body>\n</html>";
     if (!cancelled) {
         const std::string path = previewFileLocation();
-        writeFileAtomically(path, page);
-        ui_.perform([this, path] { view_.openWithDefaultApplication(path); });
+        if (const WriteResult written = writeFileAtomically(path, page); written) {
+            ui_.perform([this, path] { view_.openWithDefaultApplication(path); });
+        } else {
+            ui_.perform([this, written] {
+                alertWriteFailure(alerts_, "The preview could not be written.", written);
+            });
+        }
     }
     ui_.perform([this] { view_.showPreviewPanel(false); });
 }
@@ -95,14 +101,16 @@ void HTMLViewController::checkSave(ProcessState& process, AlertPresenter& alerts
     if (!process.vrlmpNeedsSave) {
         return;
     }
-    alerts.presentAlert(
-        unsavedChangesQuestion(UnsavedChangesMoment::OtherView),
-        [&process](int returnCode) { sheetDidEndSaveSitemapChanges(process, returnCode); });
+    alerts.presentAlert(unsavedChangesQuestion(UnsavedChangesMoment::OtherView),
+                        [&process, &alerts](int returnCode) {
+                            sheetDidEndSaveSitemapChanges(process, alerts, returnCode);
+                        });
 }
 
-void HTMLViewController::sheetDidEndSaveSitemapChanges(ProcessState& process, int returnCode) {
+void HTMLViewController::sheetDidEndSaveSitemapChanges(ProcessState& process,
+                                                       AlertPresenter& alerts, int returnCode) {
     if (returnCode == kDefaultButtonCode) {
-        writeFileAtomically(process.vrlmpUTLLoc, process.vrlmpHTMLString);
+        (void)writeLayout(process.vrlmpUTLLoc, process.vrlmpHTMLString, alerts);
     } else {
         process.vrlmpHTMLString = readTextFile(process.vrlmpUTLLoc).value_or("");
     }

@@ -11,6 +11,7 @@
 #include "platform/Text.h"
 #include "sitemap/SitemapFiles.h"
 #include "sites/DataPaths.h"
+#include "sites/SiteLock.h"
 
 namespace loomcrest {
 
@@ -181,10 +182,27 @@ void XMLViewController::updateXMLFile() {
         text += i + 1 == urlXMLFileMArray_.size() ? "\n" : "\n\t";
     }
     text += "</urlset>";
-    writeFileAtomically(sitemapFileLocation(), text);
+    if (!saveXMLFile(text)) {
+        // The table shows what the file still holds.
+        createTableContent();
+        return;
+    }
     if (entriesChanged_) {
         entriesChanged_();
     }
+}
+
+bool XMLViewController::saveXMLFile(std::string_view text) {
+    constexpr std::string_view kNotSaved = "The XML sitemap could not be saved.";
+    const auto lock = lockSiteForChange(shownSiteName_(), kNotSaved, alerts_);
+    if (!lock) {
+        return false;
+    }
+    const WriteResult written = writeFileAtomically(sitemapFileLocation(), text);
+    if (!written) {
+        alertWriteFailure(alerts_, kNotSaved, written);
+    }
+    return written.ok();
 }
 
 void XMLViewController::delLinkAction() {

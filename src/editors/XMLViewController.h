@@ -47,7 +47,8 @@ public:
     void cfMenuChangeUpdates(std::string_view value);
     void priorityMenuChangeUpdates(std::string_view value);
 
-    // Rebuilds the whole file from the entries.
+    // Rebuilds the whole file from the entries. When the file cannot be written, or a scan
+    // of the site is running, an alert says so and the entries are read from the file again.
     void updateXMLFile();
 
     // Asks before deleting the selected row's entry.
@@ -62,6 +63,7 @@ public:
 
 private:
     void refuse(std::string message);
+    bool saveXMLFile(std::string_view text);
     void replaceElementOfRow(size_t row, std::string_view tag, std::string_view value);
 
     void entryChanged(size_t row);

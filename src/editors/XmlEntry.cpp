@@ -1,7 +1,6 @@
 #include "editors/XmlEntry.h"
 
 #include <array>
-#include <cstdint>
 #include <utility>
 
 #include "platform/Regex.h"
@@ -68,11 +67,12 @@ std::optional<std::string> lastUpdatedProblem(std::string_view value, std::strin
     }
     const int month = integerAt(value, 5, value.size() - 3);
     const int day = integerAt(value, 6, value.size());
-    // Unsigned on purpose: anything below 2 wraps round and fails as well.
-    if (static_cast<uint32_t>(month - 2) > 10) {
+    // Both checks let 01 fail as well. The numbers are compared as read, never
+    // computed with: a reading clamped at the limits of int must not overflow.
+    if (month < 2 || month > 12) {
         return "The month must be a number between 01 and 12";
     }
-    if (static_cast<uint32_t>(day - 2) > 29) {
+    if (day < 2 || day > 31) {
         return "The day must be a number between 01 and 31";
     }
     return std::nullopt;

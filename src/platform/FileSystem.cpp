@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -41,18 +42,28 @@ private:
     int fd_;
 };
 
-bool writeAll(int fd, std::string_view data) {
+// The errno of the failed write, or 0 when everything was written.
+int writeAll(int fd, std::string_view data) {
     while (!data.empty()) {
         const ssize_t written = ::write(fd, data.data(), data.size());
         if (written < 0) {
             if (errno == EINTR) {
                 continue;
             }
-            return false;
+            return errno;
         }
         data.remove_prefix(static_cast<size_t>(written));
     }
-    return true;
+    return 0;
+}
+
+// The system's reason for the last failed call, kept before anything else can change errno.
+int lastError() {
+    return errno != 0 ? errno : EIO;
+}
+
+WriteResult fromErrorCode(const std::string& path, const std::error_code& error) {
+    return error ? WriteResult::failure(path, error.message()) : WriteResult();
 }
 
 mode_t currentUmask() {
@@ -90,6 +101,18 @@ void walkInto(const fs::path& root, const fs::path& relative, std::vector<std::s
 
 }  // namespace
 
+WriteResult WriteResult::failure(std::string path, int errorNumber) {
+    return failure(std::move(path), std::string(std::strerror(errorNumber)));
+}
+
+WriteResult WriteResult::failure(std::string path, std::string reason) {
+    WriteResult result;
+    result.failed_ = true;
+    result.path_ = std::move(path);
+    result.reason_ = std::move(reason);
+    return result;
+}
+
 std::optional<std::string> readTextFile(const std::string& path) {
     std::error_code error;
     if (!fs::is_regular_file(path, error)) {
@@ -111,57 +134,105 @@ std::optional<std::string> readTextFile(const std::string& path) {
     return text;
 }
 
-bool writeFileAtomically(const std::string& path, std::string_view contents) {
+WriteResult writeFileAtomically(const std::string& path, std::string_view contents) {
     const fs::path target(path);
     const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
     std::string pattern = (folder / ("." + target.filename().string() + ".XXXXXX")).string();
     FileDescriptor fd(::mkstemp(pattern.data()));
     if (fd.get() < 0) {
-        return false;
+        return WriteResult::failure(path, lastError());
     }
     // mkstemp creates the file for the owner only; give it the permissions a plain
     // create would, or keep those of the file being replaced.
     struct stat existing {};
     const mode_t mode = ::stat(path.c_str(), &existing) == 0 ? (existing.st_mode & 07777)
                                                              : (0666 & ~currentUmask());
-    const bool written =
-        ::fchmod(fd.get(), mode) == 0 && writeAll(fd.get(), contents) && ::fsync(fd.get()) == 0;
-    if (!fd.close() || !written || ::rename(pattern.c_str(), path.c_str()) != 0) {
-        ::unlink(pattern.c_str());
-        return false;
+    int error = ::fchmod(fd.get(), mode) == 0 ? 0 : lastError();
+    if (error == 0) {
+        error = writeAll(fd.get(), contents);
     }
-    return true;
+    if (error == 0 && ::fsync(fd.get()) != 0) {
+        error = lastError();
+    }
+    if (!fd.close() && error == 0) {
+        error = lastError();
+    }
+    if (error == 0 && ::rename(pattern.c_str(), path.c_str()) != 0) {
+        error = lastError();
+    }
+    if (error != 0) {
+        ::unlink(pattern.c_str());
+        return WriteResult::failure(path, error);
+    }
+    return {};
 }
 
-bool appendToFile(const std::string& path, std::string_view piece) {
+WriteResult appendToFile(const std::string& path, std::string_view piece) {
     FileDescriptor fd(::open(path.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC));
     if (fd.get() < 0) {
-        return false;
+        return WriteResult::failure(path, lastError());
     }
-    const bool written = writeAll(fd.get(), piece);
-    return fd.close() && written;
+    int error = writeAll(fd.get(), piece);
+    if (error == 0 && ::fsync(fd.get()) != 0) {
+        error = lastError();
+    }
+    if (!fd.close() && error == 0) {
+        error = lastError();
+    }
+    return error == 0 ? WriteResult() : WriteResult::failure(path, error);
 }
 
-bool AppendingFiles::append(const std::string& path, std::string_view piece) {
+WriteResult AppendingFiles::append(const std::string& path, std::string_view piece) {
     auto found = std::find_if(open_.begin(), open_.end(),
                               [&](const auto& entry) { return entry.first == path; });
     if (found == open_.end()) {
-        // A missing file is not created; the next append tries again.
         const int fd = ::open(path.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
         if (fd < 0) {
-            return false;
+            return WriteResult::failure(path, lastError());
         }
         open_.emplace_back(path, fd);
         found = std::prev(open_.end());
     }
-    return writeAll(found->second, piece);
+    const int error = writeAll(found->second, piece);
+    return error == 0 ? WriteResult() : WriteResult::failure(path, error);
 }
 
-void AppendingFiles::closeAll() {
-    for (const auto& entry : open_) {
-        ::close(entry.second);
+WriteResult AppendingFiles::closeAll() {
+    WriteResult result;
+    for (const auto& [path, fd] : open_) {
+        int error = ::fsync(fd) == 0 ? 0 : lastError();
+        if (::close(fd) != 0 && error == 0) {
+            error = lastError();
+        }
+        if (error != 0 && result.ok()) {
+            result = WriteResult::failure(path, error);
+        }
     }
     open_.clear();
+    return result;
+}
+
+bool fileEndsWith(const std::string& path, std::string_view ending) {
+    FileDescriptor fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    struct stat info {};
+    if (fd.get() < 0 || ::fstat(fd.get(), &info) != 0 || !S_ISREG(info.st_mode)) {
+        return false;
+    }
+    // Enough for the ending behind a few trailing line breaks.
+    std::array<char, 256> tail{};
+    const auto want = static_cast<off_t>(std::min<size_t>(tail.size(), ending.size() + 128));
+    const off_t from = std::max<off_t>(0, info.st_size - want);
+    const ssize_t got =
+        ::pread(fd.get(), tail.data(), static_cast<size_t>(info.st_size - from), from);
+    if (got < 0) {
+        return false;
+    }
+    std::string_view text(tail.data(), static_cast<size_t>(got));
+    while (!text.empty() && (text.back() == ' ' || text.back() == '\t' || text.back() == '\n' ||
+                             text.back() == '\r')) {
+        text.remove_suffix(1);
+    }
+    return text.ends_with(ending);
 }
 
 bool pathExists(const std::string& path) {
@@ -174,9 +245,11 @@ bool isDirectory(const std::string& path) {
     return fs::is_directory(path, error);
 }
 
-bool createFolder(const std::string& path) {
-    std::error_code error;
-    return fs::create_directory(path, error);
+WriteResult createFolder(const std::string& path) {
+    if (::mkdir(path.c_str(), 0777) != 0) {
+        return WriteResult::failure(path, lastError());
+    }
+    return {};
 }
 
 bool createFolderWithParents(const std::string& path) {
@@ -185,21 +258,36 @@ bool createFolderWithParents(const std::string& path) {
     return !error && isDirectory(path);
 }
 
-bool movePath(const std::string& from, const std::string& to) {
-    std::error_code error;
-    fs::rename(from, to, error);
-    return !error;
+WriteResult movePath(const std::string& from, const std::string& to) {
+    if (::rename(from.c_str(), to.c_str()) != 0) {
+        return WriteResult::failure(from, lastError());
+    }
+    return {};
 }
 
-bool removeFile(const std::string& path) {
-    std::error_code error;
-    return fs::remove(path, error);
+WriteResult linkPath(const std::string& from, const std::string& to) {
+    if (::link(from.c_str(), to.c_str()) == 0) {
+        return {};
+    }
+    const int error = lastError();
+    if (error != EPERM && error != EOPNOTSUPP && error != EXDEV) {
+        return WriteResult::failure(to, error);
+    }
+    const auto contents = readTextFile(from);
+    return contents ? writeFileAtomically(to, *contents) : WriteResult::failure(from, EIO);
 }
 
-bool removeRecursively(const std::string& path) {
+WriteResult removeFile(const std::string& path) {
+    if (::unlink(path.c_str()) != 0 && errno != ENOENT) {
+        return WriteResult::failure(path, lastError());
+    }
+    return {};
+}
+
+WriteResult removeRecursively(const std::string& path) {
     std::error_code error;
     fs::remove_all(path, error);
-    return !error;
+    return fromErrorCode(path, error);
 }
 
 std::vector<std::string> walkFolder(const std::string& root) {

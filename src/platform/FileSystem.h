@@ -7,42 +7,75 @@
 
 namespace loomcrest {
 
+// The outcome of a change on disk: done, or the path that failed and the system's reason
+// ("No space left on device"), so that the user can be told which file and why.
+class WriteResult {
+public:
+    WriteResult() = default;
+    // A failure of `path` with the reason of `errorNumber` (an errno value).
+    static WriteResult failure(std::string path, int errorNumber);
+    static WriteResult failure(std::string path, std::string reason);
+
+    bool ok() const { return !failed_; }
+    explicit operator bool() const { return ok(); }
+    const std::string& path() const { return path_; }
+    const std::string& reason() const { return reason_; }
+    // "PATH: reason", the message of an alert about the failure.
+    std::string message() const { return path_ + ": " + reason_; }
+
+private:
+    bool failed_ = false;
+    std::string path_;
+    std::string reason_;
+};
+
 // The whole file as UTF-8 text; nothing when it is missing, unreadable or not valid UTF-8.
 std::optional<std::string> readTextFile(const std::string& path);
 
-// Writes into a temporary file beside `path`, then renames it over `path`, so a reader
-// sees either the old or the new contents and a failed write leaves the old file alone.
-bool writeFileAtomically(const std::string& path, std::string_view contents);
+// Writes into a temporary file beside `path`, flushes it to the disk, then renames it over
+// `path`, so a reader sees either the old or the new contents and a failed write leaves the
+// old file alone (and no temporary file behind).
+WriteResult writeFileAtomically(const std::string& path, std::string_view contents);
 
-// Appends to an existing file in one write, costing time in proportion to `piece` alone.
-// A missing file is not created and the piece is then lost. Earlier contents are never
-// touched, so a crash can lose at most the piece being written.
-bool appendToFile(const std::string& path, std::string_view piece);
+// Appends to an existing file and flushes it to the disk, costing time in proportion to
+// `piece` alone. A missing file is not created: that is a failure. Earlier contents are
+// never touched, so a crash can lose at most the piece being written.
+WriteResult appendToFile(const std::string& path, std::string_view piece);
 
 // Appends like appendToFile, but keeps each file open between appends: a scan appends to
-// the same seven files for every page.
+// the same seven files for every page. Nothing is flushed to the disk before closeAll.
 class AppendingFiles {
 public:
     AppendingFiles() = default;
     AppendingFiles(const AppendingFiles&) = delete;
     AppendingFiles& operator=(const AppendingFiles&) = delete;
-    ~AppendingFiles() { closeAll(); }
+    ~AppendingFiles() { (void)closeAll(); }
 
-    bool append(const std::string& path, std::string_view piece);
-    void closeAll();
+    WriteResult append(const std::string& path, std::string_view piece);
+    // Flushes every file to the disk and closes it; the first failure is reported, and
+    // every file is closed all the same.
+    WriteResult closeAll();
 
 private:
     std::vector<std::pair<std::string, int>> open_;
 };
 
+// Whether the file's last bytes other than blanks and line breaks are `ending`; false for
+// a missing or unreadable file. Reads only the end of the file.
+bool fileEndsWith(const std::string& path, std::string_view ending);
+
 bool pathExists(const std::string& path);
 bool isDirectory(const std::string& path);
-// One level only: fails when the parent folder is missing.
-bool createFolder(const std::string& path);
+// One level only: fails when the parent folder is missing or the folder exists already.
+WriteResult createFolder(const std::string& path);
 bool createFolderWithParents(const std::string& path);
-bool movePath(const std::string& from, const std::string& to);
-bool removeFile(const std::string& path);
-bool removeRecursively(const std::string& path);
+// A rename: `to` is replaced when it is a file.
+WriteResult movePath(const std::string& from, const std::string& to);
+// A second name `to` for the file `from`; a copy where the file system has no such links.
+WriteResult linkPath(const std::string& from, const std::string& to);
+// Removing a file that is not there is no failure.
+WriteResult removeFile(const std::string& path);
+WriteResult removeRecursively(const std::string& path);
 
 // Every entry below `root` (files and folders), as paths relative to it joined with "/".
 // Each folder's entries come in byte order of their names and a folder's contents follow

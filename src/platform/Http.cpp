@@ -3,9 +3,12 @@
 #include <curl/curl.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cctype>
+#include <cstring>
 #include <memory>
+#include <mutex>
 #include <thread>
 
 #include "platform/Text.h"
@@ -24,6 +27,20 @@ constexpr long kServiceUnavailable = 503;
 constexpr size_t kMaxBodyBytes = size_t{50} * 1024 * 1024;
 
 std::atomic<int64_t> timeoutLimitMilliseconds{0};
+
+std::mutex observerMutex;
+RequestObserver requestObserver;
+
+void showToObserver(const Request& request) {
+    RequestObserver observer;
+    {
+        const std::lock_guard lock(observerMutex);
+        observer = requestObserver;
+    }
+    if (observer) {
+        observer(request);
+    }
+}
 
 struct CurlDeleter {
     void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
@@ -94,6 +111,35 @@ std::optional<std::chrono::system_clock::time_point> httpDate(const std::string&
     return std::chrono::system_clock::from_time_t(seconds);
 }
 
+// A few words on why a transfer got no HTTP answer: the system's reason where one lies
+// beneath, libcurl's own message otherwise.
+std::string failureText(CURL* curl, CURLcode result, const char* detail) {
+    long systemError = 0;
+    curl_easy_getinfo(curl, CURLINFO_OS_ERRNO, &systemError);
+    switch (result) {
+        case CURLE_OK:
+            return "No HTTP answer";
+        case CURLE_OPERATION_TIMEDOUT:
+            return "Timed out";
+        case CURLE_TOO_MANY_REDIRECTS:
+            return "Too many redirects";
+        case CURLE_WRITE_ERROR:
+            return "The answer is larger than 50 MB";
+        case CURLE_GOT_NOTHING:
+            return "The server closed the connection without answering";
+        case CURLE_COULDNT_CONNECT:
+        case CURLE_RECV_ERROR:
+        case CURLE_SEND_ERROR:
+            if (systemError != 0) {
+                return std::strerror(static_cast<int>(systemError));
+            }
+            break;
+        default:
+            break;
+    }
+    return detail[0] != '\0' ? std::string(detail) : std::string(curl_easy_strerror(result));
+}
+
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
@@ -155,10 +201,14 @@ struct Attempt {
 Attempt performOnce(const Request& request) {
     Attempt attempt;
     Response& response = attempt.response;
+    showToObserver(request);
     CURL* curl = threadHandle();
     if (curl == nullptr) {
+        response.errorText = "The HTTP library could not be started";
         return attempt;
     }
+    std::array<char, CURL_ERROR_SIZE> detail{};
+    curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, detail.data());
     curl_easy_setopt(curl, CURLOPT_URL, request.url.c_str());
     curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "http,https");
     curl_easy_setopt(curl, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
@@ -187,8 +237,11 @@ Attempt performOnce(const Request& request) {
     if (result != CURLE_OK || status == 0) {
         attempt.response = Response{};
         attempt.response.interrupted = result == CURLE_ABORTED_BY_CALLBACK;
+        attempt.response.errorText = failureText(curl, result, detail.data());
+        curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, nullptr);
         return attempt;
     }
+    curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, nullptr);
     response.isHttp = true;
     response.statusCode = status;
     if (const auto contentType = lastResponseField(curl, "Content-Type")) {
@@ -268,6 +321,11 @@ Response send(const Request& request) {
     return std::move(performOnce(request).response);
 }
 
+void setRequestObserver(RequestObserver observer) {
+    const std::lock_guard lock(observerMutex);
+    requestObserver = std::move(observer);
+}
+
 void setTimeoutLimit(std::chrono::milliseconds limit) {
     timeoutLimitMilliseconds = limit.count();
 }
@@ -276,9 +334,11 @@ void closeThreadConnections() {
     threadHandleSlot().reset();
 }
 
-std::optional<std::string> fetchBytes(std::string_view url, const Session* session) {
+std::optional<std::string> fetchBytes(std::string_view url, Seconds timeout,
+                                      const Session* session) {
     Request request;
     request.url = url;
+    request.timeout = timeout;
     request.session = session;
     Response response = send(request);
     if (!response.isHttp) {
@@ -287,8 +347,9 @@ std::optional<std::string> fetchBytes(std::string_view url, const Session* sessi
     return std::move(response.body);
 }
 
-std::optional<std::string> fetchText(std::string_view url, const Session* session) {
-    auto body = fetchBytes(url, session);
+std::optional<std::string> fetchText(std::string_view url, Seconds timeout,
+                                     const Session* session) {
+    auto body = fetchBytes(url, timeout, session);
     if (!body || !isValidUtf8(*body)) {
         return std::nullopt;
     }

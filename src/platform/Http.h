@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -92,12 +93,20 @@ struct Response {
     // The session's cancel came while the request waited for its turn, waited to retry, or
     // was under way; what it holds is whatever had answered before.
     bool interrupted = false;
+    // Why nothing answered in HTTP, in a few words ("Connection refused", "Timed out", the
+    // resolver's message); empty when the server answered.
+    std::string errorText;
 };
 
 // Sends the request and returns the last response. A 429 or 503 answer that carries
 // Retry-After (seconds or a date) is sent once more after that time, waiting no longer than
 // kMaxRetryAfter; the second answer counts, whatever it is.
 Response send(const Request& request);
+
+// Shown every request just before it goes on the wire (a retry is shown again), on the
+// thread that sends it; nothing when empty. Tests use it to see what a scan asks for.
+using RequestObserver = std::function<void(const Request&)>;
+void setRequestObserver(RequestObserver observer);
 
 // Caps the time-out of every request from now on, on every thread; zero lifts the cap.
 // Tests of unresponsive servers use it to keep their runs short.
@@ -106,10 +115,13 @@ void setTimeoutLimit(std::chrono::milliseconds limit);
 // Closes the connections this thread keeps alive.
 void closeThreadConnections();
 
-// The body of whatever answers at `url` after redirects, or nothing when nothing did.
-std::optional<std::string> fetchBytes(std::string_view url, const Session* session = nullptr);
+// The body of whatever answers at `url` after redirects within `timeout`, or nothing when
+// nothing did.
+std::optional<std::string> fetchBytes(std::string_view url, Seconds timeout,
+                                      const Session* session = nullptr);
 // The same, but only when the body is valid UTF-8 text.
-std::optional<std::string> fetchText(std::string_view url, const Session* session = nullptr);
+std::optional<std::string> fetchText(std::string_view url, Seconds timeout,
+                                     const Session* session = nullptr);
 
 // The standard reason phrase of a status code ("Not Found"), empty for an unknown code.
 std::string_view reasonPhrase(long statusCode);

@@ -1,5 +1,8 @@
 #include "platform/RunLoop.h"
 
+#include <future>
+#include <memory>
+
 namespace loomcrest {
 
 bool RunLoop::onLoopThread() {
@@ -20,19 +23,15 @@ void RunLoop::performAndWait(Work work) {
         work();
         return;
     }
-    std::mutex doneMutex;
-    std::condition_variable doneSignal;
-    bool done = false;
-    perform([&] {
+    // The promise lives in the queued work, not on this stack: the loop thread may still be
+    // inside set_value when this thread wakes up and returns.
+    auto done = std::make_shared<std::promise<void>>();
+    std::future<void> finished = done->get_future();
+    perform([work = std::move(work), done] {
         work();
-        {
-            const std::lock_guard lock(doneMutex);
-            done = true;
-        }
-        doneSignal.notify_all();
+        done->set_value();
     });
-    std::unique_lock lock(doneMutex);
-    doneSignal.wait(lock, [&] { return done; });
+    finished.wait();
 }
 
 void RunLoop::performAfter(std::chrono::milliseconds delay, Work work) {

@@ -13,7 +13,7 @@ std::string lastModifiedDate(std::string_view url, const http::Session* session)
     request.url = url;
     request.session = session;
     request.method = "HEAD";
-    request.timeout = http::Seconds{10};
+    request.timeout = kLastModifiedTimeout;
     const http::Response response = http::send(request);
     return response.lastModified ? weekYearDate(*response.lastModified) : std::string();
 }

@@ -10,6 +10,9 @@ namespace http {
 class Session;
 }
 
+// How long the HEAD request for a page's date waits for its answer.
+inline constexpr std::chrono::seconds kLastModifiedTimeout{10};
+
 // The date for a page's <lastmod>: its Last-Modified header, asked for with a HEAD request
 // of 10 seconds, as "YYYY-MM-dd" in the local time zone; empty when there is no such field
 // or it cannot be read.

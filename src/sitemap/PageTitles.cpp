@@ -55,18 +55,21 @@ std::string imageTitle(std::string_view imageMarkup) {
 
 }  // namespace
 
-PageTitleLookup lookUpPageTitle(std::string_view pageURL, const http::Session* session) {
-    (void)http::fetchText(pageURL, session);
-    return pageTitleOf(http::fetchBytes(pageURL, session));
-}
-
-PageTitleLookup pageTitleOf(std::optional<std::string> bytes) {
-    PageTitleLookup lookup;
-    lookup.bytes = std::move(bytes);
-    if (!lookup.bytes) {
+PageTitleLookup lookUpPageTitle(std::string_view pageURL, std::chrono::seconds timeout,
+                                const http::Session* session) {
+    (void)http::fetchText(pageURL, timeout, session);
+    auto bytes = http::fetchBytes(pageURL, timeout, session);
+    if (!bytes) {
+        PageTitleLookup lookup;
         lookup.title = kNoPageTitle;
         return lookup;
     }
+    return pageTitleOfBytes(std::move(*bytes));
+}
+
+PageTitleLookup pageTitleOfBytes(std::string bytes) {
+    PageTitleLookup lookup;
+    lookup.bytes = std::move(bytes);
     lookup.htmlDocument = MarkupDocument::parseHtml(*lookup.bytes);
     lookup.title = firstTitle(lookup.htmlDocument);
     if (lookup.title == kNoPageTitle) {

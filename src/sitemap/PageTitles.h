@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -25,9 +26,11 @@ struct PageTitleLookup {
     std::optional<std::string> bytes;
     std::optional<MarkupDocument> htmlDocument;
 };
-PageTitleLookup lookUpPageTitle(std::string_view pageURL, const http::Session* session = nullptr);
-// The title of bytes already fetched (nothing: none came).
-PageTitleLookup pageTitleOf(std::optional<std::string> bytes);
+// Each fetch waits at most `timeout` for its answer and obeys the session when one is given.
+PageTitleLookup lookUpPageTitle(std::string_view pageURL, std::chrono::seconds timeout,
+                                const http::Session* session = nullptr);
+// The title of a page's bytes, as lookUpPageTitle finds it once they have arrived.
+PageTitleLookup pageTitleOfBytes(std::string bytes);
 
 // The anchor's "href" attribute, or empty text.
 std::string findHREFInNode(const MarkupNode& anchor);

@@ -1,5 +1,8 @@
 #include "sitemap/SitemapFiles.h"
 
+#include <array>
+#include <utility>
+
 #include "platform/FileSystem.h"
 #include "sitemap/HtmlSitemapFormat.h"
 
@@ -47,27 +50,43 @@ std::string_view threeColumnClosing(int32_t filledCells) {
     return filledCells == 1 ? kTwoPaddedCellsClosing : kPaddedRowClosing;
 }
 
-void writeSitemapHeaders(const std::string& folder) {
+WriteResult writeSitemapHeaders(const std::string& folder) {
     const std::string head(htmlSitemapHead());
     const std::string tableHead = head + std::string(kTableOpening);
-    writeFileAtomically(inFolder(folder, kOneColumnPagesOnly), head);
-    writeFileAtomically(inFolder(folder, kOneColumnAllLinks), head);
-    writeFileAtomically(inFolder(folder, kTwoColumnPagesOnly), tableHead);
-    writeFileAtomically(inFolder(folder, kThreeColumnPagesOnly), tableHead);
-    writeFileAtomically(inFolder(folder, kTwoColumnAllLinks), tableHead);
-    writeFileAtomically(inFolder(folder, kThreeColumnAllLinks), tableHead);
-    writeFileAtomically(inFolder(folder, kXmlSitemap), kXmlHeader);
+    const std::array<std::pair<std::string_view, std::string_view>, 7> headers = {{
+        {kOneColumnPagesOnly, head},
+        {kOneColumnAllLinks, head},
+        {kTwoColumnPagesOnly, tableHead},
+        {kThreeColumnPagesOnly, tableHead},
+        {kTwoColumnAllLinks, tableHead},
+        {kThreeColumnAllLinks, tableHead},
+        {kXmlSitemap, kXmlHeader},
+    }};
+    for (const auto& [name, header] : headers) {
+        if (WriteResult written = writeFileAtomically(inFolder(folder, name), header); !written) {
+            return written;
+        }
+    }
+    return {};
 }
 
-void closeSitemapFiles(const std::string& folder, int32_t twoColumnCells,
-                       int32_t threeColumnCells) {
-    appendToFile(inFolder(folder, kOneColumnPagesOnly), oneColumnClosing());
-    appendToFile(inFolder(folder, kOneColumnAllLinks), oneColumnClosing());
-    appendToFile(inFolder(folder, kTwoColumnPagesOnly), twoColumnClosing(twoColumnCells));
-    appendToFile(inFolder(folder, kTwoColumnAllLinks), twoColumnClosing(twoColumnCells));
-    appendToFile(inFolder(folder, kThreeColumnPagesOnly), threeColumnClosing(threeColumnCells));
-    appendToFile(inFolder(folder, kThreeColumnAllLinks), threeColumnClosing(threeColumnCells));
-    appendToFile(inFolder(folder, kXmlSitemap), kXmlSitemapClosing);
+WriteResult closeSitemapFiles(const std::string& folder, int32_t twoColumnCells,
+                              int32_t threeColumnCells) {
+    const std::array<std::pair<std::string_view, std::string_view>, 7> closings = {{
+        {kOneColumnPagesOnly, oneColumnClosing()},
+        {kOneColumnAllLinks, oneColumnClosing()},
+        {kTwoColumnPagesOnly, twoColumnClosing(twoColumnCells)},
+        {kTwoColumnAllLinks, twoColumnClosing(twoColumnCells)},
+        {kThreeColumnPagesOnly, threeColumnClosing(threeColumnCells)},
+        {kThreeColumnAllLinks, threeColumnClosing(threeColumnCells)},
+        {kXmlSitemap, kXmlSitemapClosing},
+    }};
+    for (const auto& [name, closing] : closings) {
+        if (WriteResult written = appendToFile(inFolder(folder, name), closing); !written) {
+            return written;
+        }
+    }
+    return {};
 }
 
 }  // namespace loomcrest

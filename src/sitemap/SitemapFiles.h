@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/FileSystem.h"
+
 // The files a scan writes into the site's folder: six HTML layouts and "sitemap.xml",
 // created with their headers when a scan starts and closed when it ends.
 namespace loomcrest {
@@ -27,9 +29,11 @@ std::string_view twoColumnClosing(int32_t filledCells);
 std::string_view threeColumnClosing(int32_t filledCells);
 inline constexpr std::string_view kXmlSitemapClosing = "\n</urlset>";
 
-// Writes every file with its header alone, atomically, replacing earlier ones.
-void writeSitemapHeaders(const std::string& folder);
-// Appends the closing pieces.
-void closeSitemapFiles(const std::string& folder, int32_t twoColumnCells, int32_t threeColumnCells);
+// Writes every file with its header alone, atomically, replacing earlier ones; stops at the
+// first failure.
+WriteResult writeSitemapHeaders(const std::string& folder);
+// Appends the closing pieces; stops at the first failure.
+WriteResult closeSitemapFiles(const std::string& folder, int32_t twoColumnCells,
+                              int32_t threeColumnCells);
 
 }  // namespace loomcrest

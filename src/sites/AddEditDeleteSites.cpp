@@ -5,6 +5,7 @@
 #include "sites/ScanViewController.h"
 #include "sites/SiteFile.h"
 #include "sites/SiteInputCheck.h"
+#include "sites/SiteLock.h"
 
 namespace loomcrest {
 
@@ -12,6 +13,9 @@ namespace {
 
 constexpr const char* kAddMode = "addNewSite";
 constexpr const char* kEditMode = "editSite";
+constexpr std::string_view kNotCreated = "The site could not be created.";
+constexpr std::string_view kNotChanged = "The site could not be changed.";
+constexpr std::string_view kNotDeleted = "The site could not be deleted.";
 
 // A name that is a single folder below the data root. Names come from site files, which
 // may have been edited by hand; anything else must never be moved or removed.
@@ -88,44 +92,98 @@ void AddEditDeleteSites::createNewSite(std::string_view name, std::string_view u
             "");
         return;
     }
-    createFolder(folder);
-    createSiteFile(name, url);
+    WriteResult created = createFolder(folder);
+    if (created) {
+        created = createSiteFile(name, url);
+        if (!created) {
+            // A folder without its site file would be a site nobody can see or delete.
+            (void)removeRecursively(folder);
+        }
+    }
+    if (!created) {
+        alertOnSheet(std::string(kNotCreated), created.message());
+        return;
+    }
     resetAndClose();
 }
 
 void AddEditDeleteSites::saveEditedSite(std::string_view name, std::string_view url) {
-    const std::string newFolder = parentFolderOf(returnFullFileLocation(name));
-    const std::string oldFolder = parentFolderOf(returnFullFileLocation(originalName_));
-    const std::string newFile = returnFullFileLocation(name);
-    std::string text;
-
+    bool saved = false;
     if (name == originalName_) {
-        text = readSiteFile(name);
-    } else if (pathExists(newFolder)) {
+        saved = writeSiteURL(name, readSiteFile(name), url);
+    } else if (pathExists(parentFolderOf(returnFullFileLocation(name)))) {
         // The other site's URL is then overwritten with this one while the edited site
         // stays as it was; users have come to expect exactly that, so it stays.
         alerts_.presentAlert(Alert::refusal("A site with the name \"" + std::string(name) +
                                             "\" already exists, please delete this site first "
                                             "or select a different name."),
                              [](int) {});
-        text = readSiteFile(name);
+        saved = writeSiteURL(name, readSiteFile(name), url);
     } else {
         if (!isSiteFolderName(originalName_)) {
             return;
         }
-        movePath(oldFolder, newFolder);
-        movePath(newFolder + "/" + originalName_ + ".vrLMP", newFile);
-        text = replaceSiteElement(readSiteFile(name), SiteField::SiteName, name);
-        if (text.empty()) {
-            text = readSiteFile(name);
+        saved = renameSite(name, url);
+    }
+    if (saved) {
+        resetAndClose();
+    }
+}
+
+bool AddEditDeleteSites::writeSiteURL(std::string_view name, std::string_view text,
+                                      std::string_view url) {
+    const auto lock = lockSiteForChange(name, kNotChanged, alerts_, AlertParent::SiteSheet);
+    if (!lock) {
+        return false;
+    }
+    const std::string updated = replaceSiteElement(text, SiteField::SiteURL, url);
+    if (updated.empty()) {
+        return true;
+    }
+    const WriteResult written = writeFileAtomically(returnFullFileLocation(name), updated);
+    if (!written) {
+        alertOnSheet(std::string(kNotChanged), written.message());
+    }
+    return written.ok();
+}
+
+// The folder, then the site file in it, get the new name, and the file the new name and
+// URL. A step that fails undoes those before it, so no folder is left whose site file
+// names another site.
+bool AddEditDeleteSites::renameSite(std::string_view name, std::string_view url) {
+    const auto lock =
+        lockSiteForChange(originalName_, kNotChanged, alerts_, AlertParent::SiteSheet);
+    if (!lock) {
+        return false;
+    }
+    const std::string oldFolder = parentFolderOf(returnFullFileLocation(originalName_));
+    const std::string newFolder = parentFolderOf(returnFullFileLocation(name));
+    const std::string movedFile = newFolder + "/" + originalName_ + ".vrLMP";
+    const std::string newFile = returnFullFileLocation(name);
+    WriteResult result = movePath(oldFolder, newFolder);
+    if (result) {
+        result = movePath(movedFile, newFile);
+        if (result) {
+            std::string text = replaceSiteElement(readSiteFile(name), SiteField::SiteName, name);
+            if (text.empty()) {
+                text = readSiteFile(name);
+            }
+            text = replaceSiteElement(text, SiteField::SiteURL, url);
+            if (!text.empty()) {
+                result = writeFileAtomically(newFile, text);
+            }
+            if (!result) {
+                (void)movePath(newFile, movedFile);
+            }
+        }
+        if (!result) {
+            (void)movePath(newFolder, oldFolder);
         }
     }
-
-    text = replaceSiteElement(text, SiteField::SiteURL, url);
-    if (!text.empty()) {
-        writeFileAtomically(newFile, text);
+    if (!result) {
+        alertOnSheet(std::string(kNotChanged), result.message());
     }
-    resetAndClose();
+    return result.ok();
 }
 
 void AddEditDeleteSites::deleteSite() {
@@ -143,7 +201,14 @@ void AddEditDeleteSites::sheetDidEndShouldDelete(int returnCode, const std::stri
     if (returnCode != kDefaultButtonCode || !isSiteFolderName(name)) {
         return;
     }
-    removeRecursively(parentFolderOf(returnFullFileLocation(name)));
+    const auto lock = lockSiteForChange(name, kNotDeleted, alerts_);
+    if (!lock) {
+        return;
+    }
+    if (const WriteResult removed = removeRecursively(parentFolderOf(returnFullFileLocation(name)));
+        !removed) {
+        alertWriteFailure(alerts_, kNotDeleted, removed);
+    }
     siteList_.reloadSiteList();
     siteList_.deselectAll();
 }

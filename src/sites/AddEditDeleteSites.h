@@ -27,7 +27,8 @@ public:
     void checkInputIsOK();
 
     // The add sheet's and the edit sheet's Save; both take input that has passed
-    // checkInputIsOK.
+    // checkInputIsOK. A change that cannot be made is shown on the sheet, which stays open,
+    // and leaves nothing half done.
     void createNewSite(std::string_view name, std::string_view url);
     void saveEditedSite(std::string_view name, std::string_view url);
 
@@ -44,6 +45,8 @@ public:
 
 private:
     void showSheet();
+    bool writeSiteURL(std::string_view name, std::string_view text, std::string_view url);
+    bool renameSite(std::string_view name, std::string_view url);
     void alertOnSheet(std::string title, std::string message);
 
     ScanViewController& siteList_;

@@ -51,7 +51,7 @@ void checkNeededFoldersExist() {
     }
     const std::string dataRoot = homeFolderLocation();
     if (!pathExists(dataRoot)) {
-        createFolder(dataRoot);
+        (void)createFolder(dataRoot);
     }
 }
 

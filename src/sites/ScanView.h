@@ -32,6 +32,9 @@ struct ScanViewState {
     // What the last scan's robots.txt asked of crawlers and the scan did not obey; empty
     // when it asked nothing or another site was selected since.
     std::string crawlDelayAdvice;
+    // The selected site keeps the sitemaps of the scan before its last one, which can be put
+    // back.
+    bool previousSitemapsKept = false;
 };
 
 // What the scan view's controller needs from whatever draws it.

@@ -5,14 +5,23 @@
 #include "app/ProcessState.h"
 #include "platform/FileSystem.h"
 #include "platform/Text.h"
+#include "sitemap/PreviousSitemaps.h"
 #include "sites/DataPaths.h"
 #include "sites/SiteFile.h"
 #include "sites/SiteList.h"
+#include "sites/SiteLock.h"
 
 namespace loomcrest {
 
-ScanViewController::ScanViewController(ProcessState& process, ScanView& view)
-    : process_(process), view_(view) {}
+namespace {
+
+constexpr std::string_view kSiteFileNotSaved = "The site file could not be saved.";
+
+}  // namespace
+
+ScanViewController::ScanViewController(ProcessState& process, ScanView& view,
+                                       AlertPresenter& alerts)
+    : process_(process), view_(view), alerts_(alerts) {}
 
 void ScanViewController::awakeFromNib() {
     state_ = ScanViewState{};
@@ -88,6 +97,7 @@ void ScanViewController::selectionCleared() {
     state_.editSiteEnabled = false;
     state_.siteControlsEnabled = false;
     state_.crawlDelayAdvice.clear();
+    state_.previousSitemapsKept = false;
     view_.clearScannedLinks();
     showState();
     // The filters side empties its list, so no other site's filters stay on show.
@@ -96,20 +106,10 @@ void ScanViewController::selectionCleared() {
 
 void ScanViewController::siteSelected(const std::string& name) {
     process_.vrlmpCurSite = name;
-    const std::string text = completeSiteFile(name);
-    const std::string nameFromFile = readSiteField(text, SiteField::SiteName).value_or("");
-    const std::string urlFromFile = readSiteField(text, SiteField::SiteURL).value_or("");
+    const std::string nameFromFile = readSiteDetails(name);
 
     process_.vrlmpWinTit = std::string(kPlainWindowTitle) + " - " + nameFromFile;
     view_.setWindowTitle(process_.vrlmpWinTit);
-
-    state_.ignoreRobotsChecked = readSiteField(text, SiteField::IgnoreRobotFile) == "YES";
-    state_.details.totalLinksFound = countForDisplay(readSiteField(text, SiteField::TotalLinks));
-    state_.details.pagesFound = countForDisplay(readSiteField(text, SiteField::PagesFound));
-    state_.details.linksScanned = countForDisplay(readSiteField(text, SiteField::PagesUsed));
-    loadBrokenLinks(nameFromFile);
-    state_.details.siteName = nameFromFile;
-    state_.details.siteURL = urlFromFile;
 
     state_.scanButtonEnabled = true;
     state_.editSiteEnabled = true;
@@ -120,6 +120,35 @@ void ScanViewController::siteSelected(const std::string& name) {
     view_.clearScannedLinks();
     showState();
     process_.notifications.post(kLoadFiltersNotification);
+}
+
+std::string ScanViewController::readSiteDetails(const std::string& name) {
+    const std::string text = completeSiteFile(name);
+    const std::string nameFromFile = readSiteField(text, SiteField::SiteName).value_or("");
+    state_.ignoreRobotsChecked = readSiteField(text, SiteField::IgnoreRobotFile) == "YES";
+    state_.details.totalLinksFound = countForDisplay(readSiteField(text, SiteField::TotalLinks));
+    state_.details.pagesFound = countForDisplay(readSiteField(text, SiteField::PagesFound));
+    state_.details.linksScanned = countForDisplay(readSiteField(text, SiteField::PagesUsed));
+    loadBrokenLinks(nameFromFile);
+    state_.details.siteName = nameFromFile;
+    state_.details.siteURL = readSiteField(text, SiteField::SiteURL).value_or("");
+    state_.previousSitemapsKept = hasPreviousSitemaps(siteFolderLocation(name));
+    return nameFromFile;
+}
+
+void ScanViewController::reloadSiteDetails() {
+    if (selectedRow_ < 0 || selectedRow_ >= static_cast<int>(tableArray_.size())) {
+        return;
+    }
+    process_.vrlmpBadLinkArray.clear();
+    readSiteDetails(tableArray_[static_cast<size_t>(selectedRow_)]);
+    showState();
+}
+
+void ScanViewController::refreshPreviousSitemaps() {
+    state_.previousSitemapsKept = !process_.vrlmpCurSite.empty() &&
+                                  hasPreviousSitemaps(siteFolderLocation(process_.vrlmpCurSite));
+    showState();
 }
 
 void ScanViewController::loadBrokenLinks(const std::string& siteNameFromFile) {
@@ -152,8 +181,20 @@ void ScanViewController::ignoreRobotsAction(bool checked) {
     if (!text) {
         return;
     }
-    writeFileAtomically(returnFullFileLocation(state_.details.siteName),
-                        siteFileTextWithRobotsFlag(*text, checked));
+    const auto lock = lockSiteForChange(state_.details.siteName, kSiteFileNotSaved, alerts_);
+    WriteResult written;
+    if (lock) {
+        written = writeFileAtomically(returnFullFileLocation(state_.details.siteName),
+                                      siteFileTextWithRobotsFlag(*text, checked));
+        if (!written) {
+            alertWriteFailure(alerts_, kSiteFileNotSaved, written);
+        }
+    }
+    if (!lock || !written) {
+        // The box shows what the file holds.
+        state_.ignoreRobotsChecked = !checked;
+        showState();
+    }
 }
 
 void ScanViewController::filterAddPanel() {

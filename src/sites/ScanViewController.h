@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/Alerts.h"
 #include "sites/ScanView.h"
 
 namespace loomcrest {
@@ -15,7 +16,8 @@ struct ProcessState;
 // site of the shared state and announces it with the "vrlmpLFF" notification.
 class ScanViewController {
 public:
-    ScanViewController(ProcessState& process, ScanView& view);
+    // Changes of the site file that are refused, or cannot be written, are shown on `alerts`.
+    ScanViewController(ProcessState& process, ScanView& view, AlertPresenter& alerts);
 
     // Prepares the view once, when it is created.
     void awakeFromNib();
@@ -40,11 +42,17 @@ public:
     void deselectAll();
     void tableViewSelectionDidChange();
 
+    // Stores the robots box in the site file; when that is refused or fails the box goes
+    // back to what the file holds.
     void ignoreRobotsAction(bool checked);
     void filterAddPanel();
 
     // Empties the name, URL, total-links, pages-found and broken-links fields.
     void clearSiteDetails();
+    // Reads the selected site's details, statistics and broken links from its files again.
+    void reloadSiteDetails();
+    // Looks again whether the selected site keeps the sitemaps of the scan before its last.
+    void refreshPreviousSitemaps();
 
     // What a scan changes in this view.
     void setScanControlsEnabled(bool enabled);
@@ -66,11 +74,14 @@ public:
 private:
     void selectionCleared();
     void siteSelected(const std::string& name);
+    // Fills the details from the site file of `name`; returns the name the file holds.
+    std::string readSiteDetails(const std::string& name);
     void loadBrokenLinks(const std::string& siteNameFromFile);
     void showState();
 
     ProcessState& process_;
     ScanView& view_;
+    AlertPresenter& alerts_;
     ScanViewState state_;
     std::vector<std::string> tableArray_;
     bool updatedOldFile_ = false;

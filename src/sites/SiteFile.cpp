@@ -96,6 +96,28 @@ std::string siteFileTextWithRobotsFlag(std::string_view text, bool ignoreRobots)
     return ignoreRobots ? replaceAll(text, no, yes) : replaceAll(text, yes, no);
 }
 
+std::string siteStatisticsText(std::string_view text) {
+    std::string statistics;
+    for (const SiteField field :
+         {SiteField::PagesFound, SiteField::TotalLinks, SiteField::PagesUsed}) {
+        if (const auto element = wholeSiteElement(text, field)) {
+            statistics += (statistics.empty() ? "" : "\n") + *element;
+        }
+    }
+    return statistics;
+}
+
+std::string siteFileTextWithStoredStatistics(std::string_view text, std::string_view statistics) {
+    std::string result(text);
+    for (const SiteField field :
+         {SiteField::PagesFound, SiteField::TotalLinks, SiteField::PagesUsed}) {
+        if (const auto value = readSiteField(statistics, field)) {
+            result = replaceSiteElement(result, field, *value);
+        }
+    }
+    return result;
+}
+
 std::string completedSiteFileText(std::string_view text) {
     std::string result(text);
     for (const SiteField field :
@@ -116,21 +138,20 @@ std::string readSiteFile(std::string_view name) {
     return readTextFile(returnFullFileLocation(name)).value_or(std::string());
 }
 
-bool createSiteFile(std::string_view name, std::string_view url) {
+WriteResult createSiteFile(std::string_view name, std::string_view url) {
     return writeFileAtomically(returnFullFileLocation(name), newSiteFileText(name, url));
 }
 
-void writeSiteStatistics(std::string_view name, int totalLinks, int pagesFound, int pagesUsed) {
+WriteResult writeSiteStatistics(std::string_view name, int totalLinks, int pagesFound,
+                                int pagesUsed) {
     const std::string path = returnFullFileLocation(name);
     const auto text = readTextFile(path);
     if (!text) {
-        return;
+        return {};
     }
     const std::string updated =
         siteFileTextWithStatistics(*text, totalLinks, pagesFound, pagesUsed);
-    if (updated != *text) {
-        writeFileAtomically(path, updated);
-    }
+    return updated != *text ? writeFileAtomically(path, updated) : WriteResult();
 }
 
 std::string completeSiteFile(std::string_view name) {
@@ -138,7 +159,9 @@ std::string completeSiteFile(std::string_view name) {
     const auto text = readTextFile(path);
     std::string completed = completedSiteFileText(text.value_or(std::string()));
     if (text && completed != *text) {
-        writeFileAtomically(path, completed);
+        // Only a convenience: the completed text is shown either way, and the next
+        // selection tries again.
+        (void)writeFileAtomically(path, completed);
     }
     return completed;
 }

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/FileSystem.h"
+
 // The site file: six elements, one a line, no final line feed, e.g.
 //   <siteName>Example</siteName>
 //   <siteURL>http://example.com/</siteURL>
@@ -38,6 +40,11 @@ std::string siteFileTextWithStatistics(std::string_view text, int totalLinks, in
 // Literal replacement of the whole "NO" (to ignore) or "YES" (to obey) element; any other
 // value is left as it is.
 std::string siteFileTextWithRobotsFlag(std::string_view text, bool ignoreRobots);
+// The statistics elements of the text (pagesFound, totalLinks, pagesUsed), one a line, as
+// they stand; an absent one is left out.
+std::string siteStatisticsText(std::string_view text);
+// The text with each statistics element that `statistics` holds in place of its own.
+std::string siteFileTextWithStoredStatistics(std::string_view text, std::string_view statistics);
 // Appends, each on a new line, the statistics elements the text lacks (searched ignoring case).
 std::string completedSiteFileText(std::string_view text);
 
@@ -49,8 +56,10 @@ std::string countForDisplay(const std::optional<std::string>& stored);
 std::string readSiteFile(std::string_view name);
 
 // File operations on the site file of `name`. A file that cannot be read is never written.
-bool createSiteFile(std::string_view name, std::string_view url);
-void writeSiteStatistics(std::string_view name, int totalLinks, int pagesFound, int pagesUsed);
+WriteResult createSiteFile(std::string_view name, std::string_view url);
+// A file that cannot be read, or lacks a statistic, is left as it is: no failure.
+WriteResult writeSiteStatistics(std::string_view name, int totalLinks, int pagesFound,
+                                int pagesUsed);
 // Completes the file on disk when it lacks a statistic, and returns the completed text.
 std::string completeSiteFile(std::string_view name);
 

@@ -39,13 +39,13 @@ void convertOldSiteFile(const std::string& oldPath) {
     if (!writeFileAtomically(newPath, newText)) {
         return;
     }
-    removeFile(oldPath);
+    (void)removeFile(oldPath);
 
     const std::string folder = parentFolderOf(oldPath);
     for (const std::string_view oldSitemap : kOldSitemapNames) {
         const std::string sitemapPath = folder + "/" + std::string(oldSitemap);
         if (pathExists(sitemapPath)) {
-            removeFile(sitemapPath);
+            (void)removeFile(sitemapPath);
         }
     }
 }

@@ -56,7 +56,8 @@ TEST(ScanCommand, AnUnreachableStartUrlPrintsTheAlert) {
     runLoomcrest(home, {"add", "Site", "http://127.0.0.1:1/"});
     const auto result = runLoomcrest(home, {"scan", "Site"});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_EQ(result.err, "The Site URL Could Not Be Reached\nError Code: 0 - \n");
+    EXPECT_EQ(result.err,
+              "The Site URL Could Not Be Reached\nError Code: 0 - \nConnection refused\n");
     EXPECT_EQ(result.out, "");
 }
 

@@ -119,7 +119,9 @@ TEST(CrawlSettingsFile, WritesEverySettingAndReadsItBack) {
     EXPECT_EQ(read.problem, std::nullopt);
     EXPECT_EQ(read.settings, settings);
 
-    EXPECT_FALSE(writeCrawlSettings(home.path() + "/no such folder", settings));
+    const WriteResult failed = writeCrawlSettings(home.path() + "/no such folder", settings);
+    EXPECT_EQ(failed.message(),
+              home.path() + "/no such folder/crawl.json: No such file or directory");
 }
 
 TEST(CrawlSettingsFile, AMissingOrUnreadableFileMeansTheDefaultsSilently) {
@@ -182,10 +184,11 @@ TEST(CrawlSettingsFile, AMalformedFileIsReportedAndGivesTheDefaults) {
     EXPECT_EQ(alert.title, "The Crawl Settings Could Not Be Read");
     EXPECT_EQ(alert.message,
               "/sites/A/crawl.json: unknown setting \"x\". The default settings are used.");
-    const Alert unwritable = unwritableCrawlSettingsAlert("/sites/A");
+    const Alert unwritable =
+        unwritableCrawlSettingsAlert(WriteResult::failure("/sites/A/crawl.json", "Disk full"));
     EXPECT_EQ(unwritable.kind, AlertKind::Refusal);
     EXPECT_EQ(unwritable.title, "The Crawl Settings Could Not Be Saved");
-    EXPECT_EQ(unwritable.message, "/sites/A/crawl.json could not be written.");
+    EXPECT_EQ(unwritable.message, "/sites/A/crawl.json: Disk full");
 }
 
 TEST(CrawlSettingsEditor, OpensTheSavedSettingsAndSavesOnlyWhatIsAllowed) {

@@ -132,7 +132,7 @@ TEST_F(LinkAcceptance, FiltersAlwaysWinRobotsOnlyWhileObeyed) {
     scanner.ignoreRobots = true;
     EXPECT_EQ(accept("/private/x.html").outcome, LinkOutcome::Queued);
 
-    process.vrlmpFiltersArray = {"PDF"};
+    scanner.filters = {"PDF"};
     EXPECT_EQ(accept("/files/report.pdf?x=1"), kDropped);
     EXPECT_EQ(accept("/PdF.html"), kDropped);
 }

@@ -219,14 +219,14 @@ TEST_F(Scan, ARedirectingStartUrlIsRefused) {
     EXPECT_FALSE(driver.isScanning());
 }
 
-TEST_F(Scan, ANotAnsweringStartUrlShowsCodeZero) {
+TEST_F(Scan, ANotAnsweringStartUrlShowsCodeZeroAndTheReason) {
     createFolder(siteFolderLocation("Test"));
     createSiteFile("Test", "http://127.0.0.1:1/");
     siteView.awakeFromNib();
     siteView.selectRow(0);
     scan();
     ASSERT_EQ(alerts.shown.size(), 1U);
-    EXPECT_EQ(alerts.shown[0].message, "Error Code: 0 - ");
+    EXPECT_EQ(alerts.shown[0].message, "Error Code: 0 - \nConnection refused");
     EXPECT_TRUE(process.vrlmpBadLinkReasonArray.empty());
 }
 

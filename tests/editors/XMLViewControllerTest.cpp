@@ -194,6 +194,16 @@ TEST(LastUpdatedRule, ReadsMonthAndDayByPosition) {
               "The Last Updated field cannot be left blank");
 }
 
+TEST(LastUpdatedRule, NumbersBeyondTheRangeOfIntAreRefusedWithoutOverflow) {
+    const std::string today = "2026-11-21";
+    EXPECT_EQ(xmlentry::lastUpdatedProblem("000006-0000440000000006-05-17@", today),
+              "The day must be a number between 01 and 31");
+    EXPECT_EQ(xmlentry::lastUpdatedProblem("2024--99999999999-05-17", today),
+              "The month must be a number between 01 and 12");
+    EXPECT_EQ(xmlentry::lastUpdatedProblem("2024-99999999999-05-17", today),
+              "The month must be a number between 01 and 12");
+}
+
 TEST(LastUpdatedRule, TheFormatMessageNamesToday) {
     TemporaryHome home;
     ProcessState process;

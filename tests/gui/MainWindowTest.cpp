@@ -10,6 +10,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -32,6 +33,7 @@
 #include "SiteSheetDialog.h"
 #include "app/ProcessState.h"
 #include "app/URLCommand.h"
+#include "platform/FolderLock.h"
 #include "sites/DataPaths.h"
 #include "sites/SiteFile.h"
 #include "support/RawHttpServer.h"
@@ -418,6 +420,59 @@ private slots:
         QVERIFY(
             QString::fromStdString(test::fileContents(home_->dataRoot() + "/Slow/sitemap1c.html"))
                 .endsWith(QStringLiteral("</body>\n</html>")));
+    }
+
+    void theFileMenuPutsBackThePreviousSitemapsAndAScanWaitsForAnother() {
+        std::mutex mutex;
+        std::string home = R"(<title>One</title><a href="a.html">A</a>)";
+        test::TestServer server;
+        server.server().Get(".*", [&](const httplib::Request& req, httplib::Response& res) {
+            const std::lock_guard lock(mutex);
+            res.set_content(req.path == "/" ? home : "<title>A</title>", "text/html");
+        });
+        server.start();
+        addSite(QStringLiteral("Site"), QString::fromStdString(server.url("/")));
+        selectSite(QStringLiteral("Site"));
+        QAction* restore = scan().restoreAction();
+        QVERIFY(!restore->isEnabled());
+        const auto scanOnce = [&] {
+            QTest::mouseClick(scan().scanButton(), Qt::LeftButton);
+            QTRY_VERIFY_WITH_TIMEOUT(!scan().scanner().isScanning(), 10000);
+            QTRY_VERIFY(scan().scanButton()->isEnabled());
+        };
+        scanOnce();
+        QCOMPARE(detail("pagesFound"), QStringLiteral("2"));
+        {
+            const std::lock_guard lock(mutex);
+            home = "<title>Two</title>";
+        }
+        scanOnce();
+        QCOMPARE(detail("pagesFound"), QStringLiteral("1"));
+        QVERIFY(restore->isEnabled());
+
+        QtAlerts::queueAnswers({kDefaultButtonCode});
+        QMenu* fileMenu = window_->menuBar()->actions().front()->menu();
+        QVERIFY(fileMenu->actions().contains(restore));
+        QTest::keyClick(window_.get(), Qt::Key_F, Qt::AltModifier);
+        QTRY_VERIFY(fileMenu->isVisible());
+        QTest::mouseClick(fileMenu, Qt::LeftButton, {}, fileMenu->actionGeometry(restore).center());
+        QTRY_COMPARE(detail("pagesFound"), QStringLiteral("2"));
+        QCOMPARE(
+            QtAlerts::shownAlerts().back().title,
+            std::string("Do you really want to restore the previous sitemaps of the site:\nSite"));
+        QVERIFY(!restore->isEnabled());
+
+        const FolderLock otherScan = FolderLock::tryLock(home_->dataRoot() + "/Site");
+        QVERIFY(otherScan.held());
+        QtAlerts::forgetShownAlerts();
+        QtAlerts::queueAnswers({kDefaultButtonCode});
+        QTest::mouseClick(scan().scanButton(), Qt::LeftButton);
+        QTRY_COMPARE(QtAlerts::shownAlerts().size(), size_t{1});
+        QCOMPARE(QtAlerts::shownAlerts().front().title,
+                 std::string("A scan of Site is already running."));
+        QVERIFY(!scan().scanner().isScanning());
+        QVERIFY(scan().scanButton()->isEnabled());
+        QCOMPARE(detail("pagesFound"), QStringLiteral("2"));
     }
 
     void theWindowRemembersItsPlaceAndTheExportFolder() {

@@ -5,6 +5,8 @@
 
 #include <filesystem>
 
+#include "platform/FolderLock.h"
+#include "support/FileSizeLimit.h"
 #include "support/TemporaryHome.h"
 
 namespace loomcrest {
@@ -34,9 +36,57 @@ TEST(FileSystem, AtomicWriteKeepsTheFilesPermissions) {
     EXPECT_EQ(info.st_mode & 0777, 0640U);
 }
 
-TEST(FileSystem, AtomicWriteIntoAMissingFolderFails) {
+TEST(FileSystem, AFailedWriteNamesTheFileAndTheSystemsReasonAndLeavesTheOldFile) {
     TemporaryHome home;
-    EXPECT_FALSE(writeFileAtomically(home.path() + "/missing/file.txt", "x"));
+    const std::string path = home.path() + "/file.txt";
+    writeFile(path, "old contents");
+    {
+        const test::FileSizeLimit fullDisk(8);
+        EXPECT_EQ(writeFileAtomically(path, "longer than eight").message(),
+                  path + ": File too large");
+        EXPECT_EQ(appendToFile(path, "more").message(), path + ": File too large");
+        AppendingFiles files;
+        EXPECT_EQ(files.append(path, "more").message(), path + ": File too large");
+        EXPECT_TRUE(files.closeAll());
+    }
+    EXPECT_EQ(fileContents(path), "old contents");
+    EXPECT_EQ(walkFolder(home.path()), std::vector<std::string>{"file.txt"}) << "no temporary";
+
+    const std::string missing = home.path() + "/missing/file.txt";
+    EXPECT_EQ(writeFileAtomically(missing, "x").message(), missing + ": No such file or directory");
+    EXPECT_EQ(appendToFile(missing, "x").message(), missing + ": No such file or directory");
+    EXPECT_EQ(movePath(missing, path).message(), missing + ": No such file or directory");
+    EXPECT_TRUE(removeFile(missing)) << "what is not there needs no removing";
+    EXPECT_TRUE(appendToFile(path, "!"));
+    EXPECT_EQ(fileContents(path), "old contents!");
+}
+
+TEST(FileSystem, FileEndingsAreReadBehindTrailingBreaks) {
+    TemporaryHome home;
+    const std::string path = home.path() + "/page.html";
+    writeFile(path, std::string(1000, 'x') + "</html>\n \n");
+    EXPECT_TRUE(fileEndsWith(path, "</html>"));
+    EXPECT_FALSE(fileEndsWith(path, "</body>"));
+    writeFile(path, "</html");
+    EXPECT_FALSE(fileEndsWith(path, "</html>"));
+    EXPECT_FALSE(fileEndsWith(home.path() + "/missing", "</html>"));
+}
+
+TEST(FolderLock, ASecondHolderIsTurnedAwayUntilTheFirstLetsGo) {
+    TemporaryHome home;
+    FolderLock first = FolderLock::tryLock(home.path());
+    EXPECT_TRUE(first.held());
+    EXPECT_EQ(FolderLock::tryLock(home.path()).outcome(), FolderLock::Outcome::Busy);
+    FolderLock moved = std::move(first);
+    EXPECT_EQ(FolderLock::tryLock(home.path()).outcome(), FolderLock::Outcome::Busy);
+    moved.release();
+    EXPECT_FALSE(moved.held());
+    EXPECT_TRUE(FolderLock::tryLock(home.path()).held());
+
+    const FolderLock missing = FolderLock::tryLock(home.path() + "/missing");
+    EXPECT_EQ(missing.outcome(), FolderLock::Outcome::Failed);
+    EXPECT_EQ(missing.failure().message(),
+              home.path() + "/missing/.lock: No such file or directory");
 }
 
 TEST(FileSystem, ReadingGivesNothingForMissingOrMalformedFiles) {
@@ -62,9 +112,11 @@ TEST(FileSystem, WalkListsFoldersBeforeTheirContentsInNameOrder) {
 
 TEST(FileSystem, FolderCreationIsOneLevelUnlessParentsAreAsked) {
     TemporaryHome home;
-    EXPECT_FALSE(createFolder(home.path() + "/x/y"));
+    EXPECT_EQ(createFolder(home.path() + "/x/y").message(),
+              home.path() + "/x/y: No such file or directory");
     EXPECT_TRUE(createFolderWithParents(home.path() + "/x/y"));
     EXPECT_TRUE(isDirectory(home.path() + "/x/y"));
+    EXPECT_EQ(createFolder(home.path() + "/x/y").message(), home.path() + "/x/y: File exists");
 }
 
 TEST(FileSystem, PathExtensionIsTheTextAfterTheLastDotOfTheName) {

@@ -14,6 +14,9 @@ namespace {
 
 using test::RawHttpServer;
 using test::TestServer;
+using namespace std::chrono_literals;
+
+constexpr http::Seconds kWait{20};
 
 class Http : public testing::Test {
 protected:
@@ -67,7 +70,9 @@ TEST_F(Http, FollowsRedirectsOrReportsThem) {
 TEST_F(Http, EndlessRedirectsCountAsNoAnswer) {
     http::Request request;
     request.url = server.url("/loop");
-    EXPECT_FALSE(http::send(request).isHttp);
+    const auto response = http::send(request);
+    EXPECT_FALSE(response.isHttp);
+    EXPECT_EQ(response.errorText, "Too many redirects");
 }
 
 TEST_F(Http, MissingPagesStillAnswer) {
@@ -78,24 +83,46 @@ TEST_F(Http, MissingPagesStillAnswer) {
     EXPECT_EQ(response.statusCode, 404);
 }
 
-TEST_F(Http, NothingListeningAndOtherSchemesGiveNoAnswer) {
+TEST_F(Http, NothingListeningAndOtherSchemesGiveNoAnswerWithTheReason) {
     http::Request request;
     request.url = "http://127.0.0.1:1/";
-    EXPECT_FALSE(http::send(request).isHttp);
+    auto response = http::send(request);
+    EXPECT_FALSE(response.isHttp);
+    EXPECT_EQ(response.errorText, "Connection refused");
+    request.url = "http://nowhere.invalid/";
+    EXPECT_TRUE(
+        http::send(request).errorText.starts_with("Could not resolve host: nowhere.invalid"));
     request.url = "file:///etc/hostname";
-    EXPECT_FALSE(http::send(request).isHttp);
-    EXPECT_EQ(http::fetchBytes("ftp://127.0.0.1/x"), std::nullopt);
+    response = http::send(request);
+    EXPECT_FALSE(response.isHttp);
+    EXPECT_FALSE(response.errorText.empty());
+    EXPECT_EQ(http::fetchBytes("ftp://127.0.0.1/x", kWait), std::nullopt);
+    EXPECT_TRUE(http::send(http::Request{server.url("/page")}).errorText.empty());
+}
+
+TEST(HttpSilence, AServerThatNeverAnswersTimesOut) {
+    RawHttpServer silent([](int, const std::string&, const std::atomic<bool>& stopping) {
+        while (!stopping) {
+            std::this_thread::sleep_for(10ms);
+        }
+    });
+    http::Request request;
+    request.url = silent.url("/");
+    request.timeout = http::Seconds{1};
+    const auto response = http::send(request);
+    EXPECT_FALSE(response.isHttp);
+    EXPECT_EQ(response.errorText, "Timed out");
 }
 
 TEST_F(Http, TextFetchesRefuseMalformedUtf8) {
-    EXPECT_EQ(http::fetchBytes(server.url("/latin1")), "caf\xe9");
-    EXPECT_EQ(http::fetchText(server.url("/latin1")), std::nullopt);
-    EXPECT_EQ(http::fetchText(server.url("/page")), "<html>ok</html>");
+    EXPECT_EQ(http::fetchBytes(server.url("/latin1"), kWait), "caf\xe9");
+    EXPECT_EQ(http::fetchText(server.url("/latin1"), kWait), std::nullopt);
+    EXPECT_EQ(http::fetchText(server.url("/page"), kWait), "<html>ok</html>");
 }
 
 TEST_F(Http, ConnectionsAreKeptAliveOnAThread) {
     for (int i = 0; i < 4; ++i) {
-        EXPECT_EQ(http::fetchBytes(server.url("/peer")), "x");
+        EXPECT_EQ(http::fetchBytes(server.url("/peer"), kWait), "x");
     }
     const std::lock_guard lock(peersMutex);
     EXPECT_EQ(peers.size(), 1U) << "every request came over the same connection";

@@ -30,6 +30,26 @@ TEST(RunLoop, WorkFromAnotherThreadRunsOnTheLoopThreadInOrder) {
     EXPECT_EQ(ranOn, std::this_thread::get_id());
 }
 
+// The waiter returns as soon as its work is done, so nothing the loop thread still touches
+// after the work may live on the waiter's stack; ThreadSanitizer finds any that does.
+TEST(RunLoop, ManyWaitsInARowEachSeeTheirWorkDone) {
+    RunLoop loop;
+    constexpr int kWaits = 2000;
+    int ran = 0;
+    int seenByWorker = 0;
+    std::thread worker([&] {
+        for (int i = 0; i < kWaits; ++i) {
+            loop.performAndWait([&] { ++ran; });
+            seenByWorker = ran;
+        }
+        loop.perform([&] { loop.stop(); });
+    });
+    loop.run();
+    worker.join();
+    EXPECT_EQ(ran, kWaits);
+    EXPECT_EQ(seenByWorker, kWaits);
+}
+
 TEST(RunLoop, WaitingOnTheLoopThreadRunsDirectly) {
     RunLoop loop;
     bool ran = false;

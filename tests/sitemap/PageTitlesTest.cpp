@@ -13,6 +13,8 @@ namespace {
 
 using test::TestServer;
 
+constexpr std::chrono::seconds kWait{20};
+
 // The title of the first anchor of `html`.
 std::string firstLinkTitle(const std::string& html) {
     const auto document = MarkupDocument::parseHtml(html);
@@ -114,19 +116,21 @@ protected:
 };
 
 TEST_F(PageTitleFetch, AsksTwiceAndReadsTheTitle) {
-    EXPECT_EQ(lookUpPageTitle(server.url("/titled.html")).title, "Index of /images");
+    EXPECT_EQ(lookUpPageTitle(server.url("/titled.html"), kWait).title, "Index of /images");
     const std::lock_guard lock(mutex);
     EXPECT_EQ(requests, 2);
 }
 
 TEST_F(PageTitleFetch, UnreachablePagesFallBack) {
-    EXPECT_EQ(lookUpPageTitle("http://127.0.0.1:1/x.html").title, "Could not find page title");
-    EXPECT_EQ(lookUpPageTitle(server.url("/missing.html")).title, "Could not find page title");
+    EXPECT_EQ(lookUpPageTitle("http://127.0.0.1:1/x.html", kWait).title,
+              "Could not find page title");
+    EXPECT_EQ(lookUpPageTitle(server.url("/missing.html"), kWait).title,
+              "Could not find page title");
 }
 
 TEST_F(PageTitleFetch, TitleOrFallback) {
     for (size_t body = 0; body < kBodies.size(); ++body) {
-        EXPECT_EQ(lookUpPageTitle(server.url("/body/" + std::to_string(body))).title,
+        EXPECT_EQ(lookUpPageTitle(server.url("/body/" + std::to_string(body)), kWait).title,
                   kBodies[body].second)
             << kBodies[body].first;
     }

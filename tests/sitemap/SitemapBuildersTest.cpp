@@ -100,12 +100,20 @@ TEST_F(SitemapBuilders, EmptyOrMalformedBlocksAreDropped) {
     EXPECT_EQ(scanner.twoColCountAP, 0);
 }
 
-TEST_F(SitemapBuilders, AMissingFileLosesThePieceButTheCountersMoveOn) {
-    removeFile(folder + "/sitemap2cpo.html");
+TEST_F(SitemapBuilders, AFailedWriteIsKeptAndNothingIsAppendedAfterIt) {
+    EXPECT_TRUE(scanner.sitemapWriteFailure().ok());
+    (void)removeFile(folder + "/sitemap2cpo.html");
     scanner.buildPageTitleSitemap("X", "Not Found");
-    EXPECT_FALSE(pathExists(folder + "/sitemap2cpo.html"));
-    EXPECT_EQ(scanner.twoColCountPO, 1);
-    EXPECT_EQ(file("sitemap.xml"), std::string(kXmlStart) + xmlSitemapEntry("Not Found", ""));
+    scanner.buildAllLinksSitemaps("<div>block</div>");
+    EXPECT_FALSE(pathExists(folder + "/sitemap2cpo.html")) << "a missing file is not made";
+    EXPECT_EQ(scanner.sitemapWriteFailure().message(),
+              folder + "/sitemap2cpo.html: No such file or directory");
+    EXPECT_EQ(file("sitemap1cpo.html"), std::string(htmlSitemapHead()) + oneColumnPiece("X"));
+    EXPECT_EQ(file("sitemap.xml"), kXmlStart);
+    EXPECT_EQ(file("sitemap1c.html"), std::string(htmlSitemapHead()));
+    EXPECT_EQ(scanner.twoColCountPO, 1) << "the counters move on";
+    scanner.setSitemapFolder(folder);
+    EXPECT_TRUE(scanner.sitemapWriteFailure().ok()) << "a new scan starts afresh";
 }
 
 }  // namespace

@@ -50,7 +50,7 @@ protected:
     RecordingSiteSheet sheetView;
     RecordingAlerts alerts;
     ProcessState process;
-    ScanViewController siteList{process, scanView};
+    ScanViewController siteList{process, scanView, alerts};
     AddEditDeleteSites records{siteList, sheetView, alerts};
 };
 

@@ -12,6 +12,7 @@ namespace loomcrest {
 namespace {
 
 using test::fileContents;
+using test::RecordingAlerts;
 using test::RecordingScanView;
 using test::TemporaryHome;
 using test::writeFile;
@@ -35,7 +36,8 @@ protected:
     TemporaryHome home;
     RecordingScanView view;
     ProcessState process;
-    ScanViewController controller{process, view};
+    RecordingAlerts alerts;
+    ScanViewController controller{process, view, alerts};
 };
 
 TEST_F(SiteSelection, StartsWithNoSiteAndDisabledControls) {

@@ -31,6 +31,46 @@ TEST(SiteInputMessages, ForbiddenCharacterLineAppearsOncePerKindOfCharacter) {
     EXPECT_EQ(checkSiteInput("a..b", "example.com").errors, kForbidden);
 }
 
+TEST(SiteInputMessages, TextNoFolderOrListCanHoldIsRefusedAfterTheOtherProblems) {
+    const std::string control = "\nThe site name cannot contain control characters";
+    const std::string notUtf8 = "\nThe site name is not valid UTF-8 text";
+    const std::string tooLong = "\nThe site name is too long";
+    const std::string urlControl = "\nThe site URL cannot contain control characters";
+    const std::string urlNotUtf8 = "\nThe site URL is not valid UTF-8 text";
+    const struct {
+        std::string name;
+        std::string url;
+        std::string errors;
+    } cases[] = {
+        {"a\tb", "example.com", control},
+        {"a\nb", "example.com", control},
+        {"a\rb", "example.com", control},
+        {"a\x1b[31mb", "example.com", control},
+        {std::string("a\0b", 3), "example.com", control},
+        {"a\x7f", "example.com", control},
+        {"a\xc2\x85"
+         "b",
+         "example.com", control},
+        {"a\xc2\x9f"
+         "b",
+         "example.com", control},
+        {"caf\xe9", "example.com", notUtf8},
+        {"a\xc2", "example.com", notUtf8},
+        {"\xc3\xa9t\xc3\xa9 \xc2\xa0\xe2\x80\x94", "example.com", ""},
+        {std::string(200, 'n'), "example.com", ""},
+        {std::string(201, 'n'), "example.com", tooLong},
+        {std::string(100, '\x01') + "b\xff" + std::string(100, 'n'), "example.com",
+         control + notUtf8 + tooLong},
+        {"a.b", "example.com/\tx", kForbidden + urlControl},
+        {"a", "http://h/\xe9.html", urlNotUtf8},
+        {"\t", "\n", control + urlControl},
+        {"", "", kBlankName + std::string(kBlankURL)},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(checkSiteInput(c.name, c.url).errors, c.errors) << testing::PrintToString(c.name);
+    }
+}
+
 TEST(SiteInputBlanks, ASurroundingBlankEmptiesTheField) {
     EXPECT_EQ(checkSiteInput(" Example", "example.com").errors, kBlankName);
     EXPECT_EQ(checkSiteInput("Example ", "example.com").errors, kBlankName);

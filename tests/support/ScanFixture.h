@@ -124,7 +124,7 @@ protected:
     // when it answered the request itself.
     std::function<bool(const httplib::Request&, httplib::Response&)> intercept;
     ProcessState process;
-    ScanViewController siteView{process, scanView};
+    ScanViewController siteView{process, scanView, alerts};
     ScanDriver driver{process, siteView, sheet, alerts, loop};
 
 private:

@@ -1,0 +1,223 @@
+#include <gtest/gtest.h>
+
+#include <map>
+#include <mutex>
+#include <set>
+#include <utility>
+
+#include "platform/FolderLock.h"
+#include "platform/Http.h"
+#include "sitemap/HtmlSitemapFormat.h"
+#include "sitemap/SitemapFiles.h"
+#include "sites/SiteFile.h"
+#include "sites/SitemapRestore.h"
+#include "support/FileSizeLimit.h"
+#include "support/ScanFixture.h"
+
+// What a scan does to the files it replaces, and to a disk that cannot take them.
+namespace loomcrest {
+namespace {
+
+using test::fileContents;
+using Files = std::map<std::string, std::string>;
+
+const std::vector<std::string> kSitemapNames = {
+    "sitemap1cpo.html", "sitemap2cpo.html", "sitemap3cpo.html", "sitemap1c.html",
+    "sitemap2c.html",   "sitemap3c.html",   "sitemap.xml",      "badLinks.txt"};
+constexpr const char* kNotWritten = "The sitemap files could not be written.";
+
+class ScanFiles : public test::ScanFixture {
+protected:
+    std::string folder() const { return home.dataRoot() + "/Test"; }
+
+    // Every file of the site's folder with its contents; the lock file holds nothing.
+    Files files() const {
+        Files contents;
+        for (const std::string& name : walkFolder(folder())) {
+            if (name != ".lock") {
+                contents[name] = fileContents(folder() + "/" + name);
+            }
+        }
+        return contents;
+    }
+
+    // The files without the previous set.
+    static Files current(Files all) {
+        std::erase_if(all, [](const auto& file) { return file.first.ends_with(".previous"); });
+        return all;
+    }
+
+    // A home page with `links` anchors to pages that are not there: its block alone makes
+    // the all-links layouts far larger than their headers.
+    void serveLargeSite(int links) {
+        std::string body = "<title>Large</title>";
+        for (int i = 0; i < links; ++i) {
+            body += "<a href=\"p/" + std::to_string(i) + ".html\">Page number " +
+                    std::to_string(i) + "</a>";
+        }
+        servePage("/", {body});
+    }
+
+    // Room for the headers of the sitemap files, not for a page block of serveLargeSite.
+    static rlim_t roomForHeadersOnly() {
+        return htmlSitemapHead().size() + kTableOpening.size() + 1000;
+    }
+
+    size_t requestsUnder(const std::string& prefix) {
+        size_t count = 0;
+        for (const std::string& line : requestLog()) {
+            count += line.find(" " + prefix) != std::string::npos ? 1 : 0;
+        }
+        return count;
+    }
+};
+
+TEST_F(ScanFiles, TheScanBeforeTheLastIsKeptAndCanBePutBack) {
+    servePage("/", {R"(<title>One</title><a href="gone.html">G</a>)"});
+    addSite();
+    scan();
+    const Files first = files();
+    EXPECT_FALSE(siteView.state().previousSitemapsKept);
+
+    servePage("/", {"<title>Two</title>"});
+    scan();
+    const Files second = files();
+    for (const std::string& name : kSitemapNames) {
+        EXPECT_EQ(second.at(name + ".previous"), first.at(name)) << name;
+    }
+    EXPECT_EQ(second.at("statistics.previous"),
+              "<pagesFound>2</pagesFound>\n<totalLinks>2</totalLinks>\n<pagesUsed>1</pagesUsed>");
+    EXPECT_TRUE(siteView.state().previousSitemapsKept);
+
+    // A start URL that is down leaves bare headers; the last complete set is one step away.
+    servePage("/", {"down", "text/html", 500});
+    scan();
+    EXPECT_EQ(files().at("sitemap.xml"), std::string(xmlSitemapHeader()));
+    SitemapRestore restore(siteView, alerts);
+    restore.restorePreviousSitemaps();
+    EXPECT_EQ(files(), current(second));
+    EXPECT_FALSE(siteView.state().previousSitemapsKept);
+
+    servePage("/", {R"(<title>Three</title><a href="a.html">A</a><a href="b.html">B</a>)"});
+    scan();
+    EXPECT_EQ(siteView.state().details.pagesFound, "3");
+    restore.restorePreviousSitemaps();
+    EXPECT_EQ(files(), current(second));
+    EXPECT_EQ(siteView.state().details.pagesFound, "1") << "the details show what was restored";
+    EXPECT_EQ(siteView.state().details.totalLinksFound, "1");
+    EXPECT_EQ(alerts.shown.back().title,
+              "Do you really want to restore the previous sitemaps of the site:\nTest");
+
+    alerts.shown.clear();
+    restore.restorePreviousSitemaps();
+    ASSERT_EQ(alerts.shown.size(), 1U);
+    EXPECT_EQ(alerts.shown[0].title, "There are no previous sitemaps to restore.");
+    EXPECT_EQ(alerts.shown[0].kind, AlertKind::Refusal);
+}
+
+TEST_F(ScanFiles, AFullDiskStopsTheScanAndLeavesThePreviousFiles) {
+    servePage("/", {R"(<title>Small</title><a href="gone.html">G</a>)"});
+    addSite();
+    scan();
+    const Files before = files();
+
+    serveLargeSite(300);
+    {
+        const test::FileSizeLimit fullDisk(roomForHeadersOnly());
+        scan();
+    }
+    ASSERT_EQ(alerts.shown.size(), 1U);
+    EXPECT_EQ(alerts.shown[0].kind, AlertKind::Refusal);
+    EXPECT_EQ(alerts.shown[0].title, kNotWritten);
+    const std::string& message = alerts.shown[0].message;
+    EXPECT_TRUE(message.starts_with(folder() + "/sitemap")) << message;
+    EXPECT_TRUE(message.ends_with(".html: File too large")) << message;
+    EXPECT_EQ(files(), before) << "the previous set is back, statistics and broken links too";
+    EXPECT_EQ(siteView.state().details.pagesFound, "2");
+    EXPECT_EQ(process.vrlmpBadLinkArray, std::vector<std::string>{server.url("/gone.html")});
+    EXPECT_LT(requestsUnder("/p/"), 10U) << "the scan stopped as Cancel would";
+    EXPECT_EQ(sheet.events.back(), "ended");
+    EXPECT_TRUE(siteView.state().scanButtonEnabled);
+}
+
+TEST_F(ScanFiles, AScanStartedOnAFullDiskChangesNothing) {
+    servePage("/", {"<title>Home</title>"});
+    addSite();
+    scan();
+    const Files before = files();
+    for (const auto& [room, failing] :
+         {std::pair<rlim_t, std::string>{10, "statistics.previous"}, {100, "sitemap1cpo.html"}}) {
+        alerts.shown.clear();
+        sheet.events.clear();
+        {
+            const test::FileSizeLimit fullDisk(room);
+            scan();
+        }
+        ASSERT_EQ(alerts.shown.size(), 1U);
+        EXPECT_EQ(alerts.shown[0].title, kNotWritten);
+        EXPECT_EQ(alerts.shown[0].message, folder() + "/" + failing + ": File too large");
+        EXPECT_EQ(files(), before) << "nothing is appended after the old closing tags";
+        EXPECT_EQ(sheet.events, (std::vector<std::string>{"connect", "connected"}));
+        EXPECT_TRUE(siteView.state().scanButtonEnabled);
+    }
+}
+
+TEST_F(ScanFiles, AFirstScanOnAFullDiskLeavesNoCutFile) {
+    serveLargeSite(300);
+    addSite();
+    {
+        const test::FileSizeLimit fullDisk(roomForHeadersOnly());
+        scan();
+    }
+    ASSERT_EQ(alerts.shown.size(), 1U);
+    EXPECT_EQ(alerts.shown[0].title, kNotWritten);
+    EXPECT_EQ(files(), (Files{{"Test.vrLMP", fileContents(folder() + "/Test.vrLMP")}}));
+    EXPECT_EQ(siteView.state().details.pagesFound, "0") << "the statistics were not written";
+}
+
+TEST_F(ScanFiles, ASiteBeingScannedIsNotScannedAgain) {
+    servePage("/", {"<title>Home</title>"});
+    addSite();
+    const FolderLock otherScan = FolderLock::tryLock(folder());
+    ASSERT_TRUE(otherScan.held());
+    scan();
+    ASSERT_EQ(alerts.shown.size(), 1U);
+    EXPECT_EQ(alerts.shown[0].kind, AlertKind::Refusal);
+    EXPECT_EQ(alerts.shown[0].title, "A scan of Test is already running.");
+    EXPECT_EQ(alerts.shown[0].message, "");
+    EXPECT_FALSE(pathExists(folder() + "/sitemap.xml"));
+    EXPECT_TRUE(sheet.events.empty());
+    EXPECT_TRUE(requestLog().empty());
+}
+
+TEST_F(ScanFiles, EveryRequestWaitsTwentySecondsButDateLookupsTen) {
+    servePage("/", {R"(<title>Home</title><a href="a.html">A</a><a href="gone.html">G</a>)"});
+    servePage("/a.html", {"<title>A</title>"});
+    addSite();
+    std::mutex mutex;
+    std::map<std::string, std::set<int64_t>> timeouts;
+    http::setRequestObserver([&](const http::Request& request) {
+        const std::lock_guard lock(mutex);
+        timeouts[request.method].insert(request.timeout.count());
+    });
+    scan();
+    http::setRequestObserver({});
+    EXPECT_EQ(timeouts, (std::map<std::string, std::set<int64_t>>{{"GET", {20}}, {"HEAD", {10}}}));
+}
+
+TEST_F(ScanFiles, TheCrawlKeepsTheFiltersItStartedWith) {
+    servePage("/", {R"(<title>Home</title><a href="a.html">A</a><a href="tmp.html">T</a>)"});
+    servePage("/a.html", {"<title>A</title>"});
+    servePage("/tmp.html", {"<title>Tmp</title>"});
+    addSite();
+    process.vrlmpFiltersArray = {"tmp"};
+    driver.setViewRefreshInterval(std::chrono::milliseconds(0));
+    // The window changes its list while the crawl runs (another site selected, a filter
+    // deleted); the crawl goes on with what it started with.
+    scanView.onScannedLinkAppended = [this] { process.vrlmpFiltersArray.clear(); };
+    scan();
+    EXPECT_EQ(scanView.scannedLinks, server.url("/") + "\n" + server.url("/a.html") + "\n");
+}
+
+}  // namespace
+}  // namespace loomcrest
