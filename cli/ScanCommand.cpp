@@ -5,10 +5,13 @@
 #include <atomic>
 #include <csignal>
 #include <iostream>
+#include <optional>
 
 #include "Commands.h"
 #include "ConsoleScanSheet.h"
+#include "CrawlOptions.h"
 #include "SiteSession.h"
+#include "crawler/CrawlSettingsFile.h"
 #include "crawler/ScanDriver.h"
 #include "platform/RunLoop.h"
 #include "sites/DataPaths.h"
@@ -74,6 +77,7 @@ public:
                         "Answer to the warning about URLs with several \"?\" (default: "
                         "continue; asked on a terminal)")
             ->check(CLI::IsMember({"continue", "cancel"}));
+        options_.addTo(scan);
         return scan;
     }
 
@@ -85,13 +89,36 @@ public:
             answer = WarningAnswer::Cancel;
         }
         SiteSession session(process(), err());
-        return scanSite(session, name_, answer, out(), err());
+        return scanSite(session, name_, answer, out(), err(), &options_);
     }
 
 private:
     std::string name_;
     std::string onWarning_;
+    CrawlOptions options_;
 };
+
+// The site's crawl settings changed by the options given; nothing when none was given or
+// the options ask for what is not allowed (refused on `alerts`).
+std::optional<CrawlSettings> settingsForThisScan(const std::string& name,
+                                                 const CrawlOptions* options,
+                                                 AlertPresenter& alerts, bool& refused) {
+    refused = false;
+    if (options == nullptr || !options->anyGiven()) {
+        return std::nullopt;
+    }
+    const std::string folder = siteFolderLocation(name);
+    CrawlSettingsRead read = readCrawlSettings(folder);
+    if (read.problem) {
+        alerts.presentAlert(unreadableCrawlSettingsAlert(folder, *read.problem), {});
+    }
+    if (const auto problem = options->applyTo(read.settings)) {
+        alerts.presentAlert(refusedCrawlSettingsAlert(*problem), {});
+        refused = true;
+        return std::nullopt;
+    }
+    return std::move(read.settings);
+}
 
 }  // namespace
 
@@ -100,8 +127,14 @@ std::unique_ptr<Command> makeScanCommand(CommandContext& context) {
 }
 
 int scanSite(SiteSession& session, const std::string& name, WarningAnswer onWarning,
-             std::ostream& out, std::ostream& err) {
+             std::ostream& out, std::ostream& err, const CrawlOptions* crawlOptions) {
     if (!session.selectSite(name)) {
+        return kExitRefused;
+    }
+    bool refused = false;
+    std::optional<CrawlSettings> settings =
+        settingsForThisScan(name, crawlOptions, session.alerts(), refused);
+    if (refused) {
         return kExitRefused;
     }
     configureWarningAnswer(session.alerts(), onWarning, err);
@@ -109,6 +142,9 @@ int scanSite(SiteSession& session, const std::string& name, WarningAnswer onWarn
     RunLoop loop;
     ConsoleScanSheet sheet(err, isatty(STDERR_FILENO) != 0, [&loop] { loop.stop(); });
     ScanDriver driver(session.process(), session.siteList(), sheet, session.alerts(), loop);
+    if (settings) {
+        driver.useCrawlSettingsOnce(std::move(*settings));
+    }
     const InterruptGuard interruptGuard;
     bool interrupted = false;
 
@@ -135,6 +171,9 @@ int scanSite(SiteSession& session, const std::string& name, WarningAnswer onWarn
         << "Total links: " << details.totalLinksFound << '\n'
         << "Broken links: " << details.brokenLinks << '\n'
         << "Files in: " << siteFolderLocation(session.process().vrlmpCurSite) << '\n';
+    if (const std::string& advice = session.siteList().state().crawlDelayAdvice; !advice.empty()) {
+        out << advice << '\n';
+    }
     return interrupted ? kExitInterrupted : kExitSuccess;
 }
 

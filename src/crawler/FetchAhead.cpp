@@ -31,6 +31,14 @@ void FetchAhead::handOver(std::string url) {
     changed_.notify_one();
 }
 
+void FetchAhead::handOverFetched(FetchedPage page) {
+    {
+        const std::lock_guard lock(mutex_);
+        fetched_.emplace(handedOver_, std::move(page));
+    }
+    ++handedOver_;
+}
+
 FetchedPage FetchAhead::take(size_t place) {
     std::unique_lock lock(mutex_);
     changed_.wait(lock, [&] { return fetched_.contains(place); });

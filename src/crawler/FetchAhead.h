@@ -35,6 +35,8 @@ public:
     bool hasRoom(size_t nextToTake) const { return handedOver_ < nextToTake + window_; }
     // Hands over the page at place handedOver().
     void handOver(std::string url);
+    // The same for a page already fetched.
+    void handOverFetched(FetchedPage page);
     // Waits for the page at `place`, which must have been handed over and not taken yet.
     FetchedPage take(size_t place);
 
