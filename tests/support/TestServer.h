@@ -17,7 +17,10 @@ public:
     TestServer() = default;
     TestServer(const TestServer&) = delete;
     TestServer& operator=(const TestServer&) = delete;
-    ~TestServer() {
+    ~TestServer() { stop(); }
+
+    // Returns once every handler has returned.
+    void stop() {
         // The server waits for kept-alive connections to close before it stops.
         http::closeThreadConnections();
         server_.stop();
