@@ -3,6 +3,8 @@
 # sites: `wget --spider -r` for comparison, then `loomcrest scan` with the default settings,
 # with --connections 4, and with --connections 4 --fetch-once. For each it prints the pages
 # a second, the requests nginx logged, the peak memory and the speed relative to wget's.
+# Last, the default scan again with --explain, whose peak memory should not grow with the
+# file it streams.
 # Usage: bench/scan_bench.sh [PAGES...]   (default: 10000 100000)
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -108,6 +110,16 @@ for count in ${@:-10000 100000}; do
             "$(echo "$requests / $found" | bc -l)" "$(echo "$peak_kb / 1024" | bc -l)" \
             "$(echo "$wget_elapsed / $elapsed" | bc -l)"
     done
+    HOME="$work/home" /usr/bin/time -f "%e %M" -o "$work/time" \
+        "$loomcrest" scan Bench --explain "$work/explain.tsv" > /dev/null 2>"$work/errors" || {
+        echo "scan --explain failed:" >&2
+        cat "$work/errors" >&2
+        exit 1
+    }
+    read -r explain_elapsed explain_peak_kb < "$work/time"
+    printf '         with --explain: %7.2f s, peak memory %5.1f MB, %d lines explained\n' \
+        "$explain_elapsed" "$(echo "$explain_peak_kb / 1024" | bc -l)" \
+        "$(($(wc -l < "$work/explain.tsv") - 1))"
 done
 
 # How the time per page grows from the smallest site to the largest, in every mode.

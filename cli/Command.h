@@ -11,6 +11,8 @@ inline constexpr int kExitSuccess = 0;
 // The action was refused by an alert, or named no site.
 inline constexpr int kExitRefused = 1;
 inline constexpr int kExitUsage = 2;
+// `scan --fail-on-broken` found broken links.
+inline constexpr int kExitBrokenLinks = 3;
 
 // What every command of one run works with.
 struct CommandContext {

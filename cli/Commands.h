@@ -22,5 +22,6 @@ std::unique_ptr<Command> makeXmlCommand(CommandContext& context);
 std::unique_ptr<Command> makeHtmlCommand(CommandContext& context);
 std::unique_ptr<Command> makeExportCommand(CommandContext& context);
 std::unique_ptr<Command> makeValidateCommand(CommandContext& context);
+std::unique_ptr<Command> makeBrokenCommand(CommandContext& context);
 
 }  // namespace loomcrest::cli

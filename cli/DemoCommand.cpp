@@ -8,6 +8,7 @@
 #include "ScanCommand.h"
 #include "SiteSession.h"
 #include "platform/Http.h"
+#include "sitemap/BrokenLinkDetails.h"
 #include "sitemap/SitemapFiles.h"
 #include "sites/DataPaths.h"
 
@@ -112,7 +113,8 @@ private:
         out() << "\nThe sitemaps of the demo site:\n";
         for (const std::string_view file :
              {kOneColumnAllLinks, kTwoColumnAllLinks, kThreeColumnAllLinks, kOneColumnPagesOnly,
-              kTwoColumnPagesOnly, kThreeColumnPagesOnly, kXmlSitemap, kBrokenLinksFile}) {
+              kTwoColumnPagesOnly, kThreeColumnPagesOnly, kXmlSitemap, kBrokenLinksFile,
+              kBrokenLinkDetailsFile}) {
             out() << "  " << folder << '/' << file << '\n';
         }
     }

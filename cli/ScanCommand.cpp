@@ -3,17 +3,22 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <chrono>
+#include <cmath>
 #include <csignal>
 #include <iostream>
 #include <optional>
 
+#include "BrokenLinksOutput.h"
 #include "Commands.h"
 #include "ConsoleScanSheet.h"
 #include "CrawlOptions.h"
 #include "SiteSession.h"
 #include "crawler/CrawlSettingsFile.h"
+#include "crawler/LinkExplanations.h"
 #include "crawler/ScanDriver.h"
 #include "platform/RunLoop.h"
+#include "platform/Text.h"
 #include "sites/DataPaths.h"
 
 namespace loomcrest::cli {
@@ -55,6 +60,35 @@ int askOnTerminal(const Alert& alert, std::ostream& err) {
     return declined ? kOtherButtonCode : kDefaultButtonCode;
 }
 
+void reportExplanationFailure(std::ostream& err, const std::string& path,
+                              const WriteResult& failure) {
+    err << "The explanations could not be written to \"" << path << "\".\n"
+        << failure.message() << '\n';
+}
+
+// The summary as labelled lines or, given the time the scan took, as one JSON object.
+void printSummary(std::ostream& out, const SiteDetailsFields& details, const std::string& folder,
+                  std::optional<double> jsonSeconds, std::vector<BrokenLinkDetail> brokenLinks) {
+    if (!jsonSeconds) {
+        out << "Pages found: " << details.pagesFound << '\n'
+            << "Pages used: " << details.linksScanned << '\n'
+            << "Total links: " << details.totalLinksFound << '\n'
+            << "Broken links: " << details.brokenLinks << '\n'
+            << "Files in: " << folder << '\n';
+        return;
+    }
+    const json::Object summary{
+        {"pagesFound", leadingIntegerValue(details.pagesFound)},
+        {"pagesUsed", leadingIntegerValue(details.linksScanned)},
+        {"totalLinks", leadingIntegerValue(details.totalLinksFound)},
+        {"brokenLinks", leadingIntegerValue(details.brokenLinks)},
+        {"folder", folder},
+        {"seconds", std::round(*jsonSeconds * 1000) / 1000},
+        {"brokenLinkDetails", brokenLinksJson(BrokenLinkReport{std::move(brokenLinks), true})},
+    };
+    out << json::write(summary, json::Layout::Indented) << '\n';
+}
+
 void configureWarningAnswer(ConsoleAlerts& alerts, WarningAnswer onWarning, std::ostream& err) {
     const bool interactive = onWarning == WarningAnswer::AskOnTerminal && isatty(STDIN_FILENO);
     alerts.answerQuestionsWith([onWarning, interactive, &err](const Alert& alert) {
@@ -65,7 +99,7 @@ void configureWarningAnswer(ConsoleAlerts& alerts, WarningAnswer onWarning, std:
     });
 }
 
-// `scan NAME [--on-warning continue|cancel]`.
+// `scan NAME [--on-warning continue|cancel] [--json] [--fail-on-broken] [--explain FILE]`.
 class ScanCommand : public Command {
 public:
     using Command::Command;
@@ -77,6 +111,14 @@ public:
                         "Answer to the warning about URLs with several \"?\" (default: "
                         "continue; asked on a terminal)")
             ->check(CLI::IsMember({"continue", "cancel"}));
+        scan.add_flag("--json", reporting_.json,
+                      "Print the summary as one JSON object, broken-link details included");
+        scan.add_flag("--fail-on-broken", reporting_.failOnBroken,
+                      "Exit 3 when the scan finishes with broken links");
+        scan.add_option("--explain", reporting_.explainPath,
+                        "Write every link the scan did not queue to FILE, with its page and "
+                        "the reason, as tab-separated lines")
+            ->type_name("FILE");
         options_.addTo(scan);
         return scan;
     }
@@ -89,12 +131,13 @@ public:
             answer = WarningAnswer::Cancel;
         }
         SiteSession session(process(), err());
-        return scanSite(session, name_, answer, out(), err(), &options_);
+        return scanSite(session, name_, answer, out(), err(), reporting_, &options_);
     }
 
 private:
     std::string name_;
     std::string onWarning_;
+    ScanReporting reporting_;
     CrawlOptions options_;
 };
 
@@ -127,7 +170,8 @@ std::unique_ptr<Command> makeScanCommand(CommandContext& context) {
 }
 
 int scanSite(SiteSession& session, const std::string& name, WarningAnswer onWarning,
-             std::ostream& out, std::ostream& err, const CrawlOptions* crawlOptions) {
+             std::ostream& out, std::ostream& err, const ScanReporting& reporting,
+             const CrawlOptions* crawlOptions) {
     if (!session.selectSite(name)) {
         return kExitRefused;
     }
@@ -138,15 +182,24 @@ int scanSite(SiteSession& session, const std::string& name, WarningAnswer onWarn
         return kExitRefused;
     }
     configureWarningAnswer(session.alerts(), onWarning, err);
+    LinkExplanations explanations;
+    if (!reporting.explainPath.empty()) {
+        if (const WriteResult opened = explanations.open(reporting.explainPath); !opened) {
+            reportExplanationFailure(err, reporting.explainPath, opened);
+            return kExitRefused;
+        }
+    }
 
     RunLoop loop;
     ConsoleScanSheet sheet(err, isatty(STDERR_FILENO) != 0, [&loop] { loop.stop(); });
     ScanDriver driver(session.process(), session.siteList(), sheet, session.alerts(), loop);
+    driver.explainSkippedLinks(reporting.explainPath.empty() ? nullptr : &explanations);
     if (settings) {
         driver.useCrawlSettingsOnce(std::move(*settings));
     }
     const InterruptGuard interruptGuard;
     bool interrupted = false;
+    const auto started = std::chrono::steady_clock::now();
 
     loop.perform([&] {
         driver.scanSiteAction();
@@ -164,17 +217,27 @@ int scanSite(SiteSession& session, const std::string& name, WarningAnswer onWarn
     if (session.alerts().anyRefusalShown()) {
         return kExitRefused;
     }
+    if (!reporting.explainPath.empty()) {
+        if (const WriteResult written = explanations.finish(); !written) {
+            reportExplanationFailure(err, reporting.explainPath, written);
+            return kExitRefused;
+        }
+    }
 
-    const SiteDetailsFields& details = session.siteList().state().details;
-    out << "Pages found: " << details.pagesFound << '\n'
-        << "Pages used: " << details.linksScanned << '\n'
-        << "Total links: " << details.totalLinksFound << '\n'
-        << "Broken links: " << details.brokenLinks << '\n'
-        << "Files in: " << siteFolderLocation(session.process().vrlmpCurSite) << '\n';
-    if (const std::string& advice = session.siteList().state().crawlDelayAdvice; !advice.empty()) {
+    const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - started;
+    const std::string folder = siteFolderLocation(session.process().vrlmpCurSite);
+    printSummary(out, session.siteList().state().details, folder,
+                 reporting.json ? std::optional(elapsed.count()) : std::nullopt,
+                 driver.brokenLinkDetails());
+    const std::string& advice = session.siteList().state().crawlDelayAdvice;
+    if (!advice.empty() && !reporting.json) {
         out << advice << '\n';
     }
-    return interrupted ? kExitInterrupted : kExitSuccess;
+    if (interrupted) {
+        return kExitInterrupted;
+    }
+    const bool foundBroken = !session.process().vrlmpBadLinkArray.empty();
+    return reporting.failOnBroken && foundBroken ? kExitBrokenLinks : kExitSuccess;
 }
 
 }  // namespace loomcrest::cli

@@ -4,6 +4,7 @@
 #include "RowNumber.h"
 #include "SiteSession.h"
 #include "editors/XMLViewController.h"
+#include "platform/Json.h"
 #include "platform/Text.h"
 
 namespace loomcrest::cli {
@@ -12,8 +13,8 @@ namespace {
 
 using Column = XMLViewController::Column;
 
-// `xml NAME [list]`, `xml NAME set ROW FIELD VALUE`, `xml NAME delete ROW` (rows from 1), as
-// the XML sitemap view's table, its cells and its Delete button.
+// `xml NAME [list] [--json]`, `xml NAME set ROW FIELD VALUE`, `xml NAME delete ROW` (rows from 1),
+// as the XML sitemap view's table, its cells and its Delete button.
 class XmlCommand : public Command {
 public:
     using Command::Command;
@@ -23,9 +24,15 @@ public:
             "xml", "List a scanned site's XML sitemap entries, change one or delete one");
         xml.add_option("NAME", name_, "Site name")->required();
         xml.require_subcommand(0, 1);
-        xml.add_subcommand("list",
-                           "Row, URL, last updated, change frequency, priority, separated by "
-                           "tabs (the default)");
+        CLI::App& list = *xml.add_subcommand(
+            "list",
+            "Row, URL, last updated, change frequency, priority, separated by tabs (the "
+            "default)");
+        for (CLI::App* listing : {&xml, &list}) {
+            listing->add_flag("--json", json_,
+                              "List the entries as a JSON array of objects: row, loc, lastmod, "
+                              "changefreq, priority");
+        }
         set_ = xml.add_subcommand("set", "Change one field of an entry");
         set_->add_option("ROW", row_, "Row number, counted from 1")->required();
         set_->add_option("FIELD", field_, "loc, lastmod, changefreq or priority")
@@ -66,6 +73,10 @@ public:
 
 private:
     void listEntries(const XMLViewController& xml) {
+        if (json_) {
+            listEntriesAsJson(xml);
+            return;
+        }
         for (size_t row = 0; row < xml.numberOfRowsInTableView(); ++row) {
             out() << row + 1;
             for (const Column column :
@@ -74,6 +85,19 @@ private:
             }
             out() << '\n';
         }
+    }
+
+    void listEntriesAsJson(const XMLViewController& xml) {
+        json::Array entries;
+        for (size_t row = 0; row < xml.numberOfRowsInTableView(); ++row) {
+            entries.emplace_back(json::Object{
+                {"row", static_cast<int64_t>(row + 1)},
+                {"loc", xml.objectValueForTableColumn(Column::URL, row)},
+                {"lastmod", xml.objectValueForTableColumn(Column::LastUpdated, row)},
+                {"changefreq", xml.objectValueForTableColumn(Column::ChangeFrequency, row)},
+                {"priority", xml.objectValueForTableColumn(Column::Priority, row)}});
+        }
+        out() << json::write(entries, json::Layout::Indented) << '\n';
     }
 
     std::optional<size_t> rowIndex(size_t rows) {
@@ -111,6 +135,7 @@ private:
     }
 
     std::string name_;
+    bool json_ = false;
     std::string row_;
     std::string field_;
     std::string value_;

@@ -72,7 +72,7 @@ MainViewControl::MainViewControl(QWidget* parent) : QMainWindow(parent) {
     xmlWindowView_ = new XmlSitemapView(state_, *alerts_, shownSiteName, this);
     uploadWindowView_ = plainView(QStringLiteral("uploadWindowView"),
                                   QStringLiteral("Upload your sitemaps to your web server."));
-    brokenLinksView_ = new BrokenLinksViewWidget(*exportView_, this);
+    brokenLinksView_ = new BrokenLinksViewWidget(*exportView_, *alerts_, this);
     for (QWidget* view : {static_cast<QWidget*>(scanView_), static_cast<QWidget*>(htmlWindowView_),
                           htmlEditorWindowView_, static_cast<QWidget*>(xmlWindowView_),
                           static_cast<QWidget*>(exportView_), uploadWindowView_,

@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QIcon>
 #include <QListWidget>
 #include <QTimer>
 #include <csignal>
@@ -16,6 +17,8 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Loomcrest"));
     QApplication::setDesktopFileName(QStringLiteral("loomcrest"));
+    QApplication::setWindowIcon(QIcon::fromTheme(
+        QStringLiteral("loomcrest"), QIcon(QStringLiteral(":/icons/loomcrest.png"))));
 
     QCommandLineParser options;
     options.setApplicationDescription(QStringLiteral("Loomcrest: sitemaps for the sites you run."));

@@ -10,14 +10,14 @@ output=$2
 
 # The subcommands listed in the help read on standard input.
 subcommands() {
-    awk '/^[A-Z][a-z]*:$/ { on = ($0 == "Subcommands:"); next } on && /^  [a-z0-9]/ { print $1 }'
+    awk '/^[A-Z][a-z ]*:$/ { on = ($0 == "Subcommands:"); next } on && /^  [a-z0-9]/ { print $1 }'
 }
 
 # The positionals listed in the help read on standard input, one a line: the name, a tab and
 # a word that will do in its place to reach a subcommand's help. That is any text, but for a
 # positional with a fixed set of answers it must be one of them.
 positionals() {
-    awk -v OFS='\t' '/^[A-Z][a-z]*:$/ { on = ($0 == "Positionals:"); next }
+    awk -v OFS='\t' '/^[A-Z][a-z ]*:$/ { on = ($0 == "Positionals:"); next }
         on && /^  [A-Z]/ {
             print $1, (match($2, /\{[^,}]*/) ? substr($2, RSTART + 1, RLENGTH - 1) : $1)
         }'
@@ -74,7 +74,7 @@ to_roff() {
             if (from != "" && index($0 " ", from " ") == 1)
                 $0 = to substr($0, length(from) + 1)
             print ".SS \"" roff($0) "\"\n" roff(description); next }
-        /^[A-Z][a-z]*:$/ { flush(); section = $0; next }
+        /^[A-Z][a-z ]*:$/ { flush(); section = $0; next }
         /^$/ { flush(); next }
         /^  [^ ]/ {
             flush()

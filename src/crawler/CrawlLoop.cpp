@@ -134,6 +134,7 @@ void ScanDriver::crawlPage(const std::string& url, FetchedPage& fetched) {
     scanner_.setPageBaseURLs(url);
     if (!page.good) {
         brokenLinks_.push_back(scanner_.pageBaseURLUnchanged);
+        brokenLinkRecorder_.pageBroken(scanner_.pageBaseURLUnchanged, std::move(page.failure));
         return;
     }
     const std::string fragment = pageTitleLine(url, scanner_.totLinks, title.title);
@@ -170,21 +171,40 @@ void ScanDriver::extractLinks(const MarkupDocument& document) {
             break;
         }
         refreshScanSheet(false);
-        const LinkDecision decision = scanner_.acceptLink(findHREFInNode(anchor));
+        const std::string href = findHREFInNode(anchor);
+        const LinkDecision decision = scanner_.acceptLink(href);
         if (decision.outcome == LinkOutcome::Queued) {
             pendingScannedLinks_.push_back(decision.url);
             refreshScannedLinks(false);
+        } else if (explanations_ != nullptr) {
+            explanations_->linkNotQueued(scanner_.pageBaseURLUnchanged, href, decision);
         }
-        if (decision.outcome == LinkOutcome::Dropped ||
-            scanner_.pageInnerLinksMArray.contains(decision.url)) {
+        if (decision.outcome == LinkOutcome::Dropped) {
+            continue;
+        }
+        if (scanner_.pageInnerLinksMArray.contains(decision.url)) {
+            brokenLinkRecorder_.linkTo(decision.url);
             continue;
         }
         scanner_.pageInnerLinksMArray.append(decision.url);
-        scanner_.fullPageData += linkLine(decision.url, scanner_.totLinks, findLinkTitle(anchor));
+        std::string linkText = findLinkTitle(anchor);
+        scanner_.fullPageData += linkLine(decision.url, scanner_.totLinks, linkText);
+        noteLinkForBrokenPages(decision, std::move(linkText));
     }
     scanner_.buildAllLinksSitemaps(scanner_.fullPageData);
     scanner_.fullPageData.clear();
     scanner_.pageInnerLinksMArray.clear();
+}
+
+// A queued link is the first to its page; any other only adds to the count of its target.
+void ScanDriver::noteLinkForBrokenPages(const LinkDecision& decision, std::string linkText) {
+    if (decision.outcome == LinkOutcome::Queued) {
+        const PageList& pages = scanner_.uniquePagesLeftMArray;
+        brokenLinkRecorder_.pageQueued(pages[pages.size() - 1], scanner_.pageBaseURLUnchanged,
+                                       std::move(linkText));
+    } else {
+        brokenLinkRecorder_.linkTo(decision.url);
+    }
 }
 
 void ScanDriver::afterPage() {

@@ -38,6 +38,18 @@ bool queryMayBeQueued(std::string_view url, const std::vector<std::string>& allo
     });
 }
 
+LinkDecision dropped(LinkReason reason, std::string_view rule = {}) {
+    return LinkDecision{LinkOutcome::Dropped, {}, reason, rule};
+}
+
+LinkDecision recorded(std::string url, LinkReason reason) {
+    return LinkDecision{LinkOutcome::Recorded, std::move(url), reason, {}};
+}
+
+bool isWebScheme(std::string_view scheme) {
+    return equalsIgnoringCase(scheme, "http") || equalsIgnoringCase(scheme, "https");
+}
+
 }  // namespace
 
 // The site base is the same for every link of a scan, so its key is worked out once.
@@ -53,11 +65,11 @@ const SiteScanner::SiteBaseKey& SiteScanner::siteBaseKey() {
 
 LinkDecision SiteScanner::acceptLink(std::string_view href) {
     if (href.empty()) {
-        return {};
+        return dropped(LinkReason::Empty);
     }
     auto resolved = resolveUrl(pageBaseURLUnchanged, href);
     if (!resolved) {
-        return {};
+        return dropped(LinkReason::NotAUrl);
     }
     std::string url = std::move(*resolved);
     if (const size_t hash = url.rfind('#'); hash != std::string::npos) {
@@ -66,36 +78,38 @@ LinkDecision SiteScanner::acceptLink(std::string_view href) {
 
     const auto parts = parseUrl(url);
     if (!parts) {
-        return {};
+        return dropped(LinkReason::NotAUrl);
     }
     const bool isMail = url.starts_with("mailto:");
     if (!parts->hasQuery && !isMail) {
         if (const size_t dot = parts->path.find('.'); dot != std::string::npos) {
             // From the first "." on, so "/docs.old/page.html" gives ".old/page.html".
             if (!isAllowedMedia(allowedMediaArray, std::string_view(parts->path).substr(dot))) {
-                return {};
+                return dropped(LinkReason::Extension);
             }
         } else if (std::any_of(
                        allowedMediaArray.begin(), allowedMediaArray.end(),
                        [&](const std::string& ext) { return inPageList(url + "index" + ext); })) {
-            return {};
+            return dropped(LinkReason::FolderOfIndexPage);
         }
     }
 
-    if (anyEntryOccursIn(url, filters)) {
-        return {};
+    if (const std::string* filter = firstEntryOccurringIn(url, filters)) {
+        return dropped(LinkReason::Filter, *filter);
     }
-    if (!ignoreRobots && anyEntryOccursIn(url, robotsArray)) {
-        return {};
+    if (!ignoreRobots) {
+        if (const std::string* rule = firstEntryOccurringIn(url, robotsArray)) {
+            return dropped(LinkReason::RobotsRule, *rule);
+        }
     }
     if (url.empty()) {
-        return {};
+        return dropped(LinkReason::Empty);
     }
 
     const size_t schemeLength = parts->scheme.size();
     const SiteBaseKey& base = siteBaseKey();
     if (url.size() <= schemeLength + 3 || siteBaseURL.size() <= base.schemeLength + 3) {
-        return {};
+        return dropped(LinkReason::NoHostOrPath);
     }
     const std::string hostPath = hostPathKey(url, schemeLength);
     if (parts->path.empty()) {
@@ -104,9 +118,13 @@ LinkDecision SiteScanner::acceptLink(std::string_view href) {
 
     // A plain prefix test: for the site "http://shop/" the host "shopfront" is inside too.
     if (!hostPath.starts_with(base.hostPath)) {
-        return LinkDecision{LinkOutcome::Recorded, std::move(url)};
+        return recorded(std::move(url), isWebScheme(parts->scheme) ? LinkReason::OffSiteHost
+                                                                   : LinkReason::OtherScheme);
     }
+    return queueInSiteLink(std::move(url));
+}
 
+LinkDecision SiteScanner::queueInSiteLink(std::string url) {
     std::string indexForm = url;
     for (const std::string& ext : allowedMediaArray) {
         if (url.ends_with("index" + ext)) {
@@ -117,13 +135,22 @@ LinkDecision SiteScanner::acceptLink(std::string_view href) {
     const std::string hostTwin = containsIgnoringCase(url, "://www.")
                                      ? replaceAll(url, "://www.", "://")
                                      : replaceAll(url, "://", "://www.");
-    const bool queueable =
-        url.find('?') == std::string::npos || queryMayBeQueued(url, allowedMediaArray);
-    if (queueable && !inPageList(url) && !inPageList(indexForm) && !inPageList(hostTwin)) {
-        uniquePagesLeftMArray.append(url);
-        return LinkDecision{LinkOutcome::Queued, std::move(url)};
+    if (url.find('?') != std::string::npos && !queryMayBeQueued(url, allowedMediaArray)) {
+        const bool manyMarks = std::count(url.begin(), url.end(), '?') >= 2;
+        return recorded(std::move(url),
+                        manyMarks ? LinkReason::TooManyQueryMarks : LinkReason::QueryWithoutPage);
     }
-    return LinkDecision{LinkOutcome::Recorded, std::move(url)};
+    if (inPageList(url)) {
+        return recorded(std::move(url), LinkReason::Duplicate);
+    }
+    if (inPageList(indexForm)) {
+        return recorded(std::move(url), LinkReason::IndexPageOfFolder);
+    }
+    if (inPageList(hostTwin)) {
+        return recorded(std::move(url), LinkReason::WwwTwin);
+    }
+    uniquePagesLeftMArray.append(url);
+    return LinkDecision{LinkOutcome::Queued, std::move(url), LinkReason::Queued, {}};
 }
 
 }  // namespace loomcrest

@@ -11,6 +11,21 @@ bool cancelled(const http::Session& session) {
     return session.cancellation() != nullptr && session.cancellation()->isCancelled();
 }
 
+// The status of the first answer when it failed, else what was wrong with the second.
+std::string pageFailure(const http::Response& first, const http::Response& second) {
+    if (first.statusCode >= 400) {
+        return http::statusText(first.statusCode);
+    }
+    if (!second.isHttp) {
+        return second.errorText;
+    }
+    if (second.statusCode >= 400) {
+        return http::statusText(second.statusCode);
+    }
+    const std::string type = second.mimeType.empty() ? "no media type" : second.mimeType;
+    return http::statusText(second.statusCode) + " (" + type + ", not text/html)";
+}
+
 }  // namespace
 
 bool isFolderListing(const PageTitleLookup& title) {
@@ -32,6 +47,7 @@ PageBody fetchPageBody(const std::string& url, const http::Session& session) {
     const http::Response first = send("GET", kPageTimeout);
     if (!first.isHttp) {
         // Nothing answered, so there is no media type either: the page ends up broken.
+        page.failure = first.errorText;
         return page;
     }
     // The page is asked for twice; the second answer gives the body and the media type.
@@ -41,6 +57,7 @@ PageBody fetchPageBody(const std::string& url, const http::Session& session) {
         page.body = std::move(second.body);
     }
     if (!page.good) {
+        page.failure = pageFailure(first, second);
         return page;
     }
     const http::Response dated = send("HEAD", kLastModifiedTimeout);
@@ -60,8 +77,14 @@ FetchedPage pageFromAnswer(http::Response answer) {
     FetchedPage fetched;
     PageBody page;
     page.interrupted = answer.interrupted;
-    if (answer.isHttp) {
+    if (!answer.isHttp) {
+        page.failure = answer.errorText;
+    } else {
         page.good = answer.statusCode < 400 && answer.mimeType == "text/html";
+        if (!page.good) {
+            // The one answer stands for both fetches of a page asked for twice.
+            page.failure = pageFailure(answer, answer);
+        }
         page.body = std::move(answer.body);
         if (page.good && answer.lastModified) {
             page.lastModified = weekYearDate(*answer.lastModified);

@@ -20,6 +20,8 @@ struct PageBody {
     std::string lastModified;
     // The user's cancel broke into the requests; the page must not be dealt with.
     bool interrupted = false;
+    // Why a page that is not good failed: "404 - Not Found", "Connection refused", ...
+    std::string failure;
 };
 
 struct FetchedPage {

@@ -21,8 +21,15 @@ std::vector<std::string> parseRobotsText(std::string_view text) {
 }
 
 bool anyEntryOccursIn(std::string_view url, const std::vector<std::string>& entries) {
-    return std::any_of(entries.begin(), entries.end(),
-                       [&](const std::string& entry) { return containsIgnoringCase(url, entry); });
+    return firstEntryOccurringIn(url, entries) != nullptr;
+}
+
+const std::string* firstEntryOccurringIn(std::string_view url,
+                                         const std::vector<std::string>& entries) {
+    const auto found = std::find_if(entries.begin(), entries.end(), [&](const std::string& entry) {
+        return containsIgnoringCase(url, entry);
+    });
+    return found == entries.end() ? nullptr : &*found;
 }
 
 }  // namespace loomcrest

@@ -13,5 +13,8 @@ std::vector<std::string> parseRobotsText(std::string_view text);
 
 // Whether any non-empty entry occurs anywhere in `url`, ignoring case.
 bool anyEntryOccursIn(std::string_view url, const std::vector<std::string>& entries);
+// The first entry, in list order, that occurs in `url` ignoring case; null when none does.
+const std::string* firstEntryOccurringIn(std::string_view url,
+                                         const std::vector<std::string>& entries);
 
 }  // namespace loomcrest

@@ -87,6 +87,7 @@ void ScanDriver::scanSiteAction() {
     siteView_.showCrawlDelayAdvice(delay ? crawlDelayAdvice(*delay) : std::string());
     scanner_.ignoreRobots = siteView_.state().ignoreRobotsChecked;
     scanner_.uniquePagesLeftMArray.append(typedURL);
+    brokenLinkRecorder_.startPage(scanner_.uniquePagesLeftMArray[0]);
 
     sheet_.showConnectionSheet(false);
     sheet_.showProgressSheet(true);
@@ -124,6 +125,7 @@ void ScanDriver::resetForScan() {
     process_.vrlmpBadLinkArray.clear();
     brokenLinks_.clear();
     brokenLinksHandedOver_ = 0;
+    brokenLinkRecorder_.reset();
     writeFailure_ = {};
     scanner_.pageInnerLinksMArray.clear();
     scanner_.filters = process_.vrlmpFiltersArray;

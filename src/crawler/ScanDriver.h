@@ -12,7 +12,9 @@
 #include <thread>
 #include <vector>
 
+#include "crawler/BrokenLinkRecorder.h"
 #include "crawler/CrawlSettings.h"
+#include "crawler/LinkExplanations.h"
 #include "crawler/ScanSheetView.h"
 #include "crawler/SiteScanner.h"
 #include "platform/Alerts.h"
@@ -86,6 +88,13 @@ public:
     // user-interface thread. Zero refreshes them at every step.
     void setViewRefreshInterval(std::chrono::milliseconds interval) { refreshInterval_ = interval; }
     int32_t pagesDealtWith() const { return ssf_; }
+    // Where the next scans write every link they do not queue; null for nowhere. Written on
+    // the worker thread; the caller finishes the file once the scan has ended.
+    void explainSkippedLinks(LinkExplanations* explanations) { explanations_ = explanations; }
+    // The details of the last scan's broken pages; read once it has ended.
+    std::vector<BrokenLinkDetail> brokenLinkDetails() const {
+        return brokenLinkRecorder_.details();
+    }
 
 private:
     void startWorker();
@@ -103,6 +112,7 @@ private:
     FetchedPage fetchTitle(size_t place, const std::string& url, FetchAhead* ahead);
     void crawlPage(const std::string& url, FetchedPage& fetched);
     void extractLinks(const MarkupDocument& document);
+    void noteLinkForBrokenPages(const LinkDecision& decision, std::string linkText);
     void afterPage();
     void refreshScanSheet(bool force);
     void refreshTotalLinks(bool force);
@@ -147,6 +157,8 @@ private:
     // worker waits for it.
     std::vector<std::string> brokenLinks_;
     size_t brokenLinksHandedOver_ = 0;
+    BrokenLinkRecorder brokenLinkRecorder_;
+    LinkExplanations* explanations_ = nullptr;
 
     // User-interface thread only.
     bool reopenFilterDrawer_ = false;

@@ -1,6 +1,7 @@
 #include "app/ProcessState.h"
 #include "crawler/ScanDriver.h"
 #include "platform/FileSystem.h"
+#include "sitemap/BrokenLinkDetails.h"
 #include "sitemap/PreviousSitemaps.h"
 #include "sitemap/SitemapFiles.h"
 #include "sites/DataPaths.h"
@@ -74,9 +75,15 @@ WriteResult ScanDriver::updateAllScanDetails() {
     const size_t brokenLinks = process_.vrlmpBadLinkArray.size();
     siteView_.showScanStatistics(totalLinks, pagesFound, brokenLinks);
 
-    const std::string listPath =
-        parentFolderOf(returnFullFileLocation(siteName)) + "/" + std::string(kBrokenLinksFile);
-    WriteResult written;
+    const std::string folder = parentFolderOf(returnFullFileLocation(siteName));
+    const std::string listPath = folder + "/" + std::string(kBrokenLinksFile);
+    // The details go first: should the list then fail, the previous set comes back, and a
+    // reader takes details only when they list the same pages as the list.
+    WriteResult written = writeFileAtomically(folder + "/" + std::string(kBrokenLinkDetailsFile),
+                                              brokenLinkDetailsTsv(brokenLinkRecorder_.details()));
+    if (!written) {
+        return written;
+    }
     if (brokenLinks != 0) {
         std::string list;
         for (const std::string& url : process_.vrlmpBadLinkArray) {

@@ -26,12 +26,38 @@ enum class LinkOutcome {
     Queued,    // listed, and appended to the page list to be fetched later
 };
 
+// Why a link was not queued, or Queued when it was.
+enum class LinkReason {
+    Queued,
+    Empty,              // no href at all
+    NotAUrl,            // the href cannot be resolved or parsed
+    Extension,          // a path whose extension is not a page extension
+    FolderOfIndexPage,  // a folder whose index page is queued already
+    Filter,             // one of the user's filters occurs in it
+    RobotsRule,         // a Disallow value occurs in it
+    NoHostOrPath,       // too short to hold a host
+    OtherScheme,        // not http or https, and not in the site
+    OffSiteHost,        // outside the site base
+    TooManyQueryMarks,  // two or more "?"
+    QueryWithoutPage,   // one "?", but no page extension before it
+    Duplicate,          // queued already
+    IndexPageOfFolder,  // its folder is queued already
+    WwwTwin,            // the same address with or without "www." is queued already
+};
+
 struct LinkDecision {
     LinkOutcome outcome = LinkOutcome::Dropped;
     // The absolute URL the link stands for; empty when dropped.
     std::string url;
+    LinkReason reason = LinkReason::Empty;
+    // The filter or robots value that matched; it lives as long as the scanner's lists.
+    std::string_view rule;
 
-    bool operator==(const LinkDecision&) const = default;
+    // Two decisions are alike when they do the same with the same URL; the reason only
+    // explains the outcome.
+    bool operator==(const LinkDecision& other) const {
+        return outcome == other.outcome && url == other.url;
+    }
 };
 
 // The crawler. It judges every link against the site's base, the allowed page extensions,
@@ -116,6 +142,8 @@ private:
     };
 
     const SiteBaseKey& siteBaseKey();
+    // The queue test of a link inside the site.
+    LinkDecision queueInSiteLink(std::string url);
     std::string sitemapFile(std::string_view name) const;
     void appendToSitemap(std::string_view name, std::string_view piece);
     bool inPageList(const std::string& url) const { return uniquePagesLeftMArray.contains(url); }

@@ -10,6 +10,7 @@
 #include "export/ExportFile.h"
 #include "platform/FileSystem.h"
 #include "platform/Text.h"
+#include "sitemap/BrokenLinkDetails.h"
 #include "sitemap/HtmlSitemapFormat.h"
 #include "sites/DataPaths.h"
 
@@ -27,6 +28,7 @@ constexpr std::chrono::milliseconds kBarInterval{50};
 const SaveFileRequest kHtmlSave{"sitemap.html", {"html", "php", "asp", "htm"}, true};
 const SaveFileRequest kBrokenHtmlSave{"brokenLinksExport.html", {"html"}, true};
 const SaveFileRequest kBrokenTextSave{"brokenLinksExport.txt", {"txt"}, true};
+const SaveFileRequest kBrokenCsvSave{"brokenLinksExport.csv", {"csv"}, true};
 
 }  // namespace
 
@@ -62,6 +64,10 @@ void SitemapExporter::exportBrokenAsHTMLAction() {
 
 void SitemapExporter::exportBrokenAsTXTAction() {
     start(Kind::BrokenTXTExport);
+}
+
+void SitemapExporter::exportBrokenAsCSVAction() {
+    start(Kind::BrokenCSVExport);
 }
 
 void SitemapExporter::start(Kind kind) {
@@ -109,6 +115,13 @@ void SitemapExporter::exportSitemaps(Kind kind) {
         case Kind::BrokenTXTExport:
             ui_.performAndWait(
                 [this] { save(kBrokenTextSave, brokenLinksText(process_.vrlmpBadLinkArray)); });
+            return;
+        case Kind::BrokenCSVExport:
+            ui_.performAndWait([this] {
+                const BrokenLinkReport report =
+                    readBrokenLinkReport(siteFolder(), process_.vrlmpBadLinkArray);
+                save(kBrokenCsvSave, brokenLinkDetailsCsv(report.rows));
+            });
             return;
         case Kind::XML:
             exportXml();

@@ -39,15 +39,15 @@ public:
 };
 
 // Exports a scanned site's files for publication: one HTML layout without its LINKID
-// markers, the XML sitemap without empty elements, or the broken-links list as HTML or
-// text. Each export runs on a worker thread of its own; the dialogs and the writing happen
+// markers, the XML sitemap without empty elements, or the broken-links list as HTML, text
+// or CSV. Each export runs on a worker thread of its own; the dialogs and the writing happen
 // on the user-interface thread, except for the XML sitemap's files, which the worker writes
 // once the user has chosen where. An XML sitemap that is not well formed is offered with its
 // bare "&" escaped, and one too big for a single file is written as a sitemap index with its
 // parts beside it. A file that cannot be written is refused with the system's reason.
 class SitemapExporter {
 public:
-    enum class Kind { HTML, XML, BrokenHTMLExport, BrokenTXTExport };
+    enum class Kind { HTML, XML, BrokenHTMLExport, BrokenTXTExport, BrokenCSVExport };
     // The six layout boxes, in the order an export visits them.
     enum Box { threeCSF, twoCSF, oneCSF, threeCST, twoCST, oneCST };
 
@@ -67,6 +67,8 @@ public:
     void exportXMLSitemap();
     void exportBrokenAsHTMLAction();
     void exportBrokenAsTXTAction();
+    // The broken links with their details from "brokenLinks.tsv", as comma-separated values.
+    void exportBrokenAsCSVAction();
     // Waits for the export that is running.
     void waitForExport();
     // A question the running export waits for is taken as answered "Cancel": the window

@@ -3,6 +3,7 @@
 #include <array>
 #include <vector>
 
+#include "sitemap/BrokenLinkDetails.h"
 #include "sitemap/SitemapFiles.h"
 
 namespace loomcrest {
@@ -23,6 +24,10 @@ constexpr std::array<SitemapFile, 7> kSitemapFiles = {{
     {kThreeColumnAllLinks, "</html>"},
     {kXmlSitemap, "</urlset>"},
 }};
+
+// The broken-links list and its details, which a scan keeps in place until its end.
+constexpr std::array<std::string_view, 2> kBrokenLinkLists = {kBrokenLinksFile,
+                                                              kBrokenLinkDetailsFile};
 
 std::string inFolder(const std::string& folder, std::string_view name) {
     return folder + "/" + std::string(name);
@@ -101,9 +106,10 @@ WriteResult keepPreviousSitemaps(const std::string& folder, std::string_view sta
         }
         moved.push_back(file.name);
     }
-    if (result) {
-        result = keepBrokenLinksList(inFolder(folder, kBrokenLinksFile),
-                                     previousOf(folder, kBrokenLinksFile));
+    for (const std::string_view list : kBrokenLinkLists) {
+        if (result) {
+            result = keepBrokenLinksList(inFolder(folder, list), previousOf(folder, list));
+        }
     }
     if (!result) {
         // The current files go back where they were; the previous set they replaced is
@@ -124,10 +130,12 @@ WriteResult putBackPreviousSitemaps(const std::string& folder) {
             return moved;
         }
     }
-    if (WriteResult moved = moveBrokenLinksList(previousOf(folder, kBrokenLinksFile),
-                                                inFolder(folder, kBrokenLinksFile));
-        !moved) {
-        return moved;
+    for (const std::string_view list : kBrokenLinkLists) {
+        if (WriteResult moved =
+                moveBrokenLinksList(previousOf(folder, list), inFolder(folder, list));
+            !moved) {
+            return moved;
+        }
     }
     return removeFile(inFolder(folder, kPreviousStatisticsFile));
 }

@@ -7,9 +7,9 @@
 #include "platform/FileSystem.h"
 
 // The sitemaps of the scan before the last, kept beside the current ones: each of the seven
-// sitemap files and "badLinks.txt" with the suffix ".previous", and the statistics the site
-// file held for them in "statistics.previous". A scan that is cut short, fails or finds the
-// site down leaves unfinished files; the previous set can then be put back.
+// sitemap files, "badLinks.txt" and "brokenLinks.tsv" with the suffix ".previous", and the
+// statistics the site file held for them in "statistics.previous". A scan that is cut short, fails
+// or finds the site down leaves unfinished files; the previous set can then be put back.
 namespace loomcrest {
 
 inline constexpr std::string_view kPreviousSuffix = ".previous";

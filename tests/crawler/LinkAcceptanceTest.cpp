@@ -29,7 +29,7 @@ protected:
 };
 
 LinkDecision decision(LinkOutcome outcome, std::string url) {
-    return LinkDecision{outcome, std::move(url)};
+    return LinkDecision{outcome, std::move(url), {}, {}};
 }
 
 const LinkDecision kDropped;

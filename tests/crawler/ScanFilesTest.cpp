@@ -22,8 +22,8 @@ using test::fileContents;
 using Files = std::map<std::string, std::string>;
 
 const std::vector<std::string> kSitemapNames = {
-    "sitemap1cpo.html", "sitemap2cpo.html", "sitemap3cpo.html", "sitemap1c.html",
-    "sitemap2c.html",   "sitemap3c.html",   "sitemap.xml",      "badLinks.txt"};
+    "sitemap1cpo.html", "sitemap2cpo.html", "sitemap3cpo.html", "sitemap1c.html", "sitemap2c.html",
+    "sitemap3c.html",   "sitemap.xml",      "badLinks.txt",     "brokenLinks.tsv"};
 constexpr const char* kNotWritten = "The sitemap files could not be written.";
 
 class ScanFiles : public test::ScanFixture {

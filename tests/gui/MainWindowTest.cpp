@@ -1,11 +1,14 @@
 #include <QAction>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QDBusConnection>
 #include <QDBusInterface>
 #include <QDBusPendingCall>
+#include <QDesktopServices>
 #include <QDialog>
 #include <QFileDialog>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -16,6 +19,7 @@
 #include <QPushButton>
 #include <QSettings>
 #include <QStackedWidget>
+#include <QTableWidget>
 #include <QTemporaryDir>
 #include <QtTest>
 #include <memory>
@@ -45,6 +49,16 @@ using namespace loomcrest::gui;
 
 // Drives the real main window under Xvfb. Every alert is answered from a queue, so no test
 // waits for a person.
+// Takes the place of the browser: the addresses the window asked to open.
+class UrlRecorder : public QObject {
+    Q_OBJECT
+public slots:
+    void open(const QUrl& url) { urls << url; }
+
+public:
+    QList<QUrl> urls;
+};
+
 class MainWindowTest : public QObject {
     Q_OBJECT
 
@@ -107,6 +121,50 @@ private:
     }
     QString detail(const char* name) { return scan().detail(QString::fromLatin1(name))->text(); }
     QPoint placeInWindow(const QWidget* widget) { return widget->mapTo(window_.get(), QPoint()); }
+
+    // The details as columns; a double-click opens the page, Ctrl+C copies the selected
+    // rows, the CSV button exports them; a list without details shows the URL alone.
+    void checkBrokenLinksView(const std::string& gone, const std::string& home) {
+        BrokenLinksViewWidget& view = window_->brokenLinksView();
+        QTableWidget* table = view.table();
+        QCOMPARE(table->rowCount(), 1);
+        QStringList cells;
+        QStringList titles;
+        for (int column = 0; column < table->columnCount(); ++column) {
+            titles << table->horizontalHeaderItem(column)->text();
+            cells << table->item(0, column)->text();
+        }
+        QCOMPARE(titles, (QStringList{"URL", "Status", "Found on", "Link text", "Links"}));
+        const QString row = QString::fromStdString(gone + "\t404 - Not Found\t" + home + "\tG\t2");
+        QCOMPARE(cells.join('\t'), row);
+
+        // A double-click is a press and release followed by a double-click event.
+        UrlRecorder opened;
+        QDesktopServices::setUrlHandler(QStringLiteral("http"), &opened, "open");
+        const QPoint cell = table->visualItemRect(table->item(0, 2)).center();
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, cell);
+        QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, cell);
+        QDesktopServices::unsetUrlHandler(QStringLiteral("http"));
+        QCOMPARE(opened.urls, (QList<QUrl>{QUrl(QString::fromStdString(gone))}));
+
+        QApplication::clipboard()->clear();
+        QTest::keyClick(table, Qt::Key_C, Qt::ControlModifier);
+        QTRY_COMPARE(QApplication::clipboard()->text(), row + '\n');
+
+        const QString exported = QString::fromStdString(home_->path() + "/broken.csv");
+        ExportViewWidget::setNextSaveFileName(exported);
+        QTest::mouseClick(view.csvButton(), Qt::LeftButton);
+        QTRY_VERIFY(QFileInfo::exists(exported));
+        window_->exportView().exporter().waitForExport();
+        QCOMPARE(test::fileContents(exported.toStdString()),
+                 "URL,Status,Found on,Link text,Links\r\n" + gone + ",404 - Not Found," + home +
+                     ",G,2\r\n");
+
+        QVERIFY(removeFile(home_->dataRoot() + "/Site/brokenLinks.tsv"));
+        window_->toolbarAction(MainViewControl::BrokenLinks)->trigger();
+        QCOMPARE(table->columnCount(), 1);
+        QCOMPARE(table->item(0, 0)->text(), QString::fromStdString(gone));
+    }
 
 private slots:
     void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
@@ -354,7 +412,7 @@ private slots:
                 "text/html");
         });
         server.server().Get("/a.html", [](const httplib::Request&, httplib::Response& res) {
-            res.set_content("<title>A</title>", "text/html");
+            res.set_content("<title>A</title><a href=\"gone.html\">G again</a>", "text/html");
         });
         server.start();
         addSite(QStringLiteral("Site"), QString::fromStdString(server.url("/")));
@@ -363,7 +421,7 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(!scan().scanner().isScanning(), 10000);
         QTRY_COMPARE(detail("pagesFound"), QStringLiteral("3"));
         QTRY_COMPARE(windowsBesides(*window_), QStringList());
-        QCOMPARE(detail("totalLinksFound"), QStringLiteral("4"));
+        QCOMPARE(detail("totalLinksFound"), QStringLiteral("5"));
         QCOMPARE(detail("brokenLinks"), QStringLiteral("1"));
         QCOMPARE(detail("linksScanned"), QStringLiteral("2"));
         QVERIFY(scan().brokenLinksButton()->isVisible());
@@ -372,7 +430,10 @@ private slots:
 
         QTest::mouseClick(scan().brokenLinksButton(), Qt::LeftButton);
         QCOMPARE(window_->returnCurrentView(), 7);
-        QCOMPARE(window_->brokenLinksView().table()->count(), 1);
+        checkBrokenLinksView(server.url("/gone.html"), server.url("/"));
+        if (QTest::currentTestFailed()) {
+            return;
+        }
 
         window_->toolbarAction(MainViewControl::Export)->trigger();
         QVERIFY(window_->exportView().htmlExportButton()->isEnabled());

@@ -4,6 +4,7 @@
 
 #include <map>
 
+#include "sitemap/BrokenLinkDetails.h"
 #include "sitemap/SitemapFiles.h"
 #include "support/FileSizeLimit.h"
 #include "support/TemporaryHome.h"
@@ -19,7 +20,8 @@ constexpr std::string_view kStatistics = "<pagesFound>3</pagesFound>\n<totalLink
 
 class PreviousSitemaps : public testing::Test {
 protected:
-    // The seven files and the broken-links list, each holding `mark` and its closing tag.
+    // The seven files and the broken-links list with its details, each holding `mark` and its
+    // closing tag.
     std::map<std::string, std::string> writeSet(const std::string& mark, bool withBrokenLinks) {
         std::map<std::string, std::string> set;
         for (const std::string_view name :
@@ -28,10 +30,12 @@ protected:
             set[std::string(name)] = mark + " " + std::string(name) + "\n</body>\n</html>";
         }
         set[std::string(kXmlSitemap)] = mark + "\n</urlset>";
-        if (withBrokenLinks) {
-            set[std::string(kBrokenLinksFile)] = mark + " broken\n";
-        } else {
-            EXPECT_TRUE(removeFile(folder + "/" + std::string(kBrokenLinksFile)));
+        for (const std::string_view list : {kBrokenLinksFile, kBrokenLinkDetailsFile}) {
+            if (withBrokenLinks) {
+                set[std::string(list)] = mark + " " + std::string(list) + "\n";
+            } else {
+                EXPECT_TRUE(removeFile(folder + "/" + std::string(list)));
+            }
         }
         // Replaced as the program replaces files, never rewritten in place.
         createFolderWithParents(folder);
@@ -69,13 +73,16 @@ TEST_F(PreviousSitemaps, ACompleteSetMovesAsideAndComesBack) {
     ASSERT_TRUE(keepPreviousSitemaps(folder, kStatistics));
     auto expected = asPrevious(set);
     expected["badLinks.txt"] = set.at("badLinks.txt");
-    EXPECT_EQ(folderContents(), expected) << "the list stays for the scan to empty or replace";
+    expected["brokenLinks.tsv"] = set.at("brokenLinks.tsv");
+    EXPECT_EQ(folderContents(), expected) << "the lists stay for the scan to empty or replace";
     EXPECT_TRUE(hasPreviousSitemaps(folder));
     EXPECT_EQ(previousStatistics(folder), kStatistics);
 
     ASSERT_TRUE(writeFileAtomically(folder + "/badLinks.txt", "newer broken\n"));
+    ASSERT_TRUE(writeFileAtomically(folder + "/brokenLinks.tsv", "newer details\n"));
     writeFile(folder + "/sitemap.xml", "newer, unfinished");
-    EXPECT_EQ(fileContents(folder + "/badLinks.txt.previous"), "first broken\n");
+    EXPECT_EQ(fileContents(folder + "/badLinks.txt.previous"), "first badLinks.txt\n");
+    EXPECT_EQ(fileContents(folder + "/brokenLinks.tsv.previous"), "first brokenLinks.tsv\n");
     ASSERT_TRUE(putBackPreviousSitemaps(folder));
     EXPECT_EQ(folderContents(), set);
     EXPECT_FALSE(hasPreviousSitemaps(folder));
@@ -87,9 +94,12 @@ TEST_F(PreviousSitemaps, AMissingBrokenLinksListIsCarriedOverAsMissing) {
     writeSet("second", false);
     ASSERT_TRUE(keepPreviousSitemaps(folder, kStatistics));
     EXPECT_FALSE(pathExists(folder + "/badLinks.txt.previous"));
+    EXPECT_FALSE(pathExists(folder + "/brokenLinks.tsv.previous"));
     ASSERT_TRUE(writeFileAtomically(folder + "/badLinks.txt", "third broken\n"));
+    ASSERT_TRUE(writeFileAtomically(folder + "/brokenLinks.tsv", "third details\n"));
     ASSERT_TRUE(putBackPreviousSitemaps(folder));
     EXPECT_FALSE(pathExists(folder + "/badLinks.txt"));
+    EXPECT_FALSE(pathExists(folder + "/brokenLinks.tsv"));
 }
 
 TEST_F(PreviousSitemaps, AnUnfinishedSetNeverReplacesTheLastCompleteOne) {
@@ -114,9 +124,10 @@ TEST_F(PreviousSitemaps, AFailedScanPutsThePreviousSetBackOrLeavesNoCutFile) {
 
     writeSet("never finished", true);
     ASSERT_TRUE(discardUnfinishedSitemaps(folder));
-    EXPECT_EQ(folderContents(),
-              (std::map<std::string, std::string>{{"badLinks.txt", "never finished broken\n"}}))
-        << "the list is no sitemap: it is written whole or not at all";
+    EXPECT_EQ(folderContents(), (std::map<std::string, std::string>{
+                                    {"badLinks.txt", "never finished badLinks.txt\n"},
+                                    {"brokenLinks.tsv", "never finished brokenLinks.tsv\n"}}))
+        << "the lists are no sitemaps: they are written whole or not at all";
 }
 
 TEST_F(PreviousSitemaps, NoRoomForTheStatisticsLeavesEverythingWhereItWas) {
