@@ -135,5 +135,6 @@ int main() {
     benchAppends(10000);
     benchPageList(1000000);
     benchXmlEditor(50000);
+    benchXmlEditor(100000);
     return 0;
 }

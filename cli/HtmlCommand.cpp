@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <vector>
@@ -6,9 +7,11 @@
 #include "RowNumber.h"
 #include "SiteSession.h"
 #include "editors/HTMLViewController.h"
+#include "editors/HeadlessHtmlView.h"
 #include "editors/HtmlStyle.h"
+#include "editors/LayoutLines.h"
+#include "platform/HtmlDocument.h"
 #include "platform/ImmediateUiThread.h"
-#include "platform/Regex.h"
 #include "platform/Text.h"
 
 namespace loomcrest::cli {
@@ -19,6 +22,10 @@ using htmlstyle::Group;
 using htmlstyle::Underline;
 
 constexpr std::array<std::string_view, 6> kLayoutCodes = {"3c", "2c", "1c", "3cpo", "2cpo", "1cpo"};
+constexpr std::array<std::pair<std::string_view, Group>, 2> kGroups = {{
+    {"pt", Group::PageTitle},
+    {"pl", Group::PageLink},
+}};
 constexpr std::array<std::pair<std::string_view, Underline>, 3> kUnderlines = {{
     {"hover", Underline::OnHover},
     {"none", Underline::None},
@@ -27,44 +34,6 @@ constexpr std::array<std::pair<std::string_view, Underline>, 3> kUnderlines = {{
 
 std::vector<std::string> choices(std::span<const std::string_view> items) {
     return {items.begin(), items.end()};
-}
-
-class HeadlessHtmlView : public HtmlView {
-public:
-    void htmlViewChanged(const HtmlViewState&) override {}
-    void loadPreview(std::string_view) override {}
-    void showPreviewPanel(bool) override {}
-    void setPreviewProgress(double, double) override {}
-    void openWithDefaultApplication(const std::string&) override {}
-};
-
-// One line of a layout as a click on it would report it.
-struct LayoutLine {
-    bool isTitle = false;
-    std::string linkId;
-    std::string title;       // as shown, "&amp;" read as "&"
-    std::string address;     // without its marker
-    std::string markedHref;  // as the href stands
-};
-
-std::vector<LayoutLine> layoutLines(std::string_view html) {
-    static const Regex linePattern(
-        R"re(<div class="(zplPageTitle|zplPageLink)"><a href="(.*)---LINKID:(\d+)---">(.*)<!-- LINKID: \d+ --></a></div>)re");
-    std::vector<LayoutLine> lines;
-    for (const std::string& text : split(html, '\n')) {
-        const auto match = linePattern.firstMatch(text);
-        if (!match) {
-            continue;
-        }
-        LayoutLine line;
-        line.isTitle = match->capture(1) == "zplPageTitle";
-        line.address = match->capture(2).value_or("");
-        line.linkId = match->capture(3).value_or("");
-        line.title = replaceAll(match->capture(4).value_or(""), "&amp;", "&");
-        line.markedHref = line.address + "---LINKID:" + line.linkId + "---";
-        lines.push_back(std::move(line));
-    }
-    return lines;
 }
 
 // The style options of one group: "pt" for page titles, "pl" for page links.
@@ -163,7 +132,10 @@ public:
             err() << "No sitemap is available for \"" << name_ << "\"; scan the site first.\n";
             return kExitRefused;
         }
-        html.changeMapType(*indexOf(kLayoutCodes, layout_));
+        // The first layout is shown already, just read from its file.
+        if (const size_t layout = *indexOf(kLayoutCodes, layout_); layout != html.state().layout) {
+            html.changeMapType(layout);
+        }
         if (const auto status = act(html)) {
             return *status;
         }
@@ -173,22 +145,12 @@ public:
 private:
     // The chosen action; an exit status when it ends the command before any alert counts.
     std::optional<int> act(HTMLViewController& html) {
-        const std::vector<LayoutLine> lines = layoutLines(process().vrlmpHTMLString);
         if (lines_->parsed()) {
-            for (size_t i = 0; i < lines.size(); ++i) {
-                out() << i + 1 << '\t' << (lines[i].isTitle ? "title" : "link") << '\t'
-                      << lines[i].linkId << '\t' << lines[i].title << '\t' << lines[i].address
-                      << '\n';
-            }
+            printLines(process().vrlmpHTMLString);
             return kExitSuccess;
         }
         if (style_->parsed()) {
-            pageTitles_.apply(html, Group::PageTitle);
-            pageLinks_.apply(html, Group::PageLink);
-            if (html.state().saveEnabled) {
-                html.saveRecentChanges();
-            }
-            return std::nullopt;
+            return restyle(html);
         }
         if (preview_->parsed()) {
             html.viewSitemapButton();
@@ -196,31 +158,86 @@ private:
             out() << html.previewFileLocation() << '\n';
             return std::nullopt;
         }
-        return editLine(html, lines);
+        return editLine(html);
     }
 
-    std::optional<int> editLine(HTMLViewController& html, const std::vector<LayoutLine>& lines) {
+    void printLines(std::string_view html) {
+        size_t number = 0;
+        forEachMarkedLine(html, [&](const MarkedLine& line) {
+            const ClickedLink shown = clickedLink(line);
+            out() << ++number << '\t' << (line.isTitle ? "title" : "link") << '\t' << line.linkId
+                  << '\t' << shown.label << '\t' << htmlAttributeValue(line.address) << '\n';
+            return true;
+        });
+    }
+
+    // With no option the current style is printed, one property a line.
+    std::optional<int> restyle(HTMLViewController& html) {
+        if (!anyStyleOptionGiven()) {
+            for (const auto& [prefix, group] : kGroups) {
+                printStyle(prefix, htmlstyle::readGroupStyle(process().vrlmpHTMLString, group));
+            }
+            return kExitSuccess;
+        }
+        pageTitles_.apply(html, Group::PageTitle);
+        pageLinks_.apply(html, Group::PageLink);
+        if (html.state().saveEnabled) {
+            html.saveRecentChanges();
+        }
+        return std::nullopt;
+    }
+
+    bool anyStyleOptionGiven() const {
+        const std::vector<CLI::Option*> options = style_->get_options();
+        return std::any_of(options.begin(), options.end(),
+                           [](const CLI::Option* option) { return option->count() > 0; });
+    }
+
+    void printStyle(std::string_view prefix, const htmlstyle::GroupStyle& style) {
+        std::string_view underline = "mixed";
+        for (const auto& [name, mode] : kUnderlines) {
+            if (style.underline == mode) {
+                underline = name;
+            }
+        }
+        out() << prefix << " font-family: " << style.fontFamily << '\n'
+              << prefix << " font-size: " << style.fontSize << '\n'
+              << prefix << " font-weight: " << style.fontWeight << '\n'
+              << prefix << " font-style: " << style.fontStyle << '\n'
+              << prefix << " color: " << style.colour << '\n'
+              << prefix << " underline: " << underline << '\n';
+    }
+
+    std::optional<int> editLine(HTMLViewController& html) {
         const auto line = rowNumber(line_);
         if (!line) {
             err() << "Name a line number, counted from 1.\n";
             return kExitRefused;
         }
+        const std::vector<MarkedLine> lines = markedLines(process().vrlmpHTMLString, *line);
         if (*line > lines.size()) {
             err() << "No line " << *line << " in this layout.\n";
             return kExitRefused;
         }
-        const LayoutLine& chosen = lines[*line - 1];
-        html.linkClicked(chosen.markedHref, chosen.title);
-        if (delete_->parsed()) {
-            html.deleteLinkAction();
-            return std::nullopt;
-        }
-        if (!title_ && !link_) {
+        if (!delete_->parsed() && !title_ && !link_) {
             err() << "edit: give --title, --link or both.\n";
             return kExitUsage;
         }
-        html.setEditFields(title_.value_or(chosen.title), link_.value_or(chosen.address));
-        title_ ? html.titleEditInputAction() : html.linkEditInputAction();
+        // A click reports the address and the label as the browser reads them.
+        const ClickedLink clicked = clickedLink(lines[*line - 1]);
+        html.linkClicked(clicked.address, clicked.label);
+        if (delete_->parsed()) {
+            html.deleteLinkAction();
+        } else {
+            html.setEditFields(title_.value_or(html.state().titleField),
+                               link_.value_or(html.state().linkField));
+            title_ ? html.titleEditInputAction() : html.linkEditInputAction();
+        }
+        if (html.lastLineEdit() == HTMLViewController::LineEdit::NotFound) {
+            err() << "Line " << *line << " could not be found again in the layout; nothing was "
+                  << (delete_->parsed() ? "deleted" : "changed") << ".\n";
+            return kExitRefused;
+        }
         return std::nullopt;
     }
 

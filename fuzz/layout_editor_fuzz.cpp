@@ -10,6 +10,7 @@
 #include "FuzzInput.h"
 #include "app/ProcessState.h"
 #include "editors/HTMLViewController.h"
+#include "editors/HeadlessHtmlView.h"
 #include "platform/HtmlDocument.h"
 #include "platform/ImmediateUiThread.h"
 #include "sites/DataPaths.h"
@@ -17,15 +18,6 @@
 namespace {
 
 using namespace loomcrest;
-
-class SilentView : public HtmlView {
-public:
-    void htmlViewChanged(const HtmlViewState&) override {}
-    void loadPreview(std::string_view) override {}
-    void showPreviewPanel(bool) override {}
-    void setPreviewProgress(double, double) override {}
-    void openWithDefaultApplication(const std::string&) override {}
-};
 
 // Answers every question with its default button, as the command line does.
 class DefaultAnswers : public AlertPresenter {
@@ -73,7 +65,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
     ProcessState process;
     process.vrlmpCurSite = "Fuzz";
-    SilentView view;
+    HeadlessHtmlView view;
     DefaultAnswers alerts;
     ImmediateUiThread ui;
     HTMLViewController html(process, view, alerts, ui, [] { return std::string("Fuzz"); });

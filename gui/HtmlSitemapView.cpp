@@ -7,6 +7,7 @@
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QJsonArray>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressDialog>
@@ -25,11 +26,20 @@
 #include "PreviewPage.h"
 #include "QtAlerts.h"
 #include "QtUiThread.h"
+#include "app/ProcessState.h"
 #include "editors/SitemapLayouts.h"
 
 namespace loomcrest::gui {
 
 namespace {
+
+QString fromUtf8(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+QByteArray bytes(std::string_view text) {
+    return {text.data(), static_cast<qsizetype>(text.size())};
+}
 
 QColor toQColor(const htmlstyle::Rgb& colour) {
     return QColor::fromRgbF(static_cast<float>(colour.red), static_cast<float>(colour.green),
@@ -128,6 +138,9 @@ HtmlSitemapView::HtmlSitemapView(ProcessState& process, QtAlerts& alerts, QtUiTh
                 html.scrollPositionChanged({scroll.x(), scroll.y()});
                 html.linkClicked(address.toStdString(), label.toStdString());
             });
+    connect(page_, &PreviewPage::changedInPlace, this, &HtmlSitemapView::previewUpdated);
+    // The working copy is what the preview shows after changes in place.
+    page_->setCurrentHtml([&process] { return bytes(process.vrlmpHTMLString); });
     connect(page_, &QWebEnginePage::loadFinished, this, [this, &html](bool ok) {
         if (!ok) {
             return;  // replaced by a newer load before it was shown
@@ -310,7 +323,28 @@ void HtmlSitemapView::forwardEditFields() {
 }
 
 void HtmlSitemapView::loadPreview(std::string_view html) {
-    page_->showHtml(QByteArray(html.data(), static_cast<qsizetype>(html.size())));
+    page_->showHtml(bytes(html));
+}
+
+void HtmlSitemapView::updatePreview(std::string_view /*html*/, const PreviewEdit& edit) {
+    QJsonArray replacements;
+    for (const PreviewEdit::Replacement& replacement : edit.replacements) {
+        replacements.append(
+            QJsonArray{fromUtf8(replacement.before),
+                       replacement.after ? QJsonValue(fromUtf8(*replacement.after)) : QJsonValue(),
+                       static_cast<qint64>(replacement.count)});
+    }
+    const QJsonValue style =
+        edit.style
+            ? QJsonValue(QJsonArray{fromUtf8(edit.style->before), fromUtf8(edit.style->after)})
+            : QJsonValue();
+    const QJsonValue rows =
+        edit.rows
+            ? QJsonValue(QJsonArray{static_cast<qint64>(edit.rows->keptRows),
+                                    static_cast<qint64>(edit.rows->rowsBefore),
+                                    fromUtf8(edit.rows->cellWidth), fromUtf8(edit.rows->newRows)})
+            : QJsonValue();
+    page_->changeInPlace(replacements, style, rows);
 }
 
 void HtmlSitemapView::showPreviewPanel(bool shown) {

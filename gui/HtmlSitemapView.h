@@ -51,6 +51,7 @@ public:
     // HtmlView
     void htmlViewChanged(const HtmlViewState& state) override;
     void loadPreview(std::string_view html) override;
+    void updatePreview(std::string_view html, const PreviewEdit& edit) override;
     void showPreviewPanel(bool shown) override;
     void setPreviewProgress(double value, double maximum) override;
     void openWithDefaultApplication(const std::string& path) override;
@@ -70,6 +71,8 @@ public:
 
 signals:
     void previewLoaded();
+    // An edit was shown by changing the loaded page, without loading it again.
+    void previewUpdated();
 
 private:
     QSplitter* makeSplitter();

@@ -1,10 +1,13 @@
 #pragma once
 
 #include <QByteArray>
+#include <QJsonArray>
 #include <QString>
 #include <QWebEnginePage>
 #include <QWebEngineUrlRequestInterceptor>
 #include <QWebEngineUrlSchemeHandler>
+#include <functional>
+#include <memory>
 
 class QWebEngineProfile;
 
@@ -28,16 +31,33 @@ public:
     // `profile` is the page's own and must outlive it.
     PreviewPage(QWebEngineProfile* profile, QObject* parent);
 
+    ~PreviewPage() override;
+
     // Shows `html`, replacing what was shown.
     void showHtml(const QByteArray& html);
+    // The text of the last load; changes in place since then are not in it.
     const QByteArray& shownHtml() const { return html_; }
+    // Gives the text the page shows now, when the page has to be loaded again after changes
+    // in place; copying a big text after every change would cost more than the change.
+    void setCurrentHtml(std::function<QByteArray()> currentHtml) {
+        currentHtml_ = std::move(currentHtml);
+    }
+    // The text changed through `replacements` (each [before, after or null, count]: elements
+    // written as the text holds them), then, where they are not null, `rows` ([rows kept,
+    // rows before, width of the kept rows' cells, markup of the rows after them]) and `style`
+    // ([old text of the style element, new text]). The loaded page is changed in place; when
+    // that cannot be done exactly, the current text is loaded.
+    void changeInPlace(const QJsonArray& replacements, const QJsonValue& style,
+                       const QJsonValue& rows);
     // Outlines the anchors of the line with this marker number, here and after every
     // reload; an empty number outlines none.
     void highlightLink(const QString& number);
 
 signals:
-    // A click on an anchor: its absolute address and visible label.
+    // A click on an anchor: its absolute address and the text it shows.
     void linkClicked(const QString& address, const QString& label);
+    // The page was changed in place by changeInPlace.
+    void changedInPlace();
 
 protected:
     bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override;
@@ -46,11 +66,19 @@ protected:
 
 private:
     class SchemeHandler;
+    const QByteArray& currentHtml();
     class Interceptor;
 
     QByteArray html_;
+    // Whether html_ still holds what the page shows; changes in place leave it behind.
+    bool htmlCurrent_ = true;
+    std::function<QByteArray()> currentHtml_;
     QString highlighted_;
     quint64 generation_ = 0;
+    // Whether the last load finished, so that the page can be changed in place.
+    bool loaded_ = false;
+    // Answers from scripts that arrive while the page is destroyed are dropped.
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 
 }  // namespace loomcrest::gui

@@ -1,9 +1,11 @@
 #include "editors/HTMLViewController.h"
 
 #include "app/ProcessState.h"
+#include "editors/LayoutSearch.h"
 #include "editors/SitemapLayouts.h"
 #include "editors/UnsavedChanges.h"
 #include "platform/FileSystem.h"
+#include "platform/LargeText.h"
 #include "platform/Text.h"
 #include "sites/DataPaths.h"
 #include "sites/SiteLock.h"
@@ -28,6 +30,17 @@ std::string placeholderPage(std::string_view text) {
            "<body><h2 align=\"center\">&nbsp;</h2><h2 align=\"center\">&nbsp;</h2>"
            "<h2 align=\"center\">&nbsp;</h2><h2 align=\"center\">" +
            std::string(text) + "</h2></body></html>";
+}
+
+// Where the text of the style element stands: [begin, end).
+std::optional<std::pair<size_t, size_t>> styleText(std::string_view html) {
+    constexpr std::string_view kOpen = "<style type=\"text/css\">";
+    const size_t open = html.find(kOpen);
+    const size_t close = html.find("</style>", open);
+    if (open == std::string_view::npos || close == std::string_view::npos) {
+        return std::nullopt;
+    }
+    return std::pair{open + kOpen.size(), close};
 }
 
 }  // namespace
@@ -75,15 +88,15 @@ void HTMLViewController::firstLoad() {
     }
     urlToLoad_ = "file://" + layoutFileLocation(0);
     process_.vrlmpUTLLoc = shownFileLocation();
-    const auto text = readTextFile(process_.vrlmpUTLLoc);
+    auto text = readTextFile(process_.vrlmpUTLLoc);
     if (!text || text->empty()) {
         showPlaceholder(
             "No Sitemap Is Available<br />Please scan this website to create the "
             "html sitemap.");
         return;
     }
-    process_.vrlmpHTMLString = *text;
-    originalHTMLString_ = *text;
+    assignLargeText(originalHTMLString_, *text);
+    process_.vrlmpHTMLString = *std::move(text);
     state_.layout = 0;
     state_.layoutLabel = kSitemapLayouts[0].name;
     reload();
@@ -132,8 +145,9 @@ void HTMLViewController::loadLayout(size_t layout) {
     state_.layout = layout;
     state_.layoutLabel = kSitemapLayouts[layout].name;
     urlToLoad_ = "file://" + layoutFileLocation(layout);
-    originalHTMLString_ = readTextFile(shownFileLocation()).value_or("");
+    // One read serves both: the two copies start equal.
     process_.vrlmpHTMLString = readTextFile(shownFileLocation()).value_or("");
+    assignLargeText(originalHTMLString_, process_.vrlmpHTMLString);
 }
 
 void HTMLViewController::changeMapType(size_t layout) {
@@ -187,10 +201,11 @@ void HTMLViewController::saveNow(std::string_view request) {
                                  sheetDidEndShouldSave);
         }
     } else if (request == kCloseWindow) {
-        // Unsaved, the working copy keeps the change and Save stays enabled.
-        if (writeLayout(path, process_.vrlmpHTMLString, alerts_)) {
-            process_.vrlmpHTMLString = readTextFile(path).value_or("");
-            originalHTMLString_ = process_.vrlmpHTMLString;
+        // After a complete atomic write the file holds the working copy; unsaved, the
+        // working copy keeps the change and Save stays enabled.
+        workingCopyIsOnDisk_ = writeLayout(path, process_.vrlmpHTMLString, alerts_);
+        if (workingCopyIsOnDisk_) {
+            assignLargeText(originalHTMLString_, process_.vrlmpHTMLString);
         }
         saveActive();
     } else if (request == kChangeMap) {
@@ -222,29 +237,71 @@ void HTMLViewController::reload() {
     view_.loadPreview(process_.vrlmpHTMLString);
 }
 
+// A reload reports a navigation without a clicked element, which disables Delete; a change
+// in place stands for such a reload.
+void HTMLViewController::previewChangedInPlace() {
+    state_.deleteEnabled = false;
+    showState();
+}
+
 void HTMLViewController::showState() {
     view_.htmlViewChanged(state_);
 }
 
 // Every change to the working copy ends here, so the preview and the Save button always
-// follow it.
-void HTMLViewController::applyEdit(std::string html, AfterEdit after) {
-    if (!hasLayout()) {
-        return;
-    }
-    process_.vrlmpHTMLString = std::move(html);
-    reload();
+// follow it. A change in place is shown only when the text it stands for was written, or
+// awaits Save; otherwise the preview loads the working copy again.
+void HTMLViewController::workingCopyEdited(AfterEdit after,
+                                           const std::optional<PreviewEdit>& preview) {
+    workingCopyIsOnDisk_ = false;
     if (after == AfterEdit::WriteNow) {
         saveNow(kCloseWindow);
+    }
+    if (preview && (after == AfterEdit::AwaitSave || workingCopyIsOnDisk_)) {
+        view_.updatePreview(process_.vrlmpHTMLString, *preview);
+        previewChangedInPlace();
     } else {
+        reload();
+    }
+    if (after == AfterEdit::AwaitSave) {
         saveActive();
     }
 }
 
+// The style is rewritten in the working copy itself. When every rewrite fell inside the style
+// element, the preview changes that element alone.
+void HTMLViewController::editStyle(const std::function<void(const htmlstyle::Replace&)>& edit) {
+    if (!hasLayout()) {
+        return;  // a placeholder is shown: the working copy may be another site's
+    }
+    std::string& html = process_.vrlmpHTMLString;
+    auto style = styleText(html);
+    const std::string before = style ? html.substr(style->first, style->second - style->first) : "";
+    edit([&](std::string_view from, std::string_view to) {
+        const layoutsearch::Replaced replaced = layoutsearch::replaceInPlace(html, from, to);
+        if (replaced.count == 0 || !style) {
+            return;
+        }
+        if (replaced.first < style->first || replaced.last + from.size() > style->second) {
+            style.reset();
+            return;
+        }
+        style->second = style->second + replaced.count * to.size() - replaced.count * from.size();
+    });
+    std::optional<PreviewEdit> preview;
+    if (style) {
+        preview = PreviewEdit{};
+        preview->style = PreviewEdit::StyleChange{
+            before, html.substr(style->first, style->second - style->first)};
+    }
+    workingCopyEdited(AfterEdit::AwaitSave, preview);
+}
+
 void HTMLViewController::applyStyle(Group group, std::string_view pattern,
                                     std::string_view property) {
-    applyEdit(htmlstyle::withProperty(process_.vrlmpHTMLString, group, pattern, property),
-              AfterEdit::AwaitSave);
+    editStyle([&](const htmlstyle::Replace& replace) {
+        htmlstyle::rewriteProperty(process_.vrlmpHTMLString, group, pattern, property, replace);
+    });
 }
 
 StyleControls& HTMLViewController::controlsOf(Group group) {
@@ -275,8 +332,9 @@ void HTMLViewController::setItalic(Group group, bool on) {
 
 void HTMLViewController::setUnderline(Group group, Underline mode) {
     controlsOf(group).underline = mode;
-    applyEdit(htmlstyle::withUnderline(process_.vrlmpHTMLString, group, mode),
-              AfterEdit::AwaitSave);
+    editStyle([&](const htmlstyle::Replace& replace) {
+        htmlstyle::rewriteUnderline(process_.vrlmpHTMLString, group, mode, replace);
+    });
 }
 
 std::optional<htmlstyle::Rgb> HTMLViewController::setHEXValue(htmlstyle::Rgb& well,

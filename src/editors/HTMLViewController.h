@@ -2,6 +2,8 @@
 
 #include <atomic>
 #include <functional>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -9,6 +11,7 @@
 
 #include "editors/HtmlView.h"
 #include "platform/Alerts.h"
+#include "platform/Regex.h"
 #include "platform/UiThread.h"
 
 namespace loomcrest {
@@ -80,8 +83,15 @@ public:
     void deleteLinkAction();
     void beginLinkDeletion();
     void linkDeletion();
-    void checkForEmptyColumn();
-    void rebuildSitemaps(const std::vector<std::string>& cells);
+    // Re-packs the working copy when a cell lost its last line. `preview` learns how the rows
+    // changed, or becomes nothing when cells moved to other rows.
+    void checkForEmptyColumn(std::optional<PreviewEdit>& preview);
+    // The layout rebuilt from `cells`; the deletion writes it, as it writes every deletion.
+    std::string rebuildSitemaps(std::span<const std::string_view> cells) const;
+
+    // Whether the last edit or deletion of a line found the line in the working copy.
+    enum class LineEdit { None, Done, NotFound };
+    LineEdit lastLineEdit() const { return lineEdit_; }
 
     // Browser preview: writes "tmpMap.html" on a background thread and opens it.
     void viewSitemapButton();
@@ -111,6 +121,7 @@ public:
 private:
     void showPlaceholder(std::string_view text);
     void reload();
+    void previewChangedInPlace();
     void showState();
     void setEditOptionsEnabled(bool enabled);
     std::string layoutFileLocation(size_t layout) const;
@@ -118,12 +129,15 @@ private:
     // What becomes of the working copy after an edit: styles wait for Save, link edits are
     // written at once.
     enum class AfterEdit { AwaitSave, WriteNow };
-    void applyEdit(std::string html, AfterEdit after);
+    // The working copy was changed as `preview` says; nothing: the preview loads it again.
+    void workingCopyEdited(AfterEdit after, const std::optional<PreviewEdit>& preview);
+    void editStyle(const std::function<void(const htmlstyle::Replace&)>& edit);
     StyleControls& controlsOf(htmlstyle::Group group);
     void applyStyle(htmlstyle::Group group, std::string_view pattern, std::string_view property);
     void warnAboutColour(htmlstyle::Group group);
     void fieldAction(bool otherFieldEmpty, std::string message);
-    void promoteFirstLink();
+    std::optional<MatchSpan> findSelectedLine() const;
+    void promoteFirstLink(PreviewEdit& preview);
     void externalBrowserView(const std::string& html);
     void startPreview();
 
@@ -136,6 +150,8 @@ private:
     std::string originalHTMLString_;
     std::string urlToLoad_;
     ScrollPosition savedScrollPosition_;
+    // Whether the last save without asking wrote the working copy whole.
+    bool workingCopyIsOnDisk_ = false;
 
     // The selected line.
     std::string linkHREFValue_;
@@ -145,6 +161,7 @@ private:
     std::string originalLinkValue_;
     std::string delLink_;
     std::string delTitle_;
+    LineEdit lineEdit_ = LineEdit::None;
 
     std::atomic<bool> cancelExternalViewProcess_{false};
     std::thread previewThread_;

@@ -4,11 +4,13 @@
 #include "app/ProcessState.h"
 #include "editors/HTMLViewController.h"
 #include "editors/LayoutRebuild.h"
+#include "editors/LayoutSearch.h"
 #include "editors/SitemapLayouts.h"
 #include "editors/UnsavedChanges.h"
 #include "platform/FileSystem.h"
 #include "platform/Regex.h"
 #include "platform/Text.h"
+#include "sitemap/HtmlSitemapFormat.h"
 #include "sites/SiteFile.h"
 
 namespace loomcrest {
@@ -23,9 +25,43 @@ std::string anchor(std::string_view href, std::string_view number, std::string_v
            std::string(title) + "<!-- LINKID: " + std::string(number) + " --></a>";
 }
 
-std::optional<std::string> firstMatch(std::string_view text, const std::string& pattern) {
-    const auto match = Regex(pattern).firstMatch(text);
-    return match ? std::optional<std::string>(match->whole()) : std::nullopt;
+std::string text(std::string_view html, const MatchSpan& span) {
+    return std::string(html.substr(span.begin, span.end - span.begin));
+}
+
+bool allDigits(std::string_view text) {
+    return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+// The tail every line ends with: the marker comment and the closing tags.
+std::string lineTail(std::string_view number) {
+    return "<!-- LINKID: " + std::string(number) + " --></a></div>";
+}
+
+// "&amp;", "&lt;" and "&gt;" read back in one pass, as older layouts wrote titles.
+std::string withMarkupUnescaped(std::string_view text) {
+    std::string plain;
+    plain.reserve(text.size());
+    for (size_t i = 0; i < text.size(); ++i) {
+        const std::string_view rest = text.substr(i);
+        if (rest.starts_with("&amp;")) {
+            plain += '&';
+            i += 4;
+        } else if (rest.starts_with("&lt;")) {
+            plain += '<';
+            i += 3;
+        } else if (rest.starts_with("&gt;")) {
+            plain += '>';
+            i += 3;
+        } else {
+            plain += text[i];
+        }
+    }
+    return plain;
+}
+
+bool containsAnyCase(std::string_view html, std::string_view text) {
+    return html.find(text) != std::string_view::npos || containsIgnoringCase(html, text);
 }
 
 }  // namespace
@@ -46,7 +82,7 @@ void HTMLViewController::linkClicked(std::string_view address, std::string_view 
     const auto number = numberPattern.firstMatch(href);
     const std::string markerText = marker ? marker->whole() : std::string();
     linkNumber_ = number ? number->capture(1).value_or("") : std::string();
-    linkTitleValue_ = replaceAll(label, "&", "&amp;");
+    linkTitleValue_ = escapeMarkup(label);
     originalLinkValue_ =
         "<a href=\"" + href + "\">" + linkTitleValue_ + "<!-- LINKID: " + linkNumber_ + " --></a>";
     const std::string plainHref = replaceAll(href, markerText, "");
@@ -112,17 +148,30 @@ void HTMLViewController::fieldAction(bool otherFieldEmpty, std::string message) 
 }
 
 void HTMLViewController::editLinkAndTitle() {
-    const std::string title = replaceAll(state_.titleField, "&", "&amp;");
-    const std::string replacement = anchor(state_.linkField, linkNumber_, title);
-    std::string html = process_.vrlmpHTMLString;
-    if (containsIgnoringCase(html, originalLinkValue_)) {
-        html = replaceAll(html, originalLinkValue_, replacement);
-    } else if (const std::string unescaped = replaceAll(originalLinkValue_, "&amp;", "&");
-               containsIgnoringCase(html, unescaped)) {
-        html = replaceAll(html, unescaped, replacement);
+    if (!hasLayout()) {
+        return;  // a placeholder is shown: the working copy may be another site's
+    }
+    const std::string replacement =
+        anchor(escapeAddress(state_.linkField), linkNumber_, escapeMarkup(state_.titleField));
+    const std::string& html = process_.vrlmpHTMLString;
+    // The anchor as the click rebuilt it, or as older layouts wrote it. A form found only in
+    // another letter case is replaced nowhere.
+    std::optional<std::string> form;
+    if (containsAnyCase(html, originalLinkValue_)) {
+        form = originalLinkValue_;
+    } else if (std::string older = withMarkupUnescaped(originalLinkValue_);
+               containsAnyCase(html, older)) {
+        form = std::move(older);
     }
     originalLinkValue_ = replacement;
-    applyEdit(std::move(html), AfterEdit::WriteNow);
+    PreviewEdit preview;
+    const size_t count =
+        form ? layoutsearch::replaceInPlace(process_.vrlmpHTMLString, *form, replacement).count : 0;
+    lineEdit_ = count > 0 ? LineEdit::Done : LineEdit::NotFound;
+    if (count > 0) {
+        preview.replacements.push_back({*std::move(form), replacement, count});
+    }
+    workingCopyEdited(AfterEdit::WriteNow, preview);
 }
 
 void HTMLViewController::deleteLinkAction() {
@@ -163,73 +212,97 @@ void HTMLViewController::beginLinkDeletion() {
         });
 }
 
-void HTMLViewController::linkDeletion() {
+std::optional<MatchSpan> HTMLViewController::findSelectedLine() const {
     // Only question marks are escaped: other pattern characters in an address or title are
     // taken as a pattern.
-    const std::string pattern =
-        replaceAll("<div .*>" + anchor(delLink_, linkNumber_, delTitle_) + "</div>", "?", "\\?");
-    if (const auto line = firstMatch(process_.vrlmpHTMLString, pattern)) {
-        process_.vrlmpHTMLString = replaceAll(process_.vrlmpHTMLString, "\n\t\t\t" + *line, "");
-        if (containsIgnoringCase(*line, "zplPageTitle")) {
-            promoteFirstLink();
+    const Regex pattern(
+        replaceAll("<div .*>" + anchor(delLink_, linkNumber_, delTitle_) + "</div>", "?", "\\?"));
+    const std::string& html = process_.vrlmpHTMLString;
+    if (allDigits(linkNumber_) && layoutsearch::keepsToOneLine(delLink_) &&
+        layoutsearch::keepsToOneLine(delTitle_)) {
+        return layoutsearch::firstMatchOnLinesHolding(html, pattern, lineTail(linkNumber_));
+    }
+    return pattern.find(html);
+}
+
+void HTMLViewController::linkDeletion() {
+    if (!hasLayout()) {
+        return;
+    }
+    std::optional<PreviewEdit> preview = PreviewEdit{};
+    const auto found = findSelectedLine();
+    lineEdit_ = found ? LineEdit::Done : LineEdit::NotFound;
+    if (found) {
+        const std::string line = text(process_.vrlmpHTMLString, *found);
+        const size_t count =
+            layoutsearch::replaceInPlace(process_.vrlmpHTMLString, "\n\t\t\t" + line, "").count;
+        preview->replacements.push_back({line, std::nullopt, count});
+        if (containsIgnoringCase(line, "zplPageTitle")) {
+            promoteFirstLink(*preview);
         }
-        checkForEmptyColumn();
+        checkForEmptyColumn(preview);
     }
     forgetSelection();
-    applyEdit(process_.vrlmpHTMLString, AfterEdit::WriteNow);
+    workingCopyEdited(AfterEdit::WriteNow, preview);
 }
 
 // The line that followed a deleted page title carries the next number still present; when
 // it is a link of the same page it becomes the page's title line.
-void HTMLViewController::promoteFirstLink() {
+void HTMLViewController::promoteFirstLink(PreviewEdit& preview) {
     const std::string siteFile = readSiteFile(shownSiteName_());
-    const int total =
+    const int64_t total =
         leadingIntegerValue(readSiteField(siteFile, SiteField::TotalLinks).value_or(""));
-    // Wide enough that a number read at its limit still has a next one.
     const int64_t number = leadingIntegerValue(linkNumber_);
-    int64_t next = number + 1;
-    auto following =
-        firstMatch(process_.vrlmpHTMLString,
-                   "<div .*><a .*---\">.*<!-- LINKID: " + std::to_string(next) + " --></a></div>");
+    std::string& html = process_.vrlmpHTMLString;
+    const std::string nextTail = lineTail(std::to_string(number + 1));
+    auto following = layoutsearch::firstMatchOnLinesHolding(
+        html, Regex("<div .*><a .*---\">.*" + nextTail), nextTail);
     if (!following) {
-        for (int64_t candidate = number + 2; number + 1 < total && candidate <= total;
-             ++candidate) {
-            next = candidate;
-            following = firstMatch(process_.vrlmpHTMLString,
-                                   "<div .*---LINKID:" + std::to_string(candidate) + "---.*</div>");
-            if (following) {
-                break;
-            }
+        // The numbers are looked for in rising order; one pass finds the smallest present.
+        int64_t next = number + 1;
+        if (number + 1 < total) {
+            const auto numbered = layoutsearch::firstLineNumberedBetween(html, number + 2, total);
+            next = numbered ? numbered->number : total;
+            following = numbered ? std::optional(numbered->span) : std::nullopt;
         }
         linkNumber_ = std::to_string(next);
     }
-    if (following && following->starts_with("<div class=\"zplPageLink\"")) {
-        process_.vrlmpHTMLString =
-            replaceAll(process_.vrlmpHTMLString, *following,
-                       replaceAll(*following, "zplPageLink", "zplPageTitle"));
-    }
-}
-
-void HTMLViewController::checkForEmptyColumn() {
-    bool removedAny = false;
-    const std::vector<std::string> cells = cellsToKeep(process_.vrlmpHTMLString, removedAny);
-    if (removedAny) {
-        rebuildSitemaps(cells);
-    }
-}
-
-void HTMLViewController::rebuildSitemaps(const std::vector<std::string>& cells) {
-    const std::string path = layoutFileLocation(state_.layout);
-    const std::string onDisk = readTextFile(path).value_or("");
-    // The head, and with it the style, comes from the file, not from the working copy.
-    const std::string head = onDisk.substr(0, std::min(onDisk.find("<body>"), onDisk.size()));
-    if (!writeLayout(path, rebuiltLayout(head, kSitemapLayouts.at(state_.layout).columns, cells),
-                     alerts_)) {
+    if (!following) {
         return;
     }
-    process_.vrlmpHTMLString = readTextFile(path).value_or("");
-    originalHTMLString_ = process_.vrlmpHTMLString;
-    reload();
+    const std::string line = text(html, *following);
+    if (line.starts_with("<div class=\"zplPageLink\"")) {
+        std::string title = replaceAll(line, "zplPageLink", "zplPageTitle");
+        const size_t count = layoutsearch::replaceInPlace(html, line, title).count;
+        preview.replacements.push_back({line, std::move(title), count});
+    }
+}
+
+void HTMLViewController::checkForEmptyColumn(std::optional<PreviewEdit>& preview) {
+    bool removedAny = false;
+    size_t firstDropped = 0;
+    const std::vector<std::string_view> cells =
+        cellsToKeep(process_.vrlmpHTMLString, removedAny, &firstDropped);
+    if (!removedAny) {
+        return;
+    }
+    // `cells` point into the working copy, which is replaced once the new text is built.
+    std::string rebuilt = rebuildSitemaps(cells);
+    auto rows = rowChange(process_.vrlmpHTMLString, firstDropped, rebuilt,
+                          kSitemapLayouts.at(state_.layout).columns);
+    process_.vrlmpHTMLString = std::move(rebuilt);
+    if (preview && rows) {
+        preview->rows = std::move(rows);
+    } else {
+        preview.reset();
+    }
+}
+
+std::string HTMLViewController::rebuildSitemaps(std::span<const std::string_view> cells) const {
+    // The head, and with it the style, comes from the file, not from the working copy.
+    const std::string head =
+        readTextFileUpTo(layoutFileLocation(state_.layout), "<body>").value_or("");
+    return rebuiltLayout(head, kSitemapLayouts.at(state_.layout).columns, cells);
 }
 
 }  // namespace loomcrest

@@ -67,23 +67,22 @@ GroupStyle readGroupStyle(std::string_view html, Group group) {
     return style;
 }
 
-std::string withProperty(std::string_view html, Group group, std::string_view propertyPattern,
-                         std::string_view newProperty) {
+void rewriteProperty(const std::string& html, Group group, std::string_view propertyPattern,
+                     std::string_view newProperty, const Replace& replace) {
     const auto oldRule = rule(html, group);
     if (!oldRule) {
-        return std::string(html);
+        return;
     }
     const auto property = Regex(propertyPattern).firstMatch(*oldRule);
     if (!property) {
-        return std::string(html);
+        return;
     }
-    const std::string newRule = replaceAll(*oldRule, property->whole(), newProperty);
-    return replaceAll(html, *oldRule, newRule);
+    replace(*oldRule, replaceAll(*oldRule, property->whole(), newProperty));
 }
 
-std::string withUnderline(std::string_view html, Group group, Underline mode) {
+void rewriteUnderline(const std::string& html, Group group, Underline mode,
+                      const Replace& replace) {
     const bool always = mode == Underline::Always;
-    std::string text(html);
     for (const std::string_view state : {"active", "link", "visited", "hover"}) {
         const std::string value =
             always || (mode == Underline::OnHover && state == "hover") ? "underline" : "none";
@@ -91,12 +90,10 @@ std::string withUnderline(std::string_view html, Group group, Underline mode) {
         const std::string pattern =
             className(group) + " a:" + std::string(state) +
             (always ? " { text-decoration:.* }" : " { text-decoration:.*? }");
-        const auto found = Regex(pattern).firstMatch(text);
-        if (found) {
-            text = replaceAll(text, found->whole(), stateRule(group, state, value));
+        if (const auto found = Regex(pattern).firstMatch(html)) {
+            replace(found->whole(), stateRule(group, state, value));
         }
     }
-    return text;
 }
 
 std::string hexValue(const Rgb& colour) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -38,11 +39,15 @@ struct GroupStyle {
 
 GroupStyle readGroupStyle(std::string_view html, Group group);
 
-// Rewrites one property line of the group's rule, e.g. ("font-size:.*;", "font-size: 1em;").
-std::string withProperty(std::string_view html, Group group, std::string_view propertyPattern,
-                         std::string_view newProperty);
-// Rewrites the group's four underline rules.
-std::string withUnderline(std::string_view html, Group group, Underline mode);
+// Replaces every occurrence of `from` in the layout's text by `to`.
+using Replace = std::function<void(std::string_view from, std::string_view to)>;
+// Rewrites one property line of the group's rule in `html` through `replace`, e.g.
+// ("font-size:.*;", "font-size: 1em;").
+void rewriteProperty(const std::string& html, Group group, std::string_view propertyPattern,
+                     std::string_view newProperty, const Replace& replace);
+// Rewrites the group's four underline rules, one after the other, in `html` through
+// `replace`, each found in the text the one before left.
+void rewriteUnderline(const std::string& html, Group group, Underline mode, const Replace& replace);
 
 struct Rgb {
     double red = 0;

@@ -6,8 +6,10 @@
 
 #include "app/ProcessState.h"
 #include "editors/XmlEntry.h"
+#include "editors/XmlSitemapEntries.h"
 #include "platform/FileSystem.h"
 #include "platform/HtmlDocument.h"
+#include "platform/LargeText.h"
 #include "platform/Text.h"
 #include "sitemap/SitemapFiles.h"
 #include "sites/DataPaths.h"
@@ -76,13 +78,17 @@ void XMLViewController::createTableContent() {
     if (!text) {
         return;
     }
-    const auto document = MarkupDocument::parseXml(*text);
-    if (!document) {
-        return;
-    }
-    // The entries stand in the sitemap namespace; "//url" means them whatever their prefix.
-    for (const MarkupNode& entry : document->select("//*[local-name()='url']")) {
-        urlXMLFileMArray_.push_back(entry.markup());
+    if (auto entries = xmlentries::plainEntries(*text)) {
+        urlXMLFileMArray_ = *std::move(entries);
+    } else {
+        const auto document = MarkupDocument::parseXml(*text);
+        if (!document) {
+            return;
+        }
+        // The entries stand in the sitemap namespace; "//url" means them whatever their prefix.
+        for (const MarkupNode& entry : document->select("//*[local-name()='url']")) {
+            urlXMLFileMArray_.push_back(entry.markup());
+        }
     }
     rebuiltEntries_.resize(urlXMLFileMArray_.size());
     if (entriesChanged_) {
@@ -172,12 +178,18 @@ void XMLViewController::replaceElementOfRow(size_t row, std::string_view tag,
 }
 
 void XMLViewController::updateXMLFile() {
-    std::string text = std::string(xmlSitemapHeader()) + "\n\t";
     rebuiltEntries_.resize(urlXMLFileMArray_.size());
+    size_t size = xmlSitemapHeader().size() + std::string_view("\n\t</urlset>").size();
     for (size_t i = 0; i < urlXMLFileMArray_.size(); ++i) {
         if (!rebuiltEntries_[i]) {
             rebuiltEntries_[i] = rebuiltEntry(urlXMLFileMArray_[i]);
         }
+        size += rebuiltEntries_[i]->size() + 2;
+    }
+    std::string text;
+    reserveLargeText(text, size);
+    text.append(xmlSitemapHeader()).append("\n\t");
+    for (size_t i = 0; i < urlXMLFileMArray_.size(); ++i) {
         text += *rebuiltEntries_[i];
         text += i + 1 == urlXMLFileMArray_.size() ? "\n" : "\n\t";
     }

@@ -9,10 +9,9 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
-#include <sstream>
 
+#include "platform/LargeText.h"
 #include "platform/Text.h"
 
 namespace fs = std::filesystem;
@@ -114,20 +113,72 @@ WriteResult WriteResult::failure(std::string path, std::string reason) {
 }
 
 std::optional<std::string> readTextFile(const std::string& path) {
-    std::error_code error;
-    if (!fs::is_regular_file(path, error)) {
+    FileDescriptor fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    struct stat status {};
+    if (fd.get() < 0 || ::fstat(fd.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
         return std::nullopt;
     }
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
+    // One buffer of the file's size, filled by read(); a file that grows meanwhile is read on
+    // to its end.
+    std::string text;
+    reserveLargeText(text, static_cast<size_t>(status.st_size));
+    text.resize(static_cast<size_t>(status.st_size));
+    std::array<char, 4096> more{};
+    size_t filled = 0;
+    while (true) {
+        const bool full = filled == text.size();
+        char* into = full ? more.data() : text.data() + filled;
+        const size_t room = full ? more.size() : text.size() - filled;
+        const ssize_t got = ::read(fd.get(), into, room);
+        if (got < 0 && errno == EINTR) {
+            continue;
+        }
+        if (got < 0) {
+            return std::nullopt;
+        }
+        if (got == 0) {
+            break;
+        }
+        if (full) {
+            text.append(more.data(), static_cast<size_t>(got));
+        }
+        filled += static_cast<size_t>(got);
+    }
+    text.resize(filled);
+    if (!isValidUtf8(text)) {
         return std::nullopt;
     }
-    std::ostringstream contents;
-    contents << in.rdbuf();
-    if (in.bad()) {
+    return text;
+}
+
+std::optional<std::string> readTextFileUpTo(const std::string& path, std::string_view marker) {
+    FileDescriptor fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    struct stat status {};
+    if (fd.get() < 0 || ::fstat(fd.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
         return std::nullopt;
     }
-    std::string text = std::move(contents).str();
+    std::string text;
+    std::array<char, 64 * 1024> chunk{};
+    size_t found = std::string::npos;
+    while (found == std::string::npos) {
+        const ssize_t got = ::read(fd.get(), chunk.data(), chunk.size());
+        if (got < 0 && errno == EINTR) {
+            continue;
+        }
+        if (got < 0) {
+            return std::nullopt;
+        }
+        if (got == 0) {
+            break;
+        }
+        // The marker may straddle two chunks.
+        const size_t from = text.size() >= marker.size() ? text.size() - marker.size() + 1 : 0;
+        text.append(chunk.data(), static_cast<size_t>(got));
+        found = text.find(marker, from);
+    }
+    if (found != std::string::npos) {
+        text.resize(found);
+    }
     if (!isValidUtf8(text)) {
         return std::nullopt;
     }

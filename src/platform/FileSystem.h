@@ -31,6 +31,10 @@ private:
 
 // The whole file as UTF-8 text; nothing when it is missing, unreadable or not valid UTF-8.
 std::optional<std::string> readTextFile(const std::string& path);
+// The file's text up to, not including, the first `marker`, read no further than needed; the
+// whole text when the marker is missing. Nothing when the file is missing or unreadable, or
+// what was read is not valid UTF-8.
+std::optional<std::string> readTextFileUpTo(const std::string& path, std::string_view marker);
 
 // Writes into a temporary file beside `path`, flushes it to the disk, then renames it over
 // `path`, so a reader sees either the old or the new contents and a failed write leaves the

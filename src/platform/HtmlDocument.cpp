@@ -10,9 +10,11 @@
 #include <libxml/SAX2.h>
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <climits>
 
+#include "platform/LargeText.h"
 #include "platform/Text.h"
 
 namespace loomcrest {
@@ -116,17 +118,81 @@ bool isReferenceAt(std::string_view text, size_t ampersand) {
     return i > start && i < text.size() && text[i] == ';';
 }
 
+// The references the layouts write themselves, decoded without a parser.
+constexpr std::array<std::pair<std::string_view, std::string_view>, 5> kCommonReferences = {{
+    {"&amp;", "&"},
+    {"&lt;", "<"},
+    {"&gt;", ">"},
+    {"&quot;", "\""},
+    {"&#39;", "'"},
+}};
+
+// `markup` decoded, when it holds no tag and only the common references.
+std::optional<std::string> decodedSimply(std::string_view markup) {
+    if (markup.find('<') != std::string_view::npos) {
+        return std::nullopt;
+    }
+    std::string text;
+    text.reserve(markup.size());
+    for (size_t i = 0; i < markup.size(); ++i) {
+        if (markup[i] != '&') {
+            text += markup[i];
+            continue;
+        }
+        const auto* known = std::find_if(
+            kCommonReferences.begin(), kCommonReferences.end(),
+            [&](const auto& reference) { return markup.substr(i).starts_with(reference.first); });
+        if (known == kCommonReferences.end()) {
+            return std::nullopt;
+        }
+        text += known->second;
+        i += known->first.size() - 1;
+    }
+    return text;
+}
+
+// The first anchor of `markup` parsed as an HTML document.
+template <typename Read>
+std::string readFirstAnchor(const std::string& markup, Read read) {
+    const auto document = MarkupDocument::parseHtml(markup);
+    if (!document) {
+        return {};
+    }
+    const std::vector<MarkupNode> anchors = document->select("//a");
+    return anchors.empty() ? std::string() : read(anchors.front());
+}
+
 }  // namespace
+
+std::string htmlTextContent(std::string_view markup) {
+    if (auto simple = decodedSimply(markup)) {
+        return *std::move(simple);
+    }
+    return readFirstAnchor("<html><body><a>" + std::string(markup) + "</a></body></html>",
+                           [](const MarkupNode& anchor) { return anchor.stringValue(); });
+}
+
+std::string htmlAttributeValue(std::string_view written) {
+    if (auto simple = decodedSimply(written)) {
+        return *std::move(simple);
+    }
+    return readFirstAnchor(
+        "<html><body><a href=\"" + std::string(written) + "\"></a></body></html>",
+        [](const MarkupNode& anchor) { return anchor.attribute("href").value_or(""); });
+}
 
 std::string escapeBareAmpersands(std::string_view text) {
     std::string escaped;
-    escaped.reserve(text.size());
-    for (size_t i = 0; i < text.size(); ++i) {
-        escaped += text[i];
-        if (text[i] == '&' && !isReferenceAt(text, i)) {
+    reserveLargeText(escaped, text.size());
+    size_t copied = 0;
+    for (size_t at = text.find('&'); at != std::string_view::npos; at = text.find('&', at + 1)) {
+        escaped.append(text.substr(copied, at + 1 - copied));
+        copied = at + 1;
+        if (!isReferenceAt(text, at)) {
             escaped += "amp;";
         }
     }
+    escaped.append(text.substr(copied));
     return escaped;
 }
 

@@ -76,4 +76,11 @@ private:
 // "&amp;".
 std::string escapeBareAmpersands(std::string_view text);
 
+// The text an HTML parser reads from `markup`, the content of an element: character references
+// decoded, tags left out, white space kept.
+std::string htmlTextContent(std::string_view markup);
+// The value of an attribute written as `written` between double quotes, character references
+// decoded.
+std::string htmlAttributeValue(std::string_view written);
+
 }  // namespace loomcrest

@@ -22,20 +22,41 @@ void Regex::CodeDeleter::operator()(pcre2_code* code) const {
 }
 
 Regex::Regex(std::string_view pattern, Case caseMode) {
+    compile(pattern, PCRE2_UTF | PCRE2_MATCH_INVALID_UTF |
+                         (caseMode == Case::Insensitive ? PCRE2_CASELESS : 0U));
+}
+
+Regex Regex::literal(std::string_view text, Case caseMode) {
+    // Without PCRE2_UTF, caseless matching folds the ASCII letters only.
+    Regex regex;
+    regex.compile(text, PCRE2_LITERAL | (caseMode == Case::Insensitive ? PCRE2_CASELESS : 0U));
+    return regex;
+}
+
+void Regex::compile(std::string_view pattern, uint32_t options) {
     std::unique_ptr<pcre2_compile_context, CompileContextDeleter> context(
         pcre2_compile_context_create(nullptr));
     if (!context) {
         return;
     }
     pcre2_set_newline(context.get(), PCRE2_NEWLINE_LF);
-    uint32_t options = PCRE2_UTF | PCRE2_MATCH_INVALID_UTF;
-    if (caseMode == Case::Insensitive) {
-        options |= PCRE2_CASELESS;
-    }
     int errorCode = 0;
     PCRE2_SIZE errorOffset = 0;
     code_.reset(pcre2_compile(reinterpret_cast<PCRE2_SPTR>(pattern.data()), pattern.size(), options,
                               &errorCode, &errorOffset, context.get()));
+    if (code_) {
+        // Where machine code cannot be made, the interpreter matches instead.
+        pcre2_jit_compile(code_.get(), PCRE2_JIT_COMPLETE);
+    }
+}
+
+int Regex::match(std::string_view subject, size_t start, pcre2_match_data* data) const {
+    const auto* bytes = reinterpret_cast<PCRE2_SPTR>(subject.data());
+    const int result = pcre2_match(code_.get(), bytes, subject.size(), start, 0, data, nullptr);
+    if (result == PCRE2_ERROR_JIT_STACKLIMIT) {
+        return pcre2_match(code_.get(), bytes, subject.size(), start, PCRE2_NO_JIT, data, nullptr);
+    }
+    return result;
 }
 
 Regex::Regex(Regex&&) noexcept = default;
@@ -51,8 +72,7 @@ std::optional<RegexMatch> Regex::firstMatch(std::string_view subject) const {
     if (!data) {
         return std::nullopt;
     }
-    const int result = pcre2_match(code_.get(), reinterpret_cast<PCRE2_SPTR>(subject.data()),
-                                   subject.size(), 0, 0, data.get(), nullptr);
+    const int result = match(subject, 0, data.get());
     if (result <= 0) {
         return std::nullopt;
     }
@@ -72,6 +92,19 @@ std::optional<RegexMatch> Regex::firstMatch(std::string_view subject) const {
     return RegexMatch(std::move(groups));
 }
 
+std::optional<MatchSpan> Regex::find(std::string_view subject, size_t start) const {
+    if (!code_ || start > subject.size()) {
+        return std::nullopt;
+    }
+    std::unique_ptr<pcre2_match_data, MatchDataDeleter> data(
+        pcre2_match_data_create_from_pattern(code_.get(), nullptr));
+    if (!data || match(subject, start, data.get()) <= 0) {
+        return std::nullopt;
+    }
+    const PCRE2_SIZE* offsets = pcre2_get_ovector_pointer(data.get());
+    return MatchSpan{offsets[0], offsets[1]};
+}
+
 std::string Regex::replaceAll(std::string_view subject, std::string_view replacement) const {
     if (!code_) {
         return std::string(subject);
@@ -81,8 +114,7 @@ std::string Regex::replaceAll(std::string_view subject, std::string_view replace
     std::unique_ptr<pcre2_match_data, MatchDataDeleter> data(
         pcre2_match_data_create_from_pattern(code_.get(), nullptr));
     while (data && start <= subject.size()) {
-        const int found = pcre2_match(code_.get(), reinterpret_cast<PCRE2_SPTR>(subject.data()),
-                                      subject.size(), start, 0, data.get(), nullptr);
+        const int found = match(subject, start, data.get());
         if (found <= 0) {
             break;
         }

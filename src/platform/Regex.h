@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -7,6 +8,7 @@
 #include <vector>
 
 struct pcre2_real_code_8;
+struct pcre2_real_match_data_8;
 
 namespace loomcrest {
 
@@ -26,24 +28,41 @@ private:
     std::vector<std::optional<std::string>> groups_;
 };
 
+// Where a match lies in the subject: [begin, end).
+struct MatchSpan {
+    size_t begin = 0;
+    size_t end = 0;
+};
+
 // A compiled PCRE2 pattern over UTF-8 text: case-sensitive unless asked otherwise,
 // quantifiers greedy unless written lazy, and "." matching anything but a line feed.
-// A compiled pattern may be shared between threads.
+// Patterns are compiled to machine code where the platform allows, so a search costs one
+// pass over the subject. A compiled pattern may be shared between threads.
 class Regex {
 public:
     enum class Case { Sensitive, Insensitive };
 
     explicit Regex(std::string_view pattern, Case caseMode = Case::Sensitive);
+    // A pattern that matches `text` itself. Ignoring case folds ASCII letters only, one byte
+    // at a time, as the rest of the program does.
+    static Regex literal(std::string_view text, Case caseMode = Case::Sensitive);
     Regex(Regex&&) noexcept;
     Regex& operator=(Regex&&) noexcept;
     ~Regex();
 
     bool isValid() const { return code_ != nullptr; }
     std::optional<RegexMatch> firstMatch(std::string_view subject) const;
+    // The first match that starts at or after `start`, as offsets into `subject`.
+    std::optional<MatchSpan> find(std::string_view subject, size_t start = 0) const;
     // Every match replaced by `replacement`, taken literally.
     std::string replaceAll(std::string_view subject, std::string_view replacement) const;
 
 private:
+    Regex() = default;
+    void compile(std::string_view pattern, uint32_t options);
+    // pcre2_match, falling back to the interpreter when compiled code runs out of stack.
+    int match(std::string_view subject, size_t start, pcre2_real_match_data_8* data) const;
+
     struct CodeDeleter {
         void operator()(pcre2_real_code_8* code) const;
     };

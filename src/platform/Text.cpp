@@ -1,9 +1,11 @@
 #include "platform/Text.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <climits>
 #include <cstdint>
+#include <cstring>
 
 namespace loomcrest {
 
@@ -24,6 +26,15 @@ bool isValidUtf8(std::string_view text) {
     size_t i = 0;
     const size_t size = text.size();
     while (i < size) {
+        // Plain ASCII, the bulk of most texts, eight bytes at a time.
+        if (i + sizeof(uint64_t) <= size) {
+            uint64_t eight = 0;
+            std::memcpy(&eight, text.data() + i, sizeof(eight));
+            if ((eight & 0x8080808080808080ULL) == 0) {
+                i += sizeof(eight);
+                continue;
+            }
+        }
         const auto lead = static_cast<unsigned char>(text[i]);
         size_t length = 0;
         uint32_t codePoint = 0;
@@ -99,9 +110,49 @@ bool equalsIgnoringCase(std::string_view a, std::string_view b) {
 }
 
 bool containsIgnoringCase(std::string_view text, std::string_view needle) {
-    const auto it =
-        std::search(text.begin(), text.end(), needle.begin(), needle.end(), sameIgnoringCase);
-    return !needle.empty() && it != text.end();
+    if (needle.empty() || needle.size() > text.size()) {
+        return false;
+    }
+    // The bytes that fold to the needle's first byte; usually a letter's two cases, which
+    // memchr finds quickly.
+    std::array<char, 2> firsts{};
+    size_t firstCount = 0;
+    for (int byte = 0; byte < 256; ++byte) {
+        const auto candidate = static_cast<char>(byte);
+        if (sameIgnoringCase(candidate, needle.front()) && firstCount++ < firsts.size()) {
+            firsts[firstCount - 1] = candidate;
+        }
+    }
+    if (firstCount > firsts.size()) {
+        return std::search(text.begin(), text.end(), needle.begin(), needle.end(),
+                           sameIgnoringCase) != text.end();
+    }
+    const size_t lastStart = text.size() - needle.size();
+    std::array<size_t, 2> next{};
+    const auto findFrom = [&](char c, size_t from) {
+        const void* found =
+            from > lastStart ? nullptr : std::memchr(text.data() + from, c, lastStart - from + 1);
+        return found == nullptr
+                   ? std::string_view::npos
+                   : static_cast<size_t>(static_cast<const char*>(found) - text.data());
+    };
+    for (size_t k = 0; k < firstCount; ++k) {
+        next[k] = findFrom(firsts[k], 0);
+    }
+    while (true) {
+        const size_t at = firstCount == 1 ? next[0] : std::min(next[0], next[1]);
+        if (at == std::string_view::npos) {
+            return false;
+        }
+        if (equalsIgnoringCase(text.substr(at, needle.size()), needle)) {
+            return true;
+        }
+        for (size_t k = 0; k < firstCount; ++k) {
+            if (next[k] == at) {
+                next[k] = findFrom(firsts[k], at + 1);
+            }
+        }
+    }
 }
 
 std::vector<std::string> split(std::string_view text, char separator) {

@@ -68,8 +68,11 @@ std::string markedLine(std::string_view divClass, std::string_view url, int link
                        std::string_view title) {
     const std::string id = std::to_string(linkId);
     std::string line(kLineStart);
-    line.append("<div class=\"").append(divClass).append("\"><a href=\"").append(url);
-    line.append("---LINKID:").append(id).append("---\">").append(escapeAmpersands(title));
+    line.append("<div class=\"")
+        .append(divClass)
+        .append("\"><a href=\"")
+        .append(escapeAddress(url));
+    line.append("---LINKID:").append(id).append("---\">").append(escapeMarkup(title));
     line.append("<!-- LINKID: ").append(id).append(" --></a></div>");
     return line;
 }
@@ -94,8 +97,29 @@ std::string withoutLinkMarkers(std::string_view line) {
     return marker.replaceAll(comment.replaceAll(line, ""), "");
 }
 
-std::string escapeAmpersands(std::string_view text) {
-    return replaceAll(text, "&", "&amp;");
+std::string escapeMarkup(std::string_view text) {
+    std::string escaped;
+    escaped.reserve(text.size());
+    for (const char c : text) {
+        switch (c) {
+            case '&':
+                escaped += "&amp;";
+                break;
+            case '<':
+                escaped += "&lt;";
+                break;
+            case '>':
+                escaped += "&gt;";
+                break;
+            default:
+                escaped += c;
+        }
+    }
+    return escaped;
+}
+
+std::string escapeAddress(std::string_view address) {
+    return replaceAll(address, "\"", "%22");
 }
 
 std::string oneColumnPiece(std::string_view item) {

@@ -14,17 +14,21 @@ std::string_view htmlSitemapHead();
 inline constexpr std::string_view kTableOpening =
     R"(<table width="100%" border="0" cellpadding="10">)";
 
-// A page's title line; the title is given as it stands and has its "&" escaped here.
+// A page's title line; the title is given as it stands and escaped here (escapeMarkup), and
+// so is the address (escapeAddress), so that crawled text never becomes markup.
 std::string pageTitleLine(std::string_view pageURL, int linkId, std::string_view title);
-// A link line; the same escaping of the title.
+// A link line; the same escaping.
 std::string linkLine(std::string_view linkURL, int linkId, std::string_view title);
 
 // `line` without its LINKID markers: the href suffix "---LINKID:N---" and the comment
 // "<!-- LINKID: N -->", as a published sitemap shows it.
 std::string withoutLinkMarkers(std::string_view line);
 
-// "&" as "&amp;", the only escaping titles get; "<", ">" and quotes pass through.
-std::string escapeAmpersands(std::string_view text);
+// A title or link text as the lines hold it: "&", "<" and ">" as "&amp;", "&lt;" and "&gt;";
+// quotes pass through. A browser shows the text as it was.
+std::string escapeMarkup(std::string_view text);
+// An address as the href holds it: a double quote, which would end the attribute, as "%22".
+std::string escapeAddress(std::string_view address);
 
 // The piece that appends `item` to a one-column file.
 std::string oneColumnPiece(std::string_view item);

@@ -29,11 +29,16 @@ AddEditDeleteSites::AddEditDeleteSites(ScanViewController& siteList, SiteSheetVi
                                        AlertPresenter& alerts)
     : siteList_(siteList), sheetView_(sheet), alerts_(alerts) {}
 
-void AddEditDeleteSites::addNewSite() {
-    sheet_.title = "Add New Site";
-    sheet_.defaultButtonTitle = "Add Site";
+void AddEditDeleteSites::setSheetMode(std::string_view mode, std::string_view title,
+                                      std::string_view button) {
+    sheet_.title = title;
+    sheet_.defaultButtonTitle = button;
     sheet_.alternateButtonTitle = "Cancel";
-    calledBy_ = kAddMode;
+    calledBy_ = mode;
+}
+
+void AddEditDeleteSites::addNewSite() {
+    setSheetMode(kAddMode, "Add New Site", "Add Site");
     showSheet();
 }
 
@@ -41,10 +46,7 @@ void AddEditDeleteSites::editSite() {
     if (siteList_.state().details.siteName.empty()) {
         return;
     }
-    sheet_.title = "Edit Site";
-    sheet_.defaultButtonTitle = "Save Changes";
-    sheet_.alternateButtonTitle = "Cancel";
-    calledBy_ = kEditMode;
+    setSheetMode(kEditMode, "Edit Site", "Save Changes");
     editSiteStart();
 }
 

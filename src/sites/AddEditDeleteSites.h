@@ -45,6 +45,7 @@ public:
 
 private:
     void showSheet();
+    void setSheetMode(std::string_view mode, std::string_view title, std::string_view button);
     bool writeSiteURL(std::string_view name, std::string_view text, std::string_view url);
     bool renameSite(std::string_view name, std::string_view url);
     void alertOnSheet(std::string title, std::string message);

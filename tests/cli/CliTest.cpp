@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
+#include "platform/HtmlDocument.h"
+#include "platform/Text.h"
 #include "support/RunCommand.h"
 #include "support/TemporaryHome.h"
+#include "support/TestServer.h"
 
 namespace loomcrest {
 namespace {
@@ -278,6 +281,115 @@ TEST(HtmlCommand, ListsStylesEditsDeletesAndPreviews) {
 
     EXPECT_EQ(runLoomcrest(home, {"html", "Demo", "4c", "lines"}).exitCode, 2);
     EXPECT_EQ(runLoomcrest(home, {"html", "Demo", "1c", "delete", "9999"}).exitCode, 1);
+
+    const auto style = runLoomcrest(home, {"html", "Demo", "1c", "style"});
+    EXPECT_EQ(style.exitCode, 0);
+    EXPECT_EQ(style.out,
+              "pt font-family: Times New Roman, Times, serif\npt font-size: 1.1em\n"
+              "pt font-weight: bold\npt font-style: normal\npt color: #000000\n"
+              "pt underline: none\n"
+              "pl font-family: Times New Roman, Times, serif\npl font-size: 1.3em\n"
+              "pl font-weight: normal\npl font-style: normal\npl color: #0000FF\n"
+              "pl underline: hover\n");
+}
+
+TEST(HtmlCommand, ALineThatCannotBeFoundAgainIsReported) {
+    TemporaryHome home;
+    ASSERT_EQ(runLoomcrest(home, {"demo"}).exitCode, 0);
+    // A title written with a reference the layouts never write: a click reads it as a quote,
+    // which the line does not hold.
+    const std::string path = home.dataRoot() + "/Demo/sitemap1c.html";
+    const std::string quoted = replaceAll(fileContents(path), ">Demo Shop<", ">&quot;Demo&quot;<");
+    test::writeFile(path, quoted);
+    EXPECT_TRUE(runLoomcrest(home, {"html", "Demo", "1c", "lines"})
+                    .out.starts_with("1\ttitle\t0\t\"Demo\"\t"));
+    for (const std::string action : {"delete", "edit"}) {
+        const auto result =
+            action == "delete"
+                ? runLoomcrest(home, {"html", "Demo", "1c", "delete", "1"})
+                : runLoomcrest(home, {"html", "Demo", "1c", "edit", "1", "--title", "X"});
+        EXPECT_EQ(result.exitCode, 1) << action;
+        const std::string question =
+            action == "delete" ? "Are you absolutely sure you want to remove this link from your "
+                                 "sitemap, deleted links cannot be restored.\nThis could take a "
+                                 "while for large sites.\n"
+                               : "";
+        EXPECT_EQ(result.err, question +
+                                  "Line 1 could not be found again in the layout; nothing was " +
+                                  (action == "delete" ? "deleted" : "changed") + ".\n");
+        EXPECT_EQ(fileContents(path), quoted);
+    }
+}
+
+// Every element and attribute of a published page that runs or loads something.
+size_t liveMarkup(const std::string& html) {
+    const auto document = MarkupDocument::parseHtml(html);
+    return document
+        ->select(
+            "//script | //img | //iframe | //base | //meta[@http-equiv='refresh']"
+            " | //@*[starts-with(name(), 'on')]")
+        .size();
+}
+
+TEST(HtmlCommand, CrawledMarkupIsShownAsTextNeverRun) {
+    TemporaryHome home;
+    test::TestServer server;
+    server.server().Get("/", [](const httplib::Request&, httplib::Response& res) {
+        res.set_content(
+            "<title>&lt;script&gt;document.title='pwned'&lt;/script&gt;</title>"
+            "<a href=\"a.html\">&lt;img src=x onerror=alert(1)&gt;</a>"
+            "<a href=\"b.html?q=1&amp;r=2\">Dee &amp;lt; Dum</a>"
+            "<a href=\"c.html\">&lt;/a&gt;&lt;iframe src=//evil.example/&gt;</a>",
+            "text/html");
+    });
+    server.server().Get("/a.html", [](const httplib::Request&, httplib::Response& res) {
+        res.set_content(
+            "<title>&lt;meta http-equiv=refresh content=0;url=//evil.example/&gt;"
+            "&lt;base href=//evil.example/&gt;</title>",
+            "text/html");
+    });
+    server.start();
+    ASSERT_EQ(runLoomcrest(home, {"add", "Site", server.url("/")}).exitCode, 0);
+    ASSERT_EQ(runLoomcrest(home, {"scan", "Site"}).exitCode, 0);
+    const std::string folder = home.dataRoot() + "/Site";
+    EXPECT_NE(fileContents(folder + "/sitemap3c.html")
+                  .find("<div class=\"zplPageLink\"><a href=\"" + server.url("/a.html") +
+                        "---LINKID:2---\">&lt;img src=x onerror=alert(1)&gt;<!-- LINKID: 2 -->"
+                        "</a></div>"),
+              std::string::npos);
+    for (const char* layout : {"3c", "2c", "1c", "3cpo", "2cpo", "1cpo"}) {
+        const std::string file = folder + "/sitemap" + layout + ".html";
+        EXPECT_EQ(liveMarkup(fileContents(file)), 0U) << layout;
+        ASSERT_EQ(runLoomcrest(home, {"html", "Site", layout, "preview"}).exitCode, 0);
+        EXPECT_EQ(liveMarkup(fileContents(folder + "/tmpMap.html")), 0U) << layout;
+        ASSERT_EQ(
+            runLoomcrest(home, {"export", "Site", layout, home.path() + "/out.html"}).exitCode, 0);
+        EXPECT_EQ(liveMarkup(fileContents(home.path() + "/out.html")), 0U) << layout;
+    }
+
+    // The labels as a browser shows them, and edits that find exactly those lines.
+    EXPECT_EQ(runLoomcrest(home, {"html", "Site", "1c", "lines"}).out,
+              "1\ttitle\t0\t<script>document.title='pwned'</script>\t" + server.url("/") +
+                  "\n2\tlink\t2\t<img src=x onerror=alert(1)>\t" + server.url("/a.html") +
+                  "\n3\tlink\t3\tDee &lt; Dum\t" + server.url("/b.html?q=1&r=2") +
+                  "\n4\tlink\t4\t</a><iframe src=//evil.example/>\t" + server.url("/c.html") +
+                  "\n5\ttitle\t4\t<meta http-equiv=refresh content=0;url=//evil.example/>"
+                  "<base href=//evil.example/>\t" +
+                  server.url("/a.html") + "\n");
+    EXPECT_EQ(
+        runLoomcrest(home, {"html", "Site", "1c", "edit", "3", "--link", "http://h/d"}).exitCode,
+        0);
+    EXPECT_EQ(
+        runLoomcrest(home, {"html", "Site", "1c", "edit", "2", "--title", "<b>bold</b>"}).exitCode,
+        0);
+    const std::string edited = fileContents(folder + "/sitemap1c.html");
+    EXPECT_NE(
+        edited.find("<a href=\"http://h/d---LINKID:3---\">Dee &amp;lt; Dum<!-- LINKID: 3 -->"),
+        std::string::npos);
+    EXPECT_NE(edited.find("---LINKID:2---\">&lt;b&gt;bold&lt;/b&gt;<!-- LINKID: 2 -->"),
+              std::string::npos);
+    EXPECT_EQ(runLoomcrest(home, {"html", "Site", "1c", "delete", "4"}).exitCode, 0);
+    EXPECT_EQ(fileContents(folder + "/sitemap1c.html").find("iframe"), std::string::npos);
 }
 
 }  // namespace

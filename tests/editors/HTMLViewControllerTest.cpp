@@ -9,6 +9,7 @@
 #include "platform/ImmediateUiThread.h"
 #include "platform/Text.h"
 #include "sitemap/HtmlSitemapFormat.h"
+#include "sitemap/SitemapFiles.h"
 #include "sites/DataPaths.h"
 #include "sites/SiteFile.h"
 #include "support/Recorders.h"
@@ -28,7 +29,14 @@ using test::writeFile;
 class RecordingHtmlView : public HtmlView {
 public:
     void htmlViewChanged(const HtmlViewState& newState) override { state = newState; }
-    void loadPreview(std::string_view html) override { preview = html; }
+    void loadPreview(std::string_view html) override {
+        preview = html;
+        ++loads;
+    }
+    void updatePreview(std::string_view html, const PreviewEdit& edit) override {
+        preview = html;
+        edits.push_back(edit);
+    }
     void showPreviewPanel(bool shown) override { panelShown = shown; }
     void setPreviewProgress(double value, double maximum) override {
         progress = value;
@@ -38,6 +46,8 @@ public:
 
     HtmlViewState state;
     std::string preview;
+    int loads = 0;
+    std::vector<PreviewEdit> edits;
     bool panelShown = false;
     double progress = 0;
     double progressMaximum = 0;
@@ -372,6 +382,234 @@ TEST_F(HtmlEditor, ACancelledPreviewWritesNothing) {
     EXPECT_TRUE(view.opened.empty());
 }
 
+// The one-column layout of the given lines, each a page block of its own.
+std::string oneColumnLayout(const std::vector<std::string>& lines) {
+    std::string text(htmlSitemapHead());
+    for (const std::string& line : lines) {
+        text += oneColumnPiece(line);
+    }
+    return text + "\n</body>\n</html>";
+}
+
+std::string div(const std::string& line) {
+    return line.substr(std::string_view("\n\t\t\t").size());
+}
+
+using Replacement = PreviewEdit::Replacement;
+
+TEST_F(HtmlEditor, EditsChangeThePreviewInPlace) {
+    const std::string home = pageTitleLine("http://h/", 0, "Home");
+    const std::string first = linkLine("http://h/a.html", 1, "Tom & Jerry");
+    writeFile(layout("sitemap1c.html"), oneColumnLayout({home + first}));
+    controller.changeMapType(2);
+    const int loads = view.loads;
+
+    controller.linkClicked("http://h/a.html---LINKID:1---", "Tom & Jerry");
+    controller.setEditFields("Tom", "http://h/a.html");
+    controller.titleEditInputAction();
+    const std::string edited = linkLine("http://h/a.html", 1, "Tom");
+    EXPECT_FALSE(view.state.deleteEnabled) << "as after a reload";
+    ASSERT_EQ(view.edits.size(), 1U);
+    EXPECT_EQ(view.edits[0].replacements,
+              (std::vector<Replacement>{{"<a href=\"http://h/a.html---LINKID:1---\">Tom &amp; "
+                                         "Jerry<!-- LINKID: 1 --></a>",
+                                         "<a href=\"http://h/a.html---LINKID:1---\">Tom<!-- "
+                                         "LINKID: 1 --></a>",
+                                         1}}));
+
+    controller.linkClicked("http://h/---LINKID:0---", "Home");
+    controller.deleteLinkAction();
+    ASSERT_EQ(view.edits.size(), 2U);
+    EXPECT_EQ(view.edits[1].replacements,
+              (std::vector<Replacement>{
+                  {div(home), std::nullopt, 1},
+                  {div(edited), replaceAll(div(edited), "zplPageLink", "zplPageTitle"), 1}}));
+
+    controller.setFontSize(Group::PageTitle, 0);
+    ASSERT_EQ(view.edits.size(), 3U);
+    const auto style = [](const std::string& html) {
+        const size_t start = html.find("<style type=\"text/css\">") + 23;
+        return html.substr(start, html.find("</style>") - start);
+    };
+    EXPECT_EQ(view.edits[2].style,
+              (PreviewEdit::StyleChange{style(fileContents(layout("sitemap1c.html"))),
+                                        style(process.vrlmpHTMLString)}));
+    EXPECT_EQ(view.preview, process.vrlmpHTMLString);
+    EXPECT_EQ(view.loads, loads) << "nothing was loaded again";
+}
+
+TEST_F(HtmlEditor, AStyleRuleQuotedInATitleIsRewrittenTooAndTheLayoutLoadedAgain) {
+    const std::string quoted = ".zplPageTitle a:hover { text-decoration:underline }";
+    writeFile(layout("sitemap1c.html"),
+              oneColumnLayout({pageTitleLine("http://h/css.html", 1, "CSS: " + quoted)}));
+    controller.changeMapType(2);
+    const int loads = view.loads;
+    controller.setUnderline(Group::PageTitle, Underline::None);
+    EXPECT_NE(process.vrlmpHTMLString.find(
+                  ">CSS: .zplPageTitle a:hover { text-decoration:none }<!-- LINKID: 1 -->"),
+              std::string::npos)
+        << "every occurrence of the rule is rewritten";
+    EXPECT_EQ(view.loads, loads + 1);
+    EXPECT_TRUE(view.edits.empty());
+}
+
+TEST_F(HtmlEditor, ARepackOrAFailedSaveLoadsThePreviewAgain) {
+    // The scan's filler cell holds no line, so this deletion re-packs the layout.
+    int loads = view.loads;
+    controller.linkClicked("http://h/b.html---LINKID:3---", "B");
+    controller.deleteLinkAction();
+    EXPECT_EQ(view.loads, loads + 1);
+    EXPECT_TRUE(view.edits.empty());
+    EXPECT_EQ(view.preview, fileContents(layout("sitemap3c.html")));
+
+    // Unsaved, the change stays in the working copy, which is loaded again as a whole.
+    loads = view.loads;
+    removeRecursively(home.dataRoot() + "/Site");
+    controller.linkClicked("http://h/a.html---LINKID:2---", "Tom & Jerry");
+    controller.setEditFields("Tom", "http://h/a.html");
+    controller.titleEditInputAction();
+    EXPECT_EQ(view.loads, loads + 1);
+    EXPECT_EQ(view.preview, process.vrlmpHTMLString);
+    EXPECT_NE(view.preview.find(">Tom<!-- LINKID: 2 -->"), std::string::npos);
+    EXPECT_TRUE(view.edits.empty());
+    EXPECT_TRUE(view.state.saveEnabled);
+    ASSERT_FALSE(alerts.shown.empty());
+    EXPECT_EQ(alerts.shown.back().title, "The HTML sitemap could not be saved.");
+}
+
+TEST_F(HtmlEditor, EscapedTitlesAndQuotedAddressesAreFoundAgain) {
+    writeFile(layout("sitemap1c.html"),
+              oneColumnLayout({pageTitleLine("http://h/q?x=\"1\"&y=2", 7, "<b>Bold</b> & co")}));
+    controller.changeMapType(2);
+    // What a browser reports for the line.
+    controller.linkClicked("http://h/q?x=%221%22&y=2---LINKID:7---", "<b>Bold</b> & co");
+    EXPECT_EQ(view.state.linkField, "http://h/q?x=%221%22&y=2");
+    controller.setEditFields("<i>\"x\"</i>", "http://h/\"new\"");
+    controller.titleEditInputAction();
+    EXPECT_EQ(controller.lastLineEdit(), HTMLViewController::LineEdit::Done);
+    EXPECT_EQ(fileContents(layout("sitemap1c.html")),
+              oneColumnLayout({pageTitleLine("http://h/%22new%22", 7, "<i>\"x\"</i>")}));
+
+    controller.linkClicked("http://h/%22new%22---LINKID:7---", "<i>\"x\"</i>");
+    controller.deleteLinkAction();
+    EXPECT_EQ(controller.lastLineEdit(), HTMLViewController::LineEdit::Done);
+    EXPECT_EQ(fileContents(layout("sitemap1c.html")), oneColumnLayout({""}));
+}
+
+TEST_F(HtmlEditor, OlderLayoutsWithBareMarkupCharactersAreFoundAgain) {
+    const std::string older =
+        "\n\t\t\t<div class=\"zplPageTitle\"><a href=\"http://h/\">"
+        "A < B<!-- LINKID: 0 --></a></div>";
+    writeFile(layout("sitemap1c.html"),
+              oneColumnLayout({replaceAll(older, "/\">", "/---LINKID:0---\">")}));
+    controller.changeMapType(2);
+    controller.linkClicked("http://h/---LINKID:0---", "A < B");
+    controller.setEditFields("A > B", "http://h/");
+    controller.titleEditInputAction();
+    EXPECT_EQ(fileContents(layout("sitemap1c.html")),
+              oneColumnLayout({pageTitleLine("http://h/", 0, "A > B")}));
+}
+
+TEST_F(HtmlEditor, LinesThatCannotBeFoundAreReported) {
+    controller.linkClicked("http://h/gone.html---LINKID:9---", "Gone");
+    controller.setEditFields("Back", "http://h/gone.html");
+    controller.titleEditInputAction();
+    EXPECT_EQ(controller.lastLineEdit(), HTMLViewController::LineEdit::NotFound);
+    EXPECT_EQ(fileContents(layout("sitemap3c.html")), threeColumnLayout());
+
+    // Pattern characters other than "?" in a title are taken as a pattern.
+    writeFile(layout("sitemap1c.html"),
+              oneColumnLayout({pageTitleLine("http://h/x?y", 1, "a (b)"),
+                               pageTitleLine("http://h/x?y", 2, "a (b")}));
+    controller.changeMapType(2);
+    for (const auto& [number, title] : {std::pair{1, "a (b)"}, std::pair{2, "a (b"}}) {
+        controller.linkClicked("http://h/x?y---LINKID:" + std::to_string(number) + "---", title);
+        controller.deleteLinkAction();
+        EXPECT_EQ(controller.lastLineEdit(), HTMLViewController::LineEdit::NotFound) << title;
+    }
+}
+
+TEST_F(HtmlEditor, AnAddressIsAPatternSoAnEarlierLineCanAnswerIt) {
+    // "." in the address matches any character: the first line matching the deletion's
+    // pattern goes, even if it is not the one clicked.
+    const std::string look = pageTitleLine("http://h/aXhtml", 4, "Same");
+    const std::string clicked = pageTitleLine("http://h/a.html", 4, "Same");
+    writeFile(layout("sitemap1c.html"), oneColumnLayout({look, clicked}));
+    controller.changeMapType(2);
+    controller.linkClicked("http://h/a.html---LINKID:4---", "Same");
+    controller.deleteLinkAction();
+    EXPECT_EQ(fileContents(layout("sitemap1c.html")), oneColumnLayout({"", clicked}));
+}
+
+TEST_F(HtmlEditor, AfterARepackALinkWithAnAmpersandIsFoundAgain) {
+    std::string html = std::string(htmlSitemapHead()) + std::string(kTableOpening);
+    int filled = 0;
+    html += tablePiece(
+        pageTitleLine("http://h/", 0, "Home") + linkLine("http://h/c.html?a=1&b=2", 1, "C & D"), 3,
+        filled);
+    html += tablePiece(pageTitleLine("http://h/e.html", 1, "E"), 3, filled);
+    writeFile(layout("sitemap3c.html"), html + std::string(threeColumnClosing(filled)));
+    controller.firstLoad();
+    controller.linkClicked("http://h/e.html---LINKID:1---", "E");
+    controller.deleteLinkAction();
+    ASSERT_NE(fileContents(layout("sitemap3c.html")).find("<td width=\"32%\">"), std::string::npos)
+        << "re-packed";
+
+    controller.linkClicked("http://h/c.html?a=1&b=2---LINKID:1---", "C & D");
+    controller.setEditFields("C", "http://h/c.html?a=1&b=3");
+    controller.titleEditInputAction();
+    EXPECT_EQ(controller.lastLineEdit(), HTMLViewController::LineEdit::Done);
+    EXPECT_NE(
+        fileContents(layout("sitemap3c.html")).find(linkLine("http://h/c.html?a=1&b=3", 1, "C")),
+        std::string::npos);
+    controller.linkClicked("http://h/c.html?a=1&b=3---LINKID:1---", "C");
+    controller.deleteLinkAction();
+    EXPECT_EQ(controller.lastLineEdit(), HTMLViewController::LineEdit::Done);
+    EXPECT_EQ(fileContents(layout("sitemap3c.html")).find("c.html"), std::string::npos);
+}
+
+// A page title is deleted; the next number present decides which line follows it.
+TEST_F(HtmlEditor, TheLineAfterADeletedTitleIsTheNextNumberPresent) {
+    struct Case {
+        std::vector<std::string> lines;  // after the title numbered 10
+        int total;
+        std::string promoted;  // the line that became a title, if any
+    };
+    const std::string link2000 = linkLine("http://h/l.html", 2000, "L");
+    const std::string link11 = linkLine("http://h/l.html", 11, "L");
+    const std::string link14 = linkLine("http://h/l.html", 14, "L");
+    const std::string link20 = linkLine("http://h/l.html", 20, "L");
+    const std::string zeros =
+        replaceAll(linkLine("http://h/z.html", 12, "Z"), ":12---", ":0012---");
+    const std::vector<Case> cases = {
+        {{link2000, pageTitleLine("http://h/n.html", 2005, "N")}, 3000, link2000},
+        {{pageTitleLine("http://h/n.html", 2005, "N")}, 3000, ""},
+        {{}, 3000, ""},
+        {{link11}, 5, link11},
+        {{}, 11, ""},
+        {{zeros, link14}, 100, link14},
+        {{linkLine("http://h/l.html", 30, "L"), link20}, 100, link20},
+    };
+    for (const Case& each : cases) {
+        std::vector<std::string> lines = {pageTitleLine("http://h/t.html", 10, "T")};
+        lines.insert(lines.end(), each.lines.begin(), each.lines.end());
+        writeFile(layout("sitemap1c.html"), oneColumnLayout(lines));
+        writeSiteStatistics("Site", each.total, 3, 2);
+        controller.changeMapType(2);
+        controller.linkClicked("http://h/t.html---LINKID:10---", "T");
+        controller.deleteLinkAction();
+        lines.erase(lines.begin());
+        for (std::string& line : lines) {
+            if (line == each.promoted) {
+                line = replaceAll(line, "zplPageLink", "zplPageTitle");
+            }
+        }
+        lines.insert(lines.begin(), "");
+        EXPECT_EQ(fileContents(layout("sitemap1c.html")), oneColumnLayout(lines))
+            << each.lines.size() << " lines, " << each.total << " links";
+    }
+}
+
 TEST_F(HtmlEditor, EveryLoadForgetsTheClickedLine) {
     const std::vector<std::pair<const char*, std::function<void()>>> loads = {
         {"first load", [&] { controller.firstLoad(); }},
@@ -404,6 +642,7 @@ TEST_F(HtmlEditor, WithoutALayoutNothingIsWritten) {
     controller.setEditFields("New title", "http://h/new.html");
     controller.titleEditInputAction();
     controller.setFontSize(Group::PageTitle, 2);
+    EXPECT_FALSE(process.vrlmpNeedsSave) << "the working copy is left alone";
     controller.saveNow("closewindow");
     controller.deleteLinkAction();
     EXPECT_FALSE(pathExists(home.dataRoot() + "/Never Scanned/sitemap3c.html"));
@@ -444,21 +683,44 @@ std::string sevenCells() {
     return text + "&nbsp;</td>\n\t\t<td>&nbsp;</td>\n\t</tr>\n</table>\n</body>\n</html>";
 }
 
-TEST(HtmlEditorRebuild, EmptyingACellRepacksTheLayout) {
+class HtmlEditorRebuild : public testing::Test {
+protected:
+    void SetUp() override {
+        process.vrlmpCurSite = "Site";
+        writeFile(home.dataRoot() + "/Site/sitemap3c.html", "unused");
+        writeFile(path, sevenCells());
+        controller.firstLoad();
+        controller.changeMapType(3);
+    }
+
     TemporaryHome home;
     ProcessState process;
-    process.vrlmpCurSite = "Site";
     const std::string path = home.dataRoot() + "/Site/sitemap3cpo.html";
-    writeFile(home.dataRoot() + "/Site/sitemap3c.html", "unused");
-    writeFile(path, sevenCells());
     RecordingHtmlView view;
     RecordingAlerts alerts;
     ImmediateUiThread ui;
-    HTMLViewController controller(process, view, alerts, ui, [] { return std::string("Site"); });
-    controller.firstLoad();
-    controller.changeMapType(3);
+    HTMLViewController controller{process, view, alerts, ui, [] { return std::string("Site"); }};
+};
+
+TEST_F(HtmlEditorRebuild, EmptyingACellOfTheLastRowChangesOnlyThatRowInThePreview) {
+    const int loads = view.loads;
+    controller.linkClicked("http://h/p7.html---LINKID:7---", "P7");
+    controller.deleteLinkAction();
+    ASSERT_EQ(view.edits.size(), 1U);
+    // The row of P7 and the fillers goes, as the clean-up removes it from the file.
+    EXPECT_EQ(view.edits[0].rows, (RowChange{2, 3, "32%", ""}));
+    EXPECT_EQ(view.loads, loads);
+    const std::string saved = fileContents(path);
+    EXPECT_EQ(saved, process.vrlmpHTMLString);
+    EXPECT_TRUE(saved.ends_with("\n\t\t</td>\n\t</tr>\n\t\n</table>\n</body>\n</html>"));
+}
+
+TEST_F(HtmlEditorRebuild, EmptyingACellRepacksTheLayout) {
+    const int loads = view.loads;
     controller.linkClicked("http://h/p5.html---LINKID:5---", "P5");
     controller.deleteLinkAction();
+    EXPECT_EQ(view.loads, loads + 1) << "cells moved: the preview loads the layout";
+    EXPECT_TRUE(view.edits.empty());
 
     const auto cell = [](int page) {
         return "\n\t\t\t<div class=\"zplPageTitle\"><a href=\"http://h/p" + std::to_string(page) +

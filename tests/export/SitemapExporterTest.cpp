@@ -25,10 +25,7 @@
 namespace loomcrest {
 namespace {
 
-using test::fileContents;
-using test::RecordingAlerts;
-using test::TemporaryHome;
-using test::writeFile;
+using namespace test;
 
 class RecordingExportView : public ExportView {
 public:
@@ -257,9 +254,12 @@ TEST_F(Export, CompressedPartsHoldThePlainOnes) {
 TEST(SitemapSplit, PartsKeepHeadTailAndSeparatorsWithinBothLimits) {
     const std::string text = "<s>\n <u>1</u>\n <u>22</u><!-- <u>x</u> -->\n <u>3</u><u/>\n</s>";
     EXPECT_EQ(splitSitemap(text, {4, text.size()}), std::vector<std::string>{text});
-    EXPECT_EQ(
-        splitSitemap(text, {2, text.size()}),
-        (std::vector<std::string>{"<s>\n <u>1</u>\n <u>22</u>\n</s>", "<s>\n <u>3</u><u/>\n</s>"}));
+    // Two entries to a part, by their count or by a size limit they reach exactly.
+    for (const SitemapLimits limits : {SitemapLimits{2, text.size()}, SitemapLimits{4, 29}}) {
+        EXPECT_EQ(splitSitemap(text, limits),
+                  (std::vector<std::string>{"<s>\n <u>1</u>\n <u>22</u>\n</s>",
+                                            "<s>\n <u>3</u><u/>\n</s>"}));
+    }
     EXPECT_EQ(splitSitemap(text, {4, 20}),
               (std::vector<std::string>{"<s>\n <u>1</u>\n</s>", "<s>\n <u>22</u>\n</s>",
                                         "<s>\n <u>3</u>\n</s>", "<s>\n <u/>\n</s>"}));
@@ -270,36 +270,31 @@ TEST(SitemapSplit, PartsKeepHeadTailAndSeparatorsWithinBothLimits) {
     EXPECT_EQ(sitemapPartPath(".xml", 1, false), ".xml-1");
 }
 
-TEST_F(Export, MissingFilesAreReportedAndNothingIsWritten) {
-    exporter.exportHTMLSitemaps();
-    exporter.waitForExport();
-    exporter.exportXMLSitemap();
-    exporter.waitForExport();
-    ASSERT_EQ(alerts.shown.size(), 2U);
-    for (const Alert& alert : alerts.shown) {
-        EXPECT_EQ(alert.title,
-                  "The sitemap you are trying to export could not be found, please "
-                  "make sure you have scanned your site before exporting.");
+TEST_F(Export, MissingOrUnreadableFilesAreReportedAndNothingIsWritten) {
+    const std::string missing =
+        "The sitemap you are trying to export could not be found, please make sure you have "
+        "scanned your site before exporting.";
+    const std::string unreadable =
+        "An error has occurred while exporting your sitemap, you may need to re-scan the site.\n";
+    for (const bool present : {false, true}) {
+        if (present) {
+            writeFile(site("sitemap3c.html"), "caf\xe9");
+            writeFile(site("sitemap.xml"), "caf\xe9");
+        }
+        alerts.shown.clear();
+        exporter.exportHTMLSitemaps();
+        exporter.waitForExport();
+        exporter.exportXMLSitemap();
+        exporter.waitForExport();
+        ASSERT_EQ(alerts.shown.size(), 2U);
+        for (const Alert& alert : alerts.shown) {
+            EXPECT_EQ(alert.title, present ? unreadable : missing);
+            EXPECT_EQ(alert.message,
+                      present ? "If this problem persists, please contact support." : "");
+        }
+        EXPECT_TRUE(view.requests.empty());
+        EXPECT_FALSE(pathExists(*view.answer));
     }
-    EXPECT_TRUE(view.requests.empty());
-    EXPECT_FALSE(pathExists(*view.answer));
-}
-
-TEST_F(Export, AnUnreadableLayoutOrXmlSitemapIsReported) {
-    writeFile(site("sitemap3c.html"), "caf\xe9");
-    writeFile(site("sitemap.xml"), "caf\xe9");
-    exporter.exportHTMLSitemaps();
-    exporter.waitForExport();
-    exporter.exportXMLSitemap();
-    exporter.waitForExport();
-    ASSERT_EQ(alerts.shown.size(), 2U);
-    for (const Alert& alert : alerts.shown) {
-        EXPECT_EQ(alert.title,
-                  "An error has occurred while exporting your sitemap, you may need to re-scan "
-                  "the site.\n");
-        EXPECT_EQ(alert.message, "If this problem persists, please contact support.");
-    }
-    EXPECT_TRUE(view.requests.empty());
 }
 
 TEST_F(Export, AFileThatCannotBeWrittenIsRefusedWithTheReason) {

@@ -99,6 +99,19 @@ TEST(FileSystem, ReadingGivesNothingForMissingOrMalformedFiles) {
     EXPECT_EQ(readTextFile(home.path()), std::nullopt) << "a folder is no text file";
 }
 
+TEST(FileSystem, AHeadIsReadUpToItsMarker) {
+    TemporaryHome home;
+    // The marker straddles the reads of 64 KiB; what follows it is never checked.
+    const std::string head = std::string(64 * 1024 - 3, 'h');
+    writeFile(home.path() + "/layout.html", head + "<body>\xff<body>");
+    EXPECT_EQ(readTextFileUpTo(home.path() + "/layout.html", "<body>"), head);
+    writeFile(home.path() + "/short.html", "no marker");
+    EXPECT_EQ(readTextFileUpTo(home.path() + "/short.html", "<body>"), "no marker");
+    writeFile(home.path() + "/latin1.html", "caf\xe9<body>");
+    EXPECT_EQ(readTextFileUpTo(home.path() + "/latin1.html", "<body>"), std::nullopt);
+    EXPECT_EQ(readTextFileUpTo(home.path() + "/missing.html", "<body>"), std::nullopt);
+}
+
 TEST(FileSystem, WalkListsFoldersBeforeTheirContentsInNameOrder) {
     TemporaryHome home;
     writeFile(home.path() + "/b/z.txt", "");

@@ -37,6 +37,18 @@ TEST(Regex, WorksOnCharactersAndSurvivesMalformedText) {
     EXPECT_EQ(Regex("<t>(.*)</t>").firstMatch("\xff<t>ok</t>")->capture(1), "ok");
 }
 
+TEST(Regex, FindReportsWhereAMatchStandsFromAnyStart) {
+    const Regex pattern("b+");
+    EXPECT_EQ(pattern.find("abba bb")->begin, 1U);
+    EXPECT_EQ(pattern.find("abba bb")->end, 3U);
+    EXPECT_EQ(pattern.find("abba bb", 3)->begin, 5U);
+    EXPECT_FALSE(pattern.find("abba bb", 8).has_value());
+    EXPECT_EQ(Regex::literal("a.b").find("aXb a.b")->begin, 4U);
+    EXPECT_EQ(Regex::literal("A.B", Regex::Case::Insensitive).find("aXb a.b")->begin, 4U);
+    EXPECT_FALSE(Regex::literal("\xc3\xa9", Regex::Case::Insensitive).find("\xc3\x89").has_value())
+        << "only ASCII letters fold";
+}
+
 TEST(Regex, AnInvalidPatternMatchesNothing) {
     const Regex broken("(unclosed");
     EXPECT_FALSE(broken.isValid());

@@ -2,33 +2,33 @@
 
 #include <gtest/gtest.h>
 
-namespace loomcrest {
-namespace {
-
-TEST(UrlScheme, ReadsTheSchemeOfAbsoluteReferences) {
-    EXPECT_EQ(urlScheme("http://example.com/"), "http");
-    EXPECT_EQ(urlScheme("HTTPS://example.com/"), "HTTPS");
-    EXPECT_EQ(urlScheme("ftp://example.com/"), "ftp");
-    EXPECT_EQ(urlScheme("mailto:me@example.com"), "mailto");
-}
-
-TEST(UrlScheme, RelativeReferencesHaveNone) {
-    EXPECT_EQ(urlScheme("example.com"), "");
-    EXPECT_EQ(urlScheme("/path/page.html"), "");
-    EXPECT_EQ(urlScheme(""), "");
-}
-
-TEST(UrlScheme, TextThatIsNoURIDoesNotParse) {
-    EXPECT_EQ(urlScheme("http://example.com/a b"), std::nullopt);
-    EXPECT_EQ(urlScheme("http://exa<mple.com/"), std::nullopt);
-    EXPECT_EQ(urlScheme("http://[::1/"), std::nullopt);
-}
-
-}  // namespace
-}  // namespace loomcrest
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace loomcrest {
 namespace {
+
+// Absolute references give their scheme as written, relative ones none, and text that is no
+// URI does not parse.
+TEST(UrlScheme, IsReadAsWrittenOrNotAtAll) {
+    const std::vector<std::pair<std::string, std::optional<std::string>>> cases = {
+        {"http://example.com/", "http"},
+        {"HTTPS://example.com/", "HTTPS"},
+        {"ftp://example.com/", "ftp"},
+        {"mailto:me@example.com", "mailto"},
+        {"example.com", ""},
+        {"/path/page.html", ""},
+        {"", ""},
+        {"http://example.com/a b", std::nullopt},
+        {"http://exa<mple.com/", std::nullopt},
+        {"http://[::1/", std::nullopt},
+    };
+    for (const auto& [text, scheme] : cases) {
+        EXPECT_EQ(urlScheme(text), scheme) << text;
+    }
+}
 
 TEST(ParseUrl, GivesSchemeHostDecodedPathAndQuery) {
     const auto parts = parseUrl("http://www.host:8080/a%20b/c.html?x=1&y=2");

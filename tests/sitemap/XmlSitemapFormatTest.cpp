@@ -6,17 +6,17 @@
 #include <ctime>
 
 #include "sitemap/LastModified.h"
+#include "sitemap/SitemapFiles.h"
+#include "support/Golden.h"
 
 namespace loomcrest {
 namespace {
 
-TEST(XmlSitemapEntry, SixLinesWithMonthlyAndHalfPriority) {
-    EXPECT_EQ(xmlSitemapEntry("http://host/a.html", "2024-05-17"),
-              "\n\t<url>\n\t\t<loc>http://host/a.html</loc>\n\t\t<lastmod>2024-05-17</lastmod>"
-              "\n\t\t<changefreq>monthly</changefreq>\n\t\t<priority>0.5</priority>\n\t</url>");
-    EXPECT_EQ(xmlSitemapEntry("Not Found", ""),
-              "\n\t<url>\n\t\t<loc>Not Found</loc>\n\t\t<lastmod></lastmod>"
-              "\n\t\t<changefreq>monthly</changefreq>\n\t\t<priority>0.5</priority>\n\t</url>");
+TEST(XmlSitemap, HeaderEntriesAndClosingMakeTheSharedSample) {
+    EXPECT_EQ(std::string(xmlSitemapHeader()) +
+                  xmlSitemapEntry("http://host/a.html", "2024-05-17") +
+                  xmlSitemapEntry("Not Found", "") + "\n</urlset>",
+              test::golden("sitemap.xml"));
 }
 
 TEST(XmlSitemapEntry, EscapesInOrderAndEscapesEscapesAgain) {

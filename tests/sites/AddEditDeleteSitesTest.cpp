@@ -7,6 +7,7 @@
 #include "sites/DataPaths.h"
 #include "sites/ScanViewController.h"
 #include "sites/SiteFile.h"
+#include "support/Golden.h"
 #include "support/Recorders.h"
 #include "support/TemporaryHome.h"
 
@@ -66,10 +67,7 @@ TEST_F(SiteRecords, AddOpensTheSheetInAddMode) {
 TEST_F(SiteRecords, AddingCreatesTheFolderAndFileAndClosesTheSheet) {
     add("Example", "example.com");
     EXPECT_TRUE(alerts.shown.empty());
-    EXPECT_EQ(siteFile("Example"),
-              "<siteName>Example</siteName>\n<siteURL>http://example.com/</siteURL>\n"
-              "<ignoreRobotFile>NO</ignoreRobotFile>\n<pagesFound>0</pagesFound>\n"
-              "<totalLinks>0</totalLinks>");
+    EXPECT_EQ(siteFile("Example"), test::golden("new-site.vrLMP"));
     EXPECT_FALSE(sheetView.state.shown);
     EXPECT_EQ(sheetView.state.siteName, "");
     EXPECT_EQ(sheetView.focusRequests, 1);

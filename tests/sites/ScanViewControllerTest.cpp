@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "app/ProcessState.h"
 #include "sites/DataPaths.h"
 #include "sites/SiteFile.h"
@@ -56,7 +58,6 @@ TEST_F(SiteSelection, SelectingMakesTheSiteCurrentAndCompletesItsFile) {
     EXPECT_EQ(process.vrlmpCurSite, "Example");
     EXPECT_EQ(process.vrlmpWinTit, "Loomcrest2 - Example");
     EXPECT_EQ(view.windowTitle, "Loomcrest2 - Example");
-    EXPECT_TRUE(process.vrlmpViewChanged);
     EXPECT_EQ(announcements, 1);
     EXPECT_EQ(view.filterReloads, 1);
     EXPECT_TRUE(view.state.scanButtonEnabled);
@@ -174,6 +175,18 @@ TEST_F(SiteSelection, OldFilesAreConvertedWhenTheListCountsItsRows) {
     EXPECT_FALSE(controller.updatedOldFile());
 }
 
+// A selected row that no longer exists, the last one included, leaves nothing selected.
+TEST_F(SiteSelection, ASiteGoneFromTheEndOfTheListIsDeselected) {
+    addSite("Zed", newSiteFileText("Zed", "http://zed.com/"));
+    selectSite("Zed");
+    ASSERT_EQ(controller.selectedRow(), 1);
+    std::filesystem::remove_all(siteFolderLocation("Zed"));
+    controller.reloadSiteList();
+    EXPECT_EQ(controller.selectedRow(), -1);
+    EXPECT_EQ(process.vrlmpCurSite, "");
+    EXPECT_EQ(view.names, std::vector<std::string>{"Example"});
+}
+
 TEST_F(SiteSelection, FiltersDrawerButtonToggles) {
     controller.filterAddPanel();
     EXPECT_EQ(process.vrlmpPLastState, 1);
@@ -181,13 +194,6 @@ TEST_F(SiteSelection, FiltersDrawerButtonToggles) {
     controller.filterAddPanel();
     EXPECT_EQ(process.vrlmpPLastState, 0);
     EXPECT_FALSE(view.state.filterDrawerOpen);
-}
-
-TEST_F(SiteSelection, ViewChangedFlagIsClearedBySetViewChanged) {
-    selectSite("Example");
-    EXPECT_TRUE(controller.passViewChanged());
-    controller.setViewChanged();
-    EXPECT_FALSE(controller.passViewChanged());
 }
 
 }  // namespace

@@ -2,8 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+#include <string>
+#include <tuple>
+#include <vector>
+
 #include "platform/FileSystem.h"
 #include "sites/DataPaths.h"
+#include "support/Golden.h"
 #include "support/TemporaryHome.h"
 
 namespace loomcrest {
@@ -13,12 +19,9 @@ using test::fileContents;
 using test::TemporaryHome;
 using test::writeFile;
 
-constexpr const char* kNewSite =
-    "<siteName>Example</siteName>\n"
-    "<siteURL>http://example.com/</siteURL>\n"
-    "<ignoreRobotFile>NO</ignoreRobotFile>\n"
-    "<pagesFound>0</pagesFound>\n"
-    "<totalLinks>0</totalLinks>";
+std::string newSite() {
+    return test::golden("new-site.vrLMP");
+}
 
 TEST(SiteFilePaths, DataRootAndSiteFileLiveUnderHome) {
     TemporaryHome home;
@@ -38,7 +41,7 @@ TEST(SiteFilePaths, FoldersAreCreatedWithTheirMissingParents) {
 }
 
 TEST(SiteFileText, NewSiteHasFiveLinesAndNoFinalLineFeed) {
-    EXPECT_EQ(newSiteFileText("Example", "http://example.com/"), kNewSite);
+    EXPECT_EQ(newSiteFileText("Example", "http://example.com/"), newSite());
 }
 
 TEST(SiteFileText, ValuesAreWrittenUnescaped) {
@@ -46,21 +49,22 @@ TEST(SiteFileText, ValuesAreWrittenUnescaped) {
               "<siteURL>http://a.com/?x=1&y=<2></siteURL>");
 }
 
-TEST(SiteFileText, FieldsAreReadFromTheirOwnLineAndFirstMatchWins) {
+// A field is read from one line, greedily within it; the first match wins and the tags are
+// case-sensitive.
+TEST(SiteFileText, FieldsAreReadFromTheirOwnLine) {
     const std::string text =
         "<siteName>One</siteName>\n<siteName>Two</siteName>\n<siteURL>a\nb</siteURL>";
-    EXPECT_EQ(readSiteField(text, SiteField::SiteName), "One");
-    EXPECT_EQ(readSiteField(text, SiteField::SiteURL), std::nullopt);
-    EXPECT_EQ(readSiteField(text, SiteField::PagesUsed), std::nullopt);
-}
-
-TEST(SiteFileText, FieldReadingIsGreedyWithinTheLine) {
-    const std::string text = "<pagesFound>1</pagesFound><pagesFound>2</pagesFound>";
-    EXPECT_EQ(readSiteField(text, SiteField::PagesFound), "1</pagesFound><pagesFound>2");
-}
-
-TEST(SiteFileText, FieldTagsAreCaseSensitive) {
-    EXPECT_EQ(readSiteField("<SITENAME>x</SITENAME>", SiteField::SiteName), std::nullopt);
+    const std::vector<std::tuple<std::string, SiteField, std::optional<std::string>>> cases = {
+        {text, SiteField::SiteName, "One"},
+        {text, SiteField::SiteURL, std::nullopt},
+        {text, SiteField::PagesUsed, std::nullopt},
+        {"<pagesFound>1</pagesFound><pagesFound>2</pagesFound>", SiteField::PagesFound,
+         "1</pagesFound><pagesFound>2"},
+        {"<SITENAME>x</SITENAME>", SiteField::SiteName, std::nullopt},
+    };
+    for (const auto& [fileText, field, value] : cases) {
+        EXPECT_EQ(readSiteField(fileText, field), value) << fileText;
+    }
 }
 
 TEST(SiteFileText, ReplacingAnElementReplacesEveryLiteralCopy) {
@@ -71,7 +75,7 @@ TEST(SiteFileText, ReplacingAnElementReplacesEveryLiteralCopy) {
 }
 
 TEST(SiteFileText, StatisticsReplaceOnlyTheirLines) {
-    const std::string text = std::string(kNewSite) + "\n<pagesUsed>0</pagesUsed>";
+    const std::string text = newSite() + "\n<pagesUsed>0</pagesUsed>";
     EXPECT_EQ(siteFileTextWithStatistics(text, 120, 30, -4),
               "<siteName>Example</siteName>\n"
               "<siteURL>http://example.com/</siteURL>\n"
@@ -82,13 +86,13 @@ TEST(SiteFileText, StatisticsReplaceOnlyTheirLines) {
 }
 
 TEST(SiteFileText, StatisticsNeedAllThreeElements) {
-    EXPECT_EQ(siteFileTextWithStatistics(kNewSite, 1, 2, 3), kNewSite);
+    EXPECT_EQ(siteFileTextWithStatistics(newSite(), 1, 2, 3), newSite());
 }
 
 TEST(SiteFileText, RobotsFlagIsALiteralElementReplacement) {
-    const std::string ignoring = siteFileTextWithRobotsFlag(kNewSite, true);
+    const std::string ignoring = siteFileTextWithRobotsFlag(newSite(), true);
     EXPECT_NE(ignoring.find("<ignoreRobotFile>YES</ignoreRobotFile>\n"), std::string::npos);
-    EXPECT_EQ(siteFileTextWithRobotsFlag(ignoring, false), kNewSite);
+    EXPECT_EQ(siteFileTextWithRobotsFlag(ignoring, false), newSite());
     EXPECT_EQ(siteFileTextWithRobotsFlag(ignoring, true), ignoring);
 
     const std::string lowerCase = "<ignoreRobotFile>no</ignoreRobotFile>";
@@ -96,8 +100,7 @@ TEST(SiteFileText, RobotsFlagIsALiteralElementReplacement) {
 }
 
 TEST(SiteFileText, CompletionAppendsMissingStatisticsInOrder) {
-    EXPECT_EQ(completedSiteFileText(kNewSite),
-              std::string(kNewSite) + "\n<pagesUsed>0</pagesUsed>");
+    EXPECT_EQ(completedSiteFileText(newSite()), newSite() + "\n<pagesUsed>0</pagesUsed>");
     EXPECT_EQ(completedSiteFileText("<siteName>A</siteName>"),
               "<siteName>A</siteName>\n<pagesFound>0</pagesFound>\n<totalLinks>0</totalLinks>"
               "\n<pagesUsed>0</pagesUsed>");
@@ -117,7 +120,7 @@ class SiteFileOnDisk : public testing::Test {
 protected:
     void SetUp() override {
         checkNeededFoldersExist();
-        writeFile(returnFullFileLocation("Example"), kNewSite);
+        writeFile(returnFullFileLocation("Example"), newSite());
     }
     std::string siteFile() const { return fileContents(returnFullFileLocation("Example")); }
 
@@ -128,14 +131,12 @@ TEST_F(SiteFileOnDisk, CreatingWritesTheTemplate) {
     createFolder(siteFolderLocation("Other"));
     ASSERT_TRUE(createSiteFile("Other", "https://other.org/index.php"));
     EXPECT_EQ(fileContents(returnFullFileLocation("Other")),
-              "<siteName>Other</siteName>\n<siteURL>https://other.org/index.php</siteURL>\n"
-              "<ignoreRobotFile>NO</ignoreRobotFile>\n<pagesFound>0</pagesFound>\n"
-              "<totalLinks>0</totalLinks>");
+              newSiteFileText("Other", "https://other.org/index.php"));
 }
 
 TEST_F(SiteFileOnDisk, CompletionWritesTheSixthLineOnce) {
     const std::string completed = completeSiteFile("Example");
-    EXPECT_EQ(completed, std::string(kNewSite) + "\n<pagesUsed>0</pagesUsed>");
+    EXPECT_EQ(completed, newSite() + "\n<pagesUsed>0</pagesUsed>");
     EXPECT_EQ(siteFile(), completed);
     EXPECT_EQ(completeSiteFile("Example"), completed);
     EXPECT_EQ(siteFile(), completed);
@@ -149,7 +150,7 @@ TEST_F(SiteFileOnDisk, CompletionOfAMissingFileCreatesNothing) {
 
 TEST_F(SiteFileOnDisk, StatisticsAreWrittenAfterCompletion) {
     writeSiteStatistics("Example", 5, 6, 7);
-    EXPECT_EQ(siteFile(), kNewSite) << "left alone while pagesUsed is missing";
+    EXPECT_EQ(siteFile(), newSite()) << "left alone while pagesUsed is missing";
     completeSiteFile("Example");
     writeSiteStatistics("Example", 0, 2147483647, -2147483647 - 1);
     EXPECT_EQ(siteFile(),
