@@ -16,10 +16,11 @@ int runLoomcrest(int argc, const char* const* argv, std::ostream& out, std::ostr
     app.require_subcommand(1);
 
     std::vector<std::unique_ptr<Command>> commands;
-    for (const auto make : {makeSitesCommand, makeAddCommand, makeEditCommand, makeDeleteCommand,
-                            makeShowCommand, makeRobotsCommand, makeScanCommand, makeRestoreCommand,
-                            makeDemoCommand, makeXmlCommand, makeHtmlCommand, makeExportCommand,
-                            makeBrokenCommand, makeValidateCommand, makeFiltersCommand}) {
+    for (const auto make :
+         {makeSitesCommand, makeAddCommand, makeEditCommand, makeDeleteCommand, makeShowCommand,
+          makeRobotsCommand, makeSettingsCommand, makeScanCommand, makeRestoreCommand,
+          makeDemoCommand, makeXmlCommand, makeHtmlCommand, makeExportCommand, makeBrokenCommand,
+          makeValidateCommand, makeFiltersCommand}) {
         commands.push_back(make(context));
     }
     std::vector<std::pair<CLI::App*, Command*>> subcommands;

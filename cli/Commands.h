@@ -14,6 +14,7 @@ std::unique_ptr<Command> makeDeleteCommand(CommandContext& context);
 std::unique_ptr<Command> makeShowCommand(CommandContext& context);
 std::unique_ptr<Command> makeRobotsCommand(CommandContext& context);
 std::unique_ptr<Command> makeFiltersCommand(CommandContext& context);
+std::unique_ptr<Command> makeSettingsCommand(CommandContext& context);
 std::unique_ptr<Command> makeScanCommand(CommandContext& context);
 std::unique_ptr<Command> makeRestoreCommand(CommandContext& context);
 std::unique_ptr<Command> makeDemoCommand(CommandContext& context);

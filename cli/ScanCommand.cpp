@@ -12,7 +12,9 @@
 #include "BrokenLinksOutput.h"
 #include "Commands.h"
 #include "ConsoleScanSheet.h"
+#include "CrawlOptions.h"
 #include "SiteSession.h"
+#include "crawler/CrawlSettingsFile.h"
 #include "crawler/LinkExplanations.h"
 #include "crawler/ScanDriver.h"
 #include "platform/RunLoop.h"
@@ -117,6 +119,7 @@ public:
                         "Write every link the scan did not queue to FILE, with its page and "
                         "the reason, as tab-separated lines")
             ->type_name("FILE");
+        options_.addTo(scan);
         return scan;
     }
 
@@ -128,14 +131,37 @@ public:
             answer = WarningAnswer::Cancel;
         }
         SiteSession session(process(), err());
-        return scanSite(session, name_, answer, out(), err(), reporting_);
+        return scanSite(session, name_, answer, out(), err(), reporting_, &options_);
     }
 
 private:
     std::string name_;
     std::string onWarning_;
     ScanReporting reporting_;
+    CrawlOptions options_;
 };
+
+// The site's crawl settings changed by the options given; nothing when none was given or
+// the options ask for what is not allowed (refused on `alerts`).
+std::optional<CrawlSettings> settingsForThisScan(const std::string& name,
+                                                 const CrawlOptions* options,
+                                                 AlertPresenter& alerts, bool& refused) {
+    refused = false;
+    if (options == nullptr || !options->anyGiven()) {
+        return std::nullopt;
+    }
+    const std::string folder = siteFolderLocation(name);
+    CrawlSettingsRead read = readCrawlSettings(folder);
+    if (read.problem) {
+        alerts.presentAlert(unreadableCrawlSettingsAlert(folder, *read.problem), {});
+    }
+    if (const auto problem = options->applyTo(read.settings)) {
+        alerts.presentAlert(refusedCrawlSettingsAlert(*problem), {});
+        refused = true;
+        return std::nullopt;
+    }
+    return std::move(read.settings);
+}
 
 }  // namespace
 
@@ -144,8 +170,15 @@ std::unique_ptr<Command> makeScanCommand(CommandContext& context) {
 }
 
 int scanSite(SiteSession& session, const std::string& name, WarningAnswer onWarning,
-             std::ostream& out, std::ostream& err, const ScanReporting& reporting) {
+             std::ostream& out, std::ostream& err, const ScanReporting& reporting,
+             const CrawlOptions* crawlOptions) {
     if (!session.selectSite(name)) {
+        return kExitRefused;
+    }
+    bool refused = false;
+    std::optional<CrawlSettings> settings =
+        settingsForThisScan(name, crawlOptions, session.alerts(), refused);
+    if (refused) {
         return kExitRefused;
     }
     configureWarningAnswer(session.alerts(), onWarning, err);
@@ -161,6 +194,9 @@ int scanSite(SiteSession& session, const std::string& name, WarningAnswer onWarn
     ConsoleScanSheet sheet(err, isatty(STDERR_FILENO) != 0, [&loop] { loop.stop(); });
     ScanDriver driver(session.process(), session.siteList(), sheet, session.alerts(), loop);
     driver.explainSkippedLinks(reporting.explainPath.empty() ? nullptr : &explanations);
+    if (settings) {
+        driver.useCrawlSettingsOnce(std::move(*settings));
+    }
     const InterruptGuard interruptGuard;
     bool interrupted = false;
     const auto started = std::chrono::steady_clock::now();
@@ -193,6 +229,10 @@ int scanSite(SiteSession& session, const std::string& name, WarningAnswer onWarn
     printSummary(out, session.siteList().state().details, folder,
                  reporting.json ? std::optional(elapsed.count()) : std::nullopt,
                  driver.brokenLinkDetails());
+    const std::string& advice = session.siteList().state().crawlDelayAdvice;
+    if (!advice.empty() && !reporting.json) {
+        out << advice << '\n';
+    }
     if (interrupted) {
         return kExitInterrupted;
     }

@@ -6,6 +6,7 @@
 namespace loomcrest::cli {
 
 class SiteSession;
+class CrawlOptions;
 
 // How the multiple-"?" warning is answered.
 enum class WarningAnswer { Continue, Cancel, AskOnTerminal };
@@ -23,8 +24,10 @@ struct ScanReporting {
     std::string explainPath;
 };
 
-// Selects the site in `session`, scans it and prints a summary.
+// Selects the site in `session`, scans it and prints a summary. Crawl options given change
+// the site's crawl settings for this scan alone.
 int scanSite(SiteSession& session, const std::string& name, WarningAnswer onWarning,
-             std::ostream& out, std::ostream& err, const ScanReporting& reporting = {});
+             std::ostream& out, std::ostream& err, const ScanReporting& reporting = {},
+             const CrawlOptions* crawlOptions = nullptr);
 
 }  // namespace loomcrest::cli

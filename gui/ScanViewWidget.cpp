@@ -12,11 +12,13 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
+#include "CrawlSettingsSheet.h"
 #include "FiltersDrawer.h"
 #include "QtAlerts.h"
 #include "QtUiThread.h"
 #include "ScanSheets.h"
 #include "SiteSheetDialog.h"
+#include "sites/DataPaths.h"
 
 namespace loomcrest::gui {
 
@@ -84,11 +86,17 @@ ScanViewWidget::ScanViewWidget(QWidget* mainWindow, ProcessState& process, QtAle
     buttons->addWidget(addButton_);
     buttons->addWidget(deleteButton_);
     buttons->addWidget(filtersButton_);
+    crawlSettingsButton_ = new QPushButton(QStringLiteral("Crawl Settings…"), this);
+    crawlSettingsButton_->setObjectName(QStringLiteral("crawlSettingsButton"));
+    buttons->addWidget(crawlSettingsButton_);
     buttons->addStretch();
     buttons->addWidget(scanButton_);
     auto* right = new QVBoxLayout;
     right->addLayout(details);
     right->addLayout(buttons);
+    crawlDelayAdvice_ = detailLabel(this, QStringLiteral("crawlDelayAdvice"));
+    crawlDelayAdvice_->setWordWrap(true);
+    right->addWidget(crawlDelayAdvice_);
     right->addWidget(new QLabel(QStringLiteral("Pages found by the scan:"), this));
     right->addWidget(scannedLinks_, 1);
     auto* layout = new QHBoxLayout(this);
@@ -124,6 +132,11 @@ ScanViewWidget::ScanViewWidget(QWidget* mainWindow, ProcessState& process, QtAle
     connect(deleteButton_, &QPushButton::clicked, this, [this] { siteRecords_->deleteSite(); });
     connect(filtersButton_, &QPushButton::clicked, this, [this] { siteList_->filterAddPanel(); });
     connect(brokenLinksButton_, &QPushButton::clicked, this, &ScanViewWidget::brokenLinksRequested);
+    crawlSettingsSheet_ = new CrawlSettingsSheet(mainWindow, alerts, [this] {
+        return siteFolderLocation(siteList_->state().details.siteName);
+    });
+    connect(crawlSettingsButton_, &QPushButton::clicked, crawlSettingsSheet_,
+            &CrawlSettingsSheet::openForSelectedSite);
     connect(restoreAction_, &QAction::triggered, this,
             [this] { sitemapRestore_->restorePreviousSitemaps(); });
 
@@ -165,6 +178,9 @@ void ScanViewWidget::scanViewChanged(const ScanViewState& state) {
     restoreAction_->setEnabled(state.previousSitemapsKept && state.scanButtonEnabled);
     deleteButton_->setEnabled(state.siteControlsEnabled);
     filtersButton_->setEnabled(state.siteControlsEnabled);
+    crawlSettingsButton_->setEnabled(state.scanButtonEnabled);
+    crawlDelayAdvice_->setText(QString::fromStdString(state.crawlDelayAdvice));
+    crawlDelayAdvice_->setVisible(!state.crawlDelayAdvice.empty());
     drawer_.setControlsEnabled(state.siteControlsEnabled);
     drawer_.setVisible(state.filterDrawerOpen);
 }

@@ -19,6 +19,7 @@ class QPushButton;
 
 namespace loomcrest::gui {
 
+class CrawlSettingsSheet;
 class FiltersDrawer;
 class QtAlerts;
 class QtUiThread;
@@ -56,6 +57,9 @@ public:
     QPushButton* brokenLinksButton() const { return brokenLinksButton_; }
     QCheckBox* robotsBox() const { return robotsBox_; }
     QPlainTextEdit* scannedLinks() const { return scannedLinks_; }
+    QPushButton* crawlSettingsButton() const { return crawlSettingsButton_; }
+    CrawlSettingsSheet* crawlSettingsSheet() const { return crawlSettingsSheet_; }
+    QLabel* crawlDelayAdvice() const { return crawlDelayAdvice_; }
     QLabel* detail(const QString& name) const;
     // "Restore Previous Sitemaps", for the File menu: enabled while the selected site keeps
     // the sitemaps of the scan before its last and no scan runs.
@@ -91,6 +95,9 @@ private:
     QPushButton* filtersButton_ = nullptr;
     QPushButton* brokenLinksButton_ = nullptr;
     QPlainTextEdit* scannedLinks_ = nullptr;
+    QPushButton* crawlSettingsButton_ = nullptr;
+    CrawlSettingsSheet* crawlSettingsSheet_ = nullptr;
+    QLabel* crawlDelayAdvice_ = nullptr;
 };
 
 }  // namespace loomcrest::gui

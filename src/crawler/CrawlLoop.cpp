@@ -1,6 +1,9 @@
+#include <memory>
 #include <optional>
 
 #include "app/ProcessState.h"
+#include "crawler/FetchAhead.h"
+#include "crawler/PageFetch.h"
 #include "crawler/ScanDriver.h"
 #include "platform/HtmlDocument.h"
 #include "platform/Http.h"
@@ -15,30 +18,11 @@ namespace {
 
 // Four "?" in a page URL, five pieces when split at them, raise the warning.
 constexpr size_t kSuspiciousQueryPieces = 5;
-
-// The status of the first answer when it failed, else what was wrong with the second.
-std::string pageFailure(const http::Response& first, const http::Response& second) {
-    if (first.statusCode >= 400) {
-        return http::statusText(first.statusCode);
-    }
-    if (!second.isHttp) {
-        return second.errorText;
-    }
-    if (second.statusCode >= 400) {
-        return http::statusText(second.statusCode);
-    }
-    const std::string type = second.mimeType.empty() ? "no media type" : second.mimeType;
-    return http::statusText(second.statusCode) + " (" + type + ", not text/html)";
-}
+// Pages fetched ahead and not yet dealt with, for each connection: enough to keep every
+// connection busy while the worker deals with a page, few enough to keep memory flat.
+constexpr size_t kPagesAheadPerConnection = 4;
 
 }  // namespace
-
-struct ScanDriver::PageFetch {
-    bool good = false;
-    std::optional<std::string> body;
-    // Why a page that is not good failed: "404 - Not Found", "Connection refused", ...
-    std::string failure;
-};
 
 void ScanDriver::extractLinksFromPage() {
     errCont_ = true;
@@ -46,27 +30,80 @@ void ScanDriver::extractLinksFromPage() {
     lastTotalLinksRefresh_ = {};
     lastScannedLinksRefresh_ = {};
     pendingScannedLinks_.clear();
+    std::unique_ptr<FetchAhead> ahead;
+    if (const int connections = crawlSettings_.connections(); connections > 1) {
+        const bool fetchOnce = crawlSettings_.fetchOnce();
+        ahead = std::make_unique<FetchAhead>(
+            connections, static_cast<size_t>(connections) * kPagesAheadPerConnection,
+            [this, fetchOnce](const std::string& url) {
+                return fetchWholePage(url, *session_, fetchOnce);
+            });
+    }
     // The list grows while it is walked; its length is read afresh at every turn.
     for (size_t i = 0; i < scanner_.uniquePagesLeftMArray.size(); ++i) {
-        const std::string url = scanner_.uniquePagesLeftMArray[i];
-        PageTitleLookup title = lookUpPageTitle(url, kPageTimeout);
-        // A server's listing of a folder: counted, but neither mapped nor broken. (Escaping
-        // the title's "&" cannot change this prefix, so the raw title is tested.)
-        if (!title.title.starts_with("Index of /")) {
-            if (split(url, '?').size() >= kSuspiciousQueryPieces && errCont_) {
-                warnAboutQueryMarks();
-            }
-            if (terminateScan_) {
-                break;
-            }
-            crawlPage(url, title);
+        if (!crawlNextPage(i, ahead.get())) {
+            break;
         }
         afterPage();
     }
+    // Whatever was fetched ahead and not dealt with is dropped.
+    ahead.reset();
     refreshScannedLinks(true);
     refreshTotalLinks(true);
     refreshScanSheet(true);
     scanFinished();
+}
+
+// Fetches and deals with the page at `place` of the list; false when the scan stops there.
+bool ScanDriver::crawlNextPage(size_t place, FetchAhead* ahead) {
+    const std::string url = scanner_.uniquePagesLeftMArray[place];
+    FetchedPage fetched = fetchTitle(place, url, ahead);
+    // A server's listing of a folder: counted, but neither mapped nor broken.
+    if (isFolderListing(fetched.title)) {
+        return true;
+    }
+    if (split(url, '?').size() >= kSuspiciousQueryPieces && errCont_) {
+        warnAboutQueryMarks();
+    }
+    if (terminateScan_) {
+        return false;
+    }
+    if (!fetched.page) {
+        fetched.page = fetchPageBody(url, *session_);
+    }
+    // Only a cancel breaks into a page's requests; what they gave is not dealt with.
+    if (fetched.page->interrupted) {
+        return false;
+    }
+    crawlPage(url, fetched);
+    return true;
+}
+
+// The page's title; with fetch-once or with fetching ahead, the rest of the page as well.
+// One connection without fetch-once asks for the title alone, so that the page itself is
+// asked for only once the warning about its URL has been answered.
+FetchedPage ScanDriver::fetchTitle(size_t place, const std::string& url, FetchAhead* ahead) {
+    if (startAnswer_) {  // the start page, at place 0
+        FetchedPage start = pageFromAnswer(std::move(*startAnswer_));
+        startAnswer_.reset();
+        if (ahead == nullptr) {
+            return start;
+        }
+        ahead->handOverFetched(std::move(start));
+    }
+    if (ahead != nullptr) {
+        const PageList& pages = scanner_.uniquePagesLeftMArray;
+        while (ahead->handedOver() < pages.size() && ahead->hasRoom(place)) {
+            ahead->handOver(pages[ahead->handedOver()]);
+        }
+        return ahead->take(place);
+    }
+    if (crawlSettings_.fetchOnce()) {
+        return fetchPageOnce(url, *session_);
+    }
+    FetchedPage fetched;
+    fetched.title = lookUpPageTitle(url, kPageTimeout, session_.get());
+    return fetched;
 }
 
 void ScanDriver::warnAboutQueryMarks() {
@@ -91,59 +128,32 @@ void ScanDriver::warnAboutQueryMarks() {
     ui_.performAndWait([this] { loopingError("restart"); });
 }
 
-ScanDriver::PageFetch ScanDriver::fetchPage(const std::string& url) const {
-    http::Request request;
-    request.url = url;
-    request.timeout = kPageTimeout;
-    PageFetch fetch;
-    const http::Response first = http::send(request);
-    if (!first.isHttp) {
-        // Nothing answered, so there is no media type either: the page ends up broken.
-        fetch.failure = first.errorText;
-        return fetch;
-    }
-    // The page is asked for twice; the second answer gives the body and the media type.
-    http::Response second = http::send(request);
-    fetch.good = first.statusCode < 400 && second.isHttp && second.mimeType == "text/html";
-    if (!fetch.good) {
-        fetch.failure = pageFailure(first, second);
-    }
-    if (second.isHttp) {
-        fetch.body = std::move(second.body);
-    }
-    return fetch;
-}
-
-void ScanDriver::crawlPage(const std::string& url, PageTitleLookup& title) {
-    PageFetch fetch = fetchPage(url);
+void ScanDriver::crawlPage(const std::string& url, FetchedPage& fetched) {
+    PageBody& page = *fetched.page;
+    const PageTitleLookup& title = fetched.title;
     scanner_.setPageBaseURLs(url);
-    if (!fetch.good) {
+    if (!page.good) {
         brokenLinks_.push_back(scanner_.pageBaseURLUnchanged);
-        brokenLinkRecorder_.pageBroken(scanner_.pageBaseURLUnchanged, std::move(fetch.failure));
+        brokenLinkRecorder_.pageBroken(scanner_.pageBaseURLUnchanged, std::move(page.failure));
         return;
     }
     const std::string fragment = pageTitleLine(url, scanner_.totLinks, title.title);
     scanner_.fullPageData += fragment;
-    scanner_.buildPageTitleSitemap(fragment, url.empty() ? "Not Found" : url);
+    scanner_.buildPageTitleSitemap(fragment, url.empty() ? "Not Found" : url, page.lastModified);
 
-    // Asked for once more as text; the answer is not used.
-    (void)http::fetchText(url, kPageTimeout);
-    if (!fetch.body || fetch.body->empty()) {
-        fetch.body = http::fetchBytes(url, kPageTimeout);
-    }
     // Without a body the title line stays in fullPageData and goes out with the next
     // parsed page's block.
-    if (!fetch.body) {
+    if (!page.body) {
         return;
     }
     // The same bytes parse to the same document, so the title's parse serves again.
-    if (title.htmlDocument && title.bytes == fetch.body) {
+    if (title.htmlDocument && title.bytes == page.body) {
         extractLinks(*title.htmlDocument);
         return;
     }
-    auto document = MarkupDocument::parseHtml(*fetch.body);
+    auto document = MarkupDocument::parseHtml(*page.body);
     if (!document) {
-        document = MarkupDocument::parseXml(*fetch.body);
+        document = MarkupDocument::parseXml(*page.body);
     }
     if (document) {
         extractLinks(*document);

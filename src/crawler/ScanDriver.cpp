@@ -1,6 +1,8 @@
 #include "crawler/ScanDriver.h"
 
 #include "app/ProcessState.h"
+#include "crawler/CrawlDelay.h"
+#include "crawler/CrawlSettingsFile.h"
 #include "platform/Http.h"
 #include "sitemap/PreviousSitemaps.h"
 #include "sitemap/SitemapFiles.h"
@@ -28,7 +30,7 @@ ScanDriver::ScanDriver(ProcessState& process, ScanViewController& siteView, Scan
       scanner_(process) {}
 
 ScanDriver::~ScanDriver() {
-    terminateScan_ = true;
+    stopScan();
     if (worker_.joinable()) {
         worker_.join();
     }
@@ -52,16 +54,24 @@ void ScanDriver::scanSiteAction() {
     }
     siteView_.setScanControlsEnabled(false);
     resetForScan();
+    sitemapFolder_ = siteFolderLocation(process_.vrlmpCurSite);
+    prepareCrawlSession();
     sheet_.showConnectionSheet(true);
 
-    sitemapFolder_ = siteFolderLocation(process_.vrlmpCurSite);
     scanner_.setSitemapFolder(sitemapFolder_);
     if (!startSitemapFiles()) {
         return;
     }
 
     const std::string typedURL = siteView_.state().details.siteURL;
-    const bool reachable = scanner_.httpIsValid(typedURL);
+    http::Response probe;
+    const bool reachable = scanner_.httpIsValid(typedURL, session_.get(), &probe);
+    // The probe is a GET of the start page that was not redirected: with fetch-once it is
+    // that page's one request.
+    startAnswer_.reset();
+    if (crawlSettings_.fetchOnce()) {
+        startAnswer_ = std::move(probe);
+    }
     scanner_.setSiteBaseURL(typedURL);
     if (!reachable) {
         reportUnreachable();
@@ -70,8 +80,11 @@ void ScanDriver::scanSiteAction() {
 
     // The site base ends in "/", so the request holds a double slash; servers that
     // normalise paths find the file all the same.
-    const auto robots = http::fetchText(scanner_.siteBaseURL + "/robots.txt", kPageTimeout);
+    const auto robots =
+        http::fetchText(scanner_.siteBaseURL + "/robots.txt", kPageTimeout, session_.get());
     scanner_.loadRobotsRules(robots.value_or(std::string()));
+    const auto delay = robotsCrawlDelay(robots.value_or(std::string()));
+    siteView_.showCrawlDelayAdvice(delay ? crawlDelayAdvice(*delay) : std::string());
     scanner_.ignoreRobots = siteView_.state().ignoreRobotsChecked;
     scanner_.uniquePagesLeftMArray.append(typedURL);
     brokenLinkRecorder_.startPage(scanner_.uniquePagesLeftMArray[0]);
@@ -79,6 +92,31 @@ void ScanDriver::scanSiteAction() {
     sheet_.showConnectionSheet(false);
     sheet_.showProgressSheet(true);
     startWorker();
+}
+
+// The site's crawl settings, or those given for this scan alone, become the session every
+// request of the scan goes through. A file that cannot be used is reported and the defaults
+// crawl.
+void ScanDriver::prepareCrawlSession() {
+    if (settingsForNextScan_) {
+        crawlSettings_ = std::move(*settingsForNextScan_);
+        settingsForNextScan_.reset();
+    } else {
+        CrawlSettingsRead read = readCrawlSettings(sitemapFolder_);
+        if (read.problem) {
+            alerts_.presentAlert(unreadableCrawlSettingsAlert(sitemapFolder_, *read.problem),
+                                 [](int) {});
+        }
+        crawlSettings_ = std::move(read.settings);
+    }
+    session_ = std::make_unique<http::Session>();
+    session_->setUserAgent(crawlSettings_.userAgent());
+    session_->setExtraHeaders(crawlSettings_.extraHeaders());
+    session_->setUseNetrc(crawlSettings_.useNetrc());
+    session_->setRequestsPerSecond(crawlSettings_.requestsPerSecond());
+    // One connection finishes the request under way, as a scan always did; a pool breaks
+    // off what it fetches ahead at once.
+    session_->setCancellation(&cancellation_, crawlSettings_.connections() > 1);
 }
 
 void ScanDriver::resetForScan() {
@@ -92,6 +130,7 @@ void ScanDriver::resetForScan() {
     scanner_.pageInnerLinksMArray.clear();
     scanner_.filters = process_.vrlmpFiltersArray;
     terminateScan_ = false;
+    cancellation_.reset();
     ssf_ = 0;
     scanner_.totLinks = 0;
     scanner_.twoColCountPO = 0;
@@ -140,6 +179,7 @@ void ScanDriver::reportUnreachable() {
     http::Request request;
     request.url = scanner_.siteBaseURL;
     request.timeout = kPageTimeout;
+    request.session = session_.get();
     const http::Response response = http::send(request);
     std::string codeText;
     if (!response.isHttp || response.statusCode != 200) {
@@ -163,7 +203,12 @@ void ScanDriver::startWorker() {
 }
 
 void ScanDriver::cancelScan() {
+    stopScan();
+}
+
+void ScanDriver::stopScan() {
     terminateScan_ = true;
+    cancellation_.cancel();
 }
 
 void ScanDriver::handOverBrokenLinks() {
@@ -209,7 +254,7 @@ void ScanDriver::sheetDidEndShouldStopScan(int returnCode) {
     {
         const std::lock_guard lock(answerMutex_);
         if (returnCode != kDefaultButtonCode) {
-            terminateScan_ = true;
+            stopScan();
         }
         errCont_ = true;
     }

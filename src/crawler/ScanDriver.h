@@ -3,7 +3,9 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -11,12 +13,15 @@
 #include <vector>
 
 #include "crawler/BrokenLinkRecorder.h"
+#include "crawler/CrawlSettings.h"
 #include "crawler/LinkExplanations.h"
 #include "crawler/ScanSheetView.h"
 #include "crawler/SiteScanner.h"
 #include "platform/Alerts.h"
+#include "platform/Cancellation.h"
 #include "platform/FolderLock.h"
 #include "platform/HtmlDocument.h"
+#include "platform/Http.h"
 #include "platform/UiThread.h"
 #include "sitemap/PageTitles.h"
 
@@ -24,12 +29,17 @@ namespace loomcrest {
 
 struct ProcessState;
 class ScanViewController;
+class FetchAhead;
+struct FetchedPage;
 
 // Runs a scan of the selected site: on the user-interface thread it locks the site's folder,
 // keeps the previous sitemaps, recreates the sitemap files, probes the start URL and reads
 // robots.txt, then crawls on one worker thread that reaches the views only through the
 // UiThread, and closes the files at the end. A write that fails stops the scan as Cancel
 // does; the files then go back to the previous set and an alert names the file and why.
+// The site's crawl settings say how: with several connections, pages further down the
+// list are fetched ahead on a pool while the worker still deals with them strictly in list
+// order, so the files, figures and requests are those of one connection.
 class ScanDriver {
 public:
     ScanDriver(ProcessState& process, ScanViewController& siteView, ScanSheetView& sheet,
@@ -41,8 +51,13 @@ public:
 
     // The Scan button. Returns at once; the crawl goes on on its worker thread.
     void scanSiteAction();
-    // The progress sheet's Cancel button: the crawl stops at its next check.
+    // The progress sheet's Cancel button: the crawl stops at its next check, requests under
+    // way and waits for a turn or a retry are broken off.
     void cancelScan();
+    // Settings for the next scan alone, in place of the site's "crawl.json".
+    void useCrawlSettingsOnce(CrawlSettings settings) {
+        settingsForNextScan_ = std::move(settings);
+    }
     // Whether a worker is crawling or closing the files.
     bool isScanning() const { return scanning_; }
 
@@ -82,9 +97,9 @@ public:
     }
 
 private:
-    struct PageFetch;
-
     void startWorker();
+    void prepareCrawlSession();
+    void stopScan();
     void resetForScan();
     bool startSitemapFiles();
     void abandonStart(const WriteResult& failure);
@@ -93,11 +108,12 @@ private:
     void handOverBrokenLinks();
     void finishSitemapFiles(WriteResult written);
     void warnAboutQueryMarks();
-    void crawlPage(const std::string& url, PageTitleLookup& title);
+    bool crawlNextPage(size_t place, FetchAhead* ahead);
+    FetchedPage fetchTitle(size_t place, const std::string& url, FetchAhead* ahead);
+    void crawlPage(const std::string& url, FetchedPage& fetched);
     void extractLinks(const MarkupDocument& document);
     void noteLinkForBrokenPages(const LinkDecision& decision, std::string linkText);
     void afterPage();
-    PageFetch fetchPage(const std::string& url) const;
     void refreshScanSheet(bool force);
     void refreshTotalLinks(bool force);
     void refreshScannedLinks(bool force);
@@ -121,6 +137,14 @@ private:
     std::atomic<bool> errCont_{false};
     std::mutex answerMutex_;
     std::condition_variable answered_;
+    // Given by any thread; breaks off the requests of the scan and their waits.
+    Cancellation cancellation_;
+    // Made on the user-interface thread before the worker starts and left alone until it
+    // has ended; the worker and its fetching pool read them.
+    CrawlSettings crawlSettings_;
+    std::unique_ptr<http::Session> session_;
+    // With fetch-once, the start page's answer to the probe, taken by the crawl.
+    std::optional<http::Response> startAnswer_;
 
     // Worker thread only.
     std::chrono::steady_clock::time_point lastSheetRefresh_;
@@ -138,6 +162,7 @@ private:
 
     // User-interface thread only.
     bool reopenFilterDrawer_ = false;
+    std::optional<CrawlSettings> settingsForNextScan_;
     std::vector<std::string> fileLocationsArray_;
     // Held from the start of a scan until its last file is written.
     std::optional<FolderLock> siteLock_;

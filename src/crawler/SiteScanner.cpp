@@ -52,20 +52,22 @@ void SiteScanner::setPageBaseURLs(std::string_view pageURL) {
     }
 }
 
-bool SiteScanner::httpIsValid(std::string_view url) const {
+bool SiteScanner::httpIsValid(std::string_view url, const http::Session* session,
+                              http::Response* answer) const {
     http::Request request;
     request.url = url;
+    request.session = session;
     request.redirects = http::Redirects::Report;
     request.timeout = kPageTimeout;
-    const http::Response response = http::send(request);
-    if (!response.isHttp) {
-        return false;
+    http::Response response = http::send(request);
+    const bool valid = response.isHttp && response.statusCode == 200;
+    if (response.isHttp && !valid) {
+        process_.vrlmpBadLinkReasonArray.push_back(http::statusText(response.statusCode));
     }
-    if (response.statusCode == 200) {
-        return true;
+    if (answer != nullptr) {
+        *answer = std::move(response);
     }
-    process_.vrlmpBadLinkReasonArray.push_back(http::statusText(response.statusCode));
-    return false;
+    return valid;
 }
 
 void SiteScanner::loadRobotsRules(std::string_view robotsText) {
@@ -98,10 +100,15 @@ void SiteScanner::appendToSitemap(std::string_view name, std::string_view piece)
 }
 
 void SiteScanner::buildPageTitleSitemap(std::string_view fragment, std::string_view plainLink) {
+    buildPageTitleSitemap(fragment, plainLink, lastModifiedDate(plainLink));
+}
+
+void SiteScanner::buildPageTitleSitemap(std::string_view fragment, std::string_view plainLink,
+                                        std::string_view lastModified) {
     appendToSitemap(kOneColumnPagesOnly, oneColumnPiece(fragment));
     appendToSitemap(kTwoColumnPagesOnly, tablePiece(fragment, 2, twoColCountPO));
     appendToSitemap(kThreeColumnPagesOnly, tablePiece(fragment, 3, threeColCountPO));
-    appendToSitemap(kXmlSitemap, xmlSitemapEntry(plainLink, lastModifiedDate(plainLink)));
+    appendToSitemap(kXmlSitemap, xmlSitemapEntry(plainLink, lastModified));
 }
 
 void SiteScanner::buildAllLinksSitemaps(std::string_view pageData) {

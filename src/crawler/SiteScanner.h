@@ -9,6 +9,7 @@
 
 #include "crawler/PageList.h"
 #include "platform/FileSystem.h"
+#include "platform/Http.h"
 
 namespace loomcrest {
 
@@ -85,7 +86,9 @@ public:
 
     // Probes the start URL: true only for a 200 answer to one GET, redirects not followed.
     // Another status adds its "404 - Not Found" text to vrlmpBadLinkReasonArray.
-    bool httpIsValid(std::string_view url) const;
+    // The answer is handed back through `answer` when one is given.
+    bool httpIsValid(std::string_view url, const http::Session* session = nullptr,
+                     http::Response* answer = nullptr) const;
 
     // Fills robotsArray from the text of the site's robots.txt.
     void loadRobotsRules(std::string_view robotsText);
@@ -99,6 +102,9 @@ public:
     // Appends a page's title line to the three pages-only layouts and its entry to
     // "sitemap.xml". `plainLink` is the page URL.
     void buildPageTitleSitemap(std::string_view fragment, std::string_view plainLink);
+    // The same with the page's <lastmod> date already at hand.
+    void buildPageTitleSitemap(std::string_view fragment, std::string_view plainLink,
+                               std::string_view lastModified);
     // Appends a page block to the three all-links layouts; a block that is not valid UTF-8
     // is dropped.
     void buildAllLinksSitemaps(std::string_view pageData);

@@ -8,11 +8,12 @@
 
 namespace loomcrest {
 
-std::string lastModifiedDate(std::string_view url) {
+std::string lastModifiedDate(std::string_view url, const http::Session* session) {
     http::Request request;
     request.url = url;
+    request.session = session;
     request.method = "HEAD";
-    request.timeout = http::Seconds{10};
+    request.timeout = kLastModifiedTimeout;
     const http::Response response = http::send(request);
     return response.lastModified ? weekYearDate(*response.lastModified) : std::string();
 }

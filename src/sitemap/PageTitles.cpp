@@ -55,9 +55,10 @@ std::string imageTitle(std::string_view imageMarkup) {
 
 }  // namespace
 
-PageTitleLookup lookUpPageTitle(std::string_view pageURL, std::chrono::seconds timeout) {
-    (void)http::fetchText(pageURL, timeout);
-    auto bytes = http::fetchBytes(pageURL, timeout);
+PageTitleLookup lookUpPageTitle(std::string_view pageURL, std::chrono::seconds timeout,
+                                const http::Session* session) {
+    (void)http::fetchText(pageURL, timeout, session);
+    auto bytes = http::fetchBytes(pageURL, timeout, session);
     if (!bytes) {
         PageTitleLookup lookup;
         lookup.title = kNoPageTitle;

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "platform/HtmlDocument.h"
+#include "platform/Http.h"
 
 // The texts under which the sitemap lists pages and links. None of these fails: each falls
 // back to a fixed text, which then stands in the sitemap as it is.
@@ -25,8 +26,9 @@ struct PageTitleLookup {
     std::optional<std::string> bytes;
     std::optional<MarkupDocument> htmlDocument;
 };
-// Each fetch waits at most `timeout` for its answer.
-PageTitleLookup lookUpPageTitle(std::string_view pageURL, std::chrono::seconds timeout);
+// Each fetch waits at most `timeout` for its answer and obeys the session when one is given.
+PageTitleLookup lookUpPageTitle(std::string_view pageURL, std::chrono::seconds timeout,
+                                const http::Session* session = nullptr);
 // The title of a page's bytes, as lookUpPageTitle finds it once they have arrived.
 PageTitleLookup pageTitleOfBytes(std::string bytes);
 

@@ -29,6 +29,9 @@ struct ScanViewState {
     // buttons and the delete-site button.
     bool siteControlsEnabled = false;
     bool filterDrawerOpen = false;
+    // What the last scan's robots.txt asked of crawlers and the scan did not obey; empty
+    // when it asked nothing or another site was selected since.
+    std::string crawlDelayAdvice;
     // The selected site keeps the sitemaps of the scan before its last one, which can be put
     // back.
     bool previousSitemapsKept = false;

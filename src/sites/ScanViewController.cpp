@@ -96,6 +96,7 @@ void ScanViewController::selectionCleared() {
     state_.scanButtonEnabled = false;
     state_.editSiteEnabled = false;
     state_.siteControlsEnabled = false;
+    state_.crawlDelayAdvice.clear();
     state_.previousSitemapsKept = false;
     view_.clearScannedLinks();
     showState();
@@ -113,6 +114,7 @@ void ScanViewController::siteSelected(const std::string& name) {
     state_.scanButtonEnabled = true;
     state_.editSiteEnabled = true;
     state_.siteControlsEnabled = true;
+    state_.crawlDelayAdvice.clear();
     view_.reloadFilterList();
     process_.vrlmpViewChanged = true;
     view_.clearScannedLinks();
@@ -243,6 +245,11 @@ void ScanViewController::showScanStatistics(int32_t totalLinks, size_t pagesFoun
 
 void ScanViewController::showPagesUsed(int32_t pagesUsed) {
     state_.details.linksScanned = std::to_string(pagesUsed);
+    showState();
+}
+
+void ScanViewController::showCrawlDelayAdvice(std::string advice) {
+    state_.crawlDelayAdvice = std::move(advice);
     showState();
 }
 

@@ -62,6 +62,7 @@ public:
     void setScannedLinksText(std::string_view text);
     void showScanStatistics(int32_t totalLinks, size_t pagesFound, size_t brokenLinks);
     void showPagesUsed(int32_t pagesUsed);
+    void showCrawlDelayAdvice(std::string advice);
 
     const ScanViewState& state() const { return state_; }
 

@@ -3,7 +3,10 @@
 #include <spawn.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <chrono>
+#include <filesystem>
+#include <mutex>
 #include <thread>
 
 #include "support/RawHttpServer.h"
@@ -49,6 +52,61 @@ TEST(ScanCommand, ScansASiteAndSummarises) {
               "Name: Site\nURL: " + server.url("/") +
                   "\nIgnore robots: no\nTotal links: 4\nPages found: 3\nPages used: 2\n"
                   "Broken links: 1\n");
+}
+
+TEST(ScanCommand, CrawlOptionsHoldForOneScanAndAreNotSaved) {
+    TemporaryHome home;
+    std::mutex seenMutex;
+    std::vector<std::string> seen;
+    const auto seenSorted = [&] {
+        const std::lock_guard lock(seenMutex);
+        std::vector<std::string> sorted = seen;
+        seen.clear();
+        std::sort(sorted.begin(), sorted.end());
+        return sorted;
+    };
+    test::TestServer server;
+    server.server().Get(".*", [&](const httplib::Request& req, httplib::Response& res) {
+        {
+            const std::lock_guard lock(seenMutex);
+            seen.push_back(req.method + " " + req.target + " " +
+                           req.get_header_value("User-Agent") + " " +
+                           req.get_header_value("X-Token"));
+        }
+        if (req.target == "//robots.txt") {
+            res.set_content("User-agent: *\nCrawl-delay: 4\n", "text/plain");
+        } else if (req.target == "/") {
+            res.set_content(R"(<title>H</title><a href="a.html">A</a><a href="b.html">B</a>)",
+                            "text/html");
+        } else {
+            res.set_content("<title>P</title>", "text/html");
+        }
+    });
+    server.start();
+    ASSERT_EQ(runLoomcrest(home, {"add", "Site", server.url("/")}).exitCode, 0);
+
+    const auto result =
+        runLoomcrest(home, {"scan", "Site", "--connections", "4", "--fetch-once", "on",
+                            "--user-agent", "Bot/2", "--header", "X-Token: t"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.err, "");
+    const std::string folder = home.dataRoot() + "/Site";
+    EXPECT_EQ(
+        result.out,
+        "Pages found: 3\nPages used: 3\nTotal links: 5\nBroken links: 0\nFiles in: " + folder +
+            "\nrobots.txt asks for 4 seconds between requests (Crawl-delay); the scan does "
+            "not wait for it. A rate of 0.25 requests a second follows it.\n");
+    EXPECT_EQ(seenSorted(),
+              (std::vector<std::string>{"GET / Bot/2 t", "GET //robots.txt Bot/2 t",
+                                        "GET /a.html Bot/2 t", "GET /b.html Bot/2 t"}));
+    EXPECT_FALSE(std::filesystem::exists(folder + "/crawl.json"));
+
+    const auto refused = runLoomcrest(home, {"scan", "Site", "--connections", "17"});
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_EQ(
+        refused.err,
+        "Cannot Use These Crawl Settings\nConnections must be a whole number from 1 to 16.\n");
+    EXPECT_TRUE(seenSorted().empty()) << "nothing is scanned";
 }
 
 TEST(ScanCommand, AnUnreachableStartUrlPrintsTheAlert) {

@@ -47,13 +47,13 @@ expect() {
 }
 
 expect "loomcrest sc|" "scan"
-expect "loomcrest s|" $'sites\nshow\nscan'
+expect "loomcrest s|" $'sites\nshow\nsettings\nscan'
 expect "loomcrest --v|" "--version"
 expect "loomcrest show |" $'Alpha\nBeta\\ Site\nGamma\nset'
 expect "loomcrest scan B|" 'Beta\ Site'
 expect "loomcrest scan Beta\\ S|" 'Beta\ Site'
 expect "loomcrest add |" ""
-expect "loomcrest scan --|" $'--help\n--on-warning\n--json\n--fail-on-broken\n--explain'
+expect "loomcrest scan --|" $'--help\n--on-warning\n--json\n--fail-on-broken\n--explain\n--connections\n--rate\n--user-agent\n--fetch-once\n--header\n--no-headers\n--netrc'
 expect "loomcrest scan --explain |" "<files>"
 expect "loomcrest broken Alpha --format |" $'text\ntsv\ncsv\njson'
 expect "loomcrest scan --on-warning |" $'continue\ncancel'

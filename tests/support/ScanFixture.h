@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <map>
 #include <mutex>
 #include <string>
@@ -123,14 +124,23 @@ protected:
     RecordingScanSheet sheet;
     RecordingAlerts alerts;
     RunLoop loop;
+    // Called for every request before the pages answer it, on the server's threads; true
+    // when it answered the request itself.
+    std::function<bool(const httplib::Request&, httplib::Response&)> intercept;
     ProcessState process;
     ScanViewController siteView{process, scanView, alerts};
     ScanDriver driver{process, siteView, sheet, alerts, loop};
 
 private:
     void serve(const httplib::Request& request, httplib::Response& response) {
+        {
+            const std::lock_guard lock(mutex);
+            requests.push_back(request.method + " " + request.target);
+        }
+        if (intercept && intercept(request, response)) {
+            return;
+        }
         const std::lock_guard lock(mutex);
-        requests.push_back(request.method + " " + request.target);
         const auto found = pages.find(request.target);
         if (found == pages.end()) {
             response.status = 404;

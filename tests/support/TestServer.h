@@ -17,7 +17,10 @@ public:
     TestServer() = default;
     TestServer(const TestServer&) = delete;
     TestServer& operator=(const TestServer&) = delete;
-    ~TestServer() {
+    ~TestServer() { stop(); }
+
+    // Returns once every handler has returned.
+    void stop() {
         // The server waits for kept-alive connections to close before it stops.
         http::closeThreadConnections();
         server_.stop();
@@ -30,6 +33,8 @@ public:
 
     void start() {
         server_.set_tcp_nodelay(true);
+        // A kept-alive connection holds a thread, and a scan may keep many open at once.
+        server_.new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
         port_ = server_.bind_to_any_port("127.0.0.1");
         thread_ = std::thread([this] { server_.listen_after_bind(); });
         while (!server_.is_running()) {
@@ -43,6 +48,8 @@ public:
     }
 
 private:
+    static constexpr size_t kThreads = 32;
+
     httplib::Server server_;
     std::thread thread_;
     int port_ = 0;

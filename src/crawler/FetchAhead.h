@@ -1,0 +1,58 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "crawler/PageFetch.h"
+
+namespace loomcrest {
+
+// Fetches pages further down the page list on a pool of threads, one connection each,
+// while the crawl deals with the pages one after another in list order. The crawl hands
+// over each page by its place in the list before it takes it; the pool works on the
+// lowest places first and holds no more than `window` pages handed over and not yet
+// taken, so memory stays flat however long the list grows.
+class FetchAhead {
+public:
+    using Fetch = std::function<FetchedPage(const std::string& url)>;
+
+    FetchAhead(int threads, size_t window, Fetch fetch);
+    FetchAhead(const FetchAhead&) = delete;
+    FetchAhead& operator=(const FetchAhead&) = delete;
+    // Stops and waits for the threads; what they fetched and was not taken is dropped.
+    ~FetchAhead();
+
+    // The place up to which pages have been handed over (one past the last).
+    size_t handedOver() const { return handedOver_; }
+    // Whether another page may be handed over without passing the window.
+    bool hasRoom(size_t nextToTake) const { return handedOver_ < nextToTake + window_; }
+    // Hands over the page at place handedOver().
+    void handOver(std::string url);
+    // The same for a page already fetched.
+    void handOverFetched(FetchedPage page);
+    // Waits for the page at `place`, which must have been handed over and not taken yet.
+    FetchedPage take(size_t place);
+
+private:
+    void work();
+
+    const size_t window_;
+    const Fetch fetch_;
+    size_t handedOver_ = 0;  // the crawl's thread only
+
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::deque<std::pair<size_t, std::string>> waiting_;
+    std::map<size_t, FetchedPage> fetched_;
+    bool stopping_ = false;
+    std::vector<std::thread> threads_;
+};
+
+}  // namespace loomcrest

@@ -1,0 +1,259 @@
+#include "crawler/CrawlSettings.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <cmath>
+#include <functional>
+
+#include "crawler/CrawlDelay.h"
+#include "crawler/CrawlSettingsEditor.h"
+#include "crawler/CrawlSettingsFile.h"
+#include "support/Recorders.h"
+#include "support/TemporaryHome.h"
+
+namespace loomcrest {
+namespace {
+
+const std::string kDefaultAgent =
+    std::string("Loomcrest/") + LOOMCREST_VERSION + " (+" + LOOMCREST_REPORT_PROBLEM_URL + ")";
+
+struct Check {
+    std::function<void(CrawlSettings&)> change;
+    std::string problem;  // empty: allowed
+};
+
+TEST(CrawlSettings, DefaultsAndWhatIsAllowed) {
+    const CrawlSettings defaults;
+    EXPECT_EQ(defaults.connections(), 1);
+    EXPECT_EQ(defaults.requestsPerSecond(), 0);
+    EXPECT_EQ(defaults.userAgent(), kDefaultAgent);
+    EXPECT_FALSE(defaults.fetchOnce());
+    EXPECT_TRUE(defaults.extraHeaders().empty());
+    EXPECT_FALSE(defaults.useNetrc());
+    EXPECT_TRUE(defaults.isValid());
+
+    const std::string connections(kConnectionsProblem);
+    const std::string rate(kRateProblem);
+    const std::string agent(kUserAgentProblem);
+    const auto header = [](const std::string& line) {
+        return std::string(kHeaderProblemStart) + line + std::string(kHeaderProblemEnd);
+    };
+    const std::vector<Check> checks = {
+        {[](auto& s) { s.setConnections(16); }, ""},
+        {[](auto& s) { s.setConnections(0); }, connections},
+        {[](auto& s) { s.setConnections(17); }, connections},
+        {[](auto& s) { s.setRequestsPerSecond(0.5); }, ""},
+        {[](auto& s) { s.setRequestsPerSecond(1000); }, ""},
+        {[](auto& s) { s.setRequestsPerSecond(1000.5); }, rate},
+        {[](auto& s) { s.setRequestsPerSecond(-1); }, rate},
+        {[](auto& s) { s.setRequestsPerSecond(std::nan("")); }, rate},
+        {[](auto& s) { s.setUserAgent("MyBot/2 (+mailto:me@example.org)"); }, ""},
+        {[](auto& s) { s.setUserAgent(""); }, agent},
+        {[](auto& s) { s.setUserAgent("Bot\r\nX-Evil: 1"); }, agent},
+        {[](auto& s) {
+             s.setExtraHeaders({"Cookie: a=b; c=d", "X-Token:\tabc"});
+         },
+         ""},
+        {[](auto& s) {
+             s.setExtraHeaders({"Cookie: a=b", "NoColon"});
+         },
+         header("NoColon")},
+        {[](auto& s) { s.addExtraHeader(": value"); }, header(": value")},
+        {[](auto& s) { s.addExtraHeader("Bad Name: v"); }, header("Bad Name: v")},
+        {[](auto& s) { s.addExtraHeader("X-Empty:  "); }, header("X-Empty:  ")},
+        {[](auto& s) { s.addExtraHeader("X-Split: a\r\nHost: evil"); },
+         header("X-Split: a\r\nHost: evil")},
+    };
+    for (const Check& check : checks) {
+        CrawlSettings settings;
+        check.change(settings);
+        EXPECT_EQ(settings.problem().value_or(""), check.problem) << check.problem;
+        EXPECT_EQ(settings.isValid(), check.problem.empty());
+    }
+}
+
+TEST(CrawlSettings, ReadsTypedTextStrictly) {
+    EXPECT_EQ(connectionsFromText("4"), 4);
+    EXPECT_EQ(connectionsFromText("016"), 16);
+    EXPECT_EQ(connectionsFromText("99999999999"), std::nullopt);
+    for (const char* text : {"", " 4", "4 ", "-1", "+4", "4.0", "four", "0x4"}) {
+        EXPECT_EQ(connectionsFromText(text), std::nullopt) << text;
+    }
+    EXPECT_EQ(rateFromText("20"), 20);
+    EXPECT_EQ(rateFromText("0.5"), 0.5);
+    EXPECT_EQ(rateFromText(".5"), 0.5);
+    EXPECT_EQ(rateFromText("2."), 2);
+    for (const char* text : {"", ".", "1.2.3", "-1", "1e3", "inf", "nan", " 1", "1,5"}) {
+        EXPECT_EQ(rateFromText(text), std::nullopt) << text;
+    }
+    EXPECT_EQ(switchFromText("on"), true);
+    EXPECT_EQ(switchFromText("off"), false);
+    EXPECT_EQ(switchFromText("yes"), std::nullopt);
+    EXPECT_EQ(switchFromText("ON"), std::nullopt);
+    EXPECT_EQ(rateText(0), "0");
+    EXPECT_EQ(rateText(20), "20");
+    EXPECT_EQ(rateText(0.25), "0.25");
+}
+
+TEST(CrawlSettingsFile, WritesEverySettingAndReadsItBack) {
+    test::TemporaryHome home;
+    EXPECT_EQ(crawlSettingsText(CrawlSettings()),
+              "{\n  \"connections\": 1,\n  \"requestsPerSecond\": 0,\n  \"fetchOnce\": false,\n"
+              "  \"extraHeaders\": [],\n  \"useNetrc\": false\n}\n");
+
+    CrawlSettings settings;
+    settings.setConnections(8);
+    settings.setRequestsPerSecond(2.5);
+    settings.setUserAgent("Bot \"quoted\" \\ é");
+    settings.setFetchOnce(true);
+    settings.setExtraHeaders({"Cookie: a=b", "Authorization: Bearer x"});
+    settings.setUseNetrc(true);
+    ASSERT_TRUE(writeCrawlSettings(home.path(), settings));
+    EXPECT_EQ(test::fileContents(home.path() + "/crawl.json"),
+              "{\n  \"connections\": 8,\n  \"requestsPerSecond\": 2.5,\n"
+              "  \"userAgent\": \"Bot \\\"quoted\\\" \\\\ é\",\n  \"fetchOnce\": true,\n"
+              "  \"extraHeaders\": [\n    \"Cookie: a=b\",\n    \"Authorization: Bearer x\"\n"
+              "  ],\n  \"useNetrc\": true\n}\n");
+    const CrawlSettingsRead read = readCrawlSettings(home.path());
+    EXPECT_EQ(read.problem, std::nullopt);
+    EXPECT_EQ(read.settings, settings);
+
+    const WriteResult failed = writeCrawlSettings(home.path() + "/no such folder", settings);
+    EXPECT_EQ(failed.message(),
+              home.path() + "/no such folder/crawl.json: No such file or directory");
+}
+
+TEST(CrawlSettingsFile, AMissingOrUnreadableFileMeansTheDefaultsSilently) {
+    test::TemporaryHome home;
+    CrawlSettingsRead read = readCrawlSettings(home.path());
+    EXPECT_EQ(read.problem, std::nullopt);
+    EXPECT_EQ(read.settings, CrawlSettings());
+
+    test::writeFile(home.path() + "/crawl.json", R"({"connections": 4})");
+    ASSERT_EQ(::chmod((home.path() + "/crawl.json").c_str(), 0), 0);
+    if (::geteuid() != 0) {  // root reads it all the same
+        read = readCrawlSettings(home.path());
+        EXPECT_EQ(read.problem, std::nullopt);
+        EXPECT_EQ(read.settings, CrawlSettings());
+    }
+}
+
+struct Malformed {
+    std::string text;
+    std::string problem;
+};
+
+TEST(CrawlSettingsFile, AMalformedFileIsReportedAndGivesTheDefaults) {
+    const std::vector<Malformed> cases = {
+        {"", "line 1, column 1: unexpected end of text"},
+        {"{\n  \"connections\": 4,\n}",
+         "line 3, column 1: expected a member name in double quotes"},
+        {"[]", "the settings must be a JSON object"},
+        {R"({"connections": 4.5})", "\"connections\" must be a whole number"},
+        {R"({"connections": "4"})", "\"connections\" must be a whole number"},
+        {R"({"connections": 1e15})", std::string(kConnectionsProblem)},
+        {R"({"connections": 1e30})", "\"connections\" must be a whole number"},
+        {R"({"connections": -3})", std::string(kConnectionsProblem)},
+        {R"({"requestsPerSecond": true})", "\"requestsPerSecond\" must be a number"},
+        {R"({"requestsPerSecond": 5000})", std::string(kRateProblem)},
+        {R"({"userAgent": null})", "\"userAgent\" must be a text"},
+        {R"({"fetchOnce": "on"})", "\"fetchOnce\" must be true or false"},
+        {R"({"useNetrc": 1})", "\"useNetrc\" must be true or false"},
+        {R"({"extraHeaders": "Cookie: a"})", "\"extraHeaders\" must be a list of texts"},
+        {R"({"extraHeaders": ["Cookie: a", 3]})", "\"extraHeaders\" must be a list of texts"},
+        {R"({"extraHeaders": ["Cookie"]})",
+         std::string(kHeaderProblemStart) + "Cookie" + std::string(kHeaderProblemEnd)},
+        {R"({"conections": 4})", "unknown setting \"conections\""},
+    };
+    test::TemporaryHome home;
+    for (const auto& [text, problem] : cases) {
+        test::writeFile(home.path() + "/crawl.json", text);
+        const CrawlSettingsRead read = readCrawlSettings(home.path());
+        EXPECT_EQ(read.problem.value_or("none"), problem) << text;
+        EXPECT_EQ(read.settings, CrawlSettings()) << text;
+    }
+    // Members left out keep their defaults.
+    const CrawlSettingsRead partial = crawlSettingsFromText(R"({"fetchOnce": true})");
+    EXPECT_EQ(partial.problem, std::nullopt);
+    EXPECT_TRUE(partial.settings.fetchOnce());
+    EXPECT_EQ(partial.settings.connections(), 1);
+
+    const Alert alert = unreadableCrawlSettingsAlert("/sites/A", "unknown setting \"x\"");
+    EXPECT_EQ(alert.kind, AlertKind::Information);
+    EXPECT_EQ(alert.title, "The Crawl Settings Could Not Be Read");
+    EXPECT_EQ(alert.message,
+              "/sites/A/crawl.json: unknown setting \"x\". The default settings are used.");
+    const Alert unwritable =
+        unwritableCrawlSettingsAlert(WriteResult::failure("/sites/A/crawl.json", "Disk full"));
+    EXPECT_EQ(unwritable.kind, AlertKind::Refusal);
+    EXPECT_EQ(unwritable.title, "The Crawl Settings Could Not Be Saved");
+    EXPECT_EQ(unwritable.message, "/sites/A/crawl.json: Disk full");
+}
+
+TEST(CrawlSettingsEditor, OpensTheSavedSettingsAndSavesOnlyWhatIsAllowed) {
+    test::TemporaryHome home;
+    test::RecordingAlerts alerts;
+    CrawlSettingsEditor editor(alerts);
+    CrawlSettingsFields fields = editor.open(home.path());
+    EXPECT_EQ(fields, (CrawlSettingsFields{"1", "0", kDefaultAgent, false, "", false}));
+
+    fields = {"4", "0.5", "Bot/1", true, "Cookie: a=b\n\n  \nX-Token: t\n", true};
+    ASSERT_TRUE(editor.save(fields));
+    EXPECT_TRUE(alerts.shown.empty());
+    const CrawlSettings saved = readCrawlSettings(home.path()).settings;
+    EXPECT_EQ(saved.extraHeaders(), (std::vector<std::string>{"Cookie: a=b", "X-Token: t"}));
+    EXPECT_EQ(editor.open(home.path()),
+              (CrawlSettingsFields{"4", "0.5", "Bot/1", true, "Cookie: a=b\nX-Token: t\n", true}));
+
+    const std::vector<std::pair<CrawlSettingsFields, std::string_view>> refused = {
+        {{"", "0", "A", false, "", false}, kConnectionsProblem},
+        {{"20", "0", "A", false, "", false}, kConnectionsProblem},
+        {{"2", "fast", "A", false, "", false}, kRateProblem},
+        {{"2", "0", "", false, "", false}, kUserAgentProblem},
+    };
+    for (const auto& [typed, problem] : refused) {
+        alerts.shown.clear();
+        EXPECT_FALSE(editor.save(typed));
+        ASSERT_EQ(alerts.shown.size(), 1U);
+        EXPECT_EQ(alerts.shown[0].title, "Cannot Use These Crawl Settings");
+        EXPECT_EQ(alerts.shown[0].message, problem);
+    }
+    alerts.shown.clear();
+    EXPECT_FALSE(editor.save({"2", "0", "A", false, "Cookie: a\nbad header\n", false}));
+    EXPECT_EQ(alerts.shown.at(0).message,
+              "The extra header \"bad header\" must have the form \"Name: value\".");
+    EXPECT_EQ(readCrawlSettings(home.path()).settings, saved) << "nothing refused was saved";
+
+    test::writeFile(home.path() + "/crawl.json", "{");
+    alerts.shown.clear();
+    EXPECT_EQ(editor.open(home.path()).connections, "1");
+    ASSERT_EQ(alerts.shown.size(), 1U);
+    EXPECT_EQ(alerts.shown[0].message, home.path() +
+                                           "/crawl.json: line 1, column 2: unexpected end of text. "
+                                           "The default settings are used.");
+}
+
+TEST(CrawlDelay, TheLongestDelayOfAnyGroupIsAdvice) {
+    EXPECT_EQ(robotsCrawlDelay(""), std::nullopt);
+    EXPECT_EQ(robotsCrawlDelay("User-agent: *\nDisallow: /x\n"), std::nullopt);
+    EXPECT_EQ(robotsCrawlDelay("Crawl-delay: 10\n"), 10);
+    EXPECT_EQ(robotsCrawlDelay("User-agent: a\ncrawl-delay:2.5\r\nUser-agent: *\n"
+                               "CRAWL-DELAY:\t4 \r\nCrawl-delay: 3\n"),
+              4);
+    EXPECT_EQ(robotsCrawlDelay("Crawl-delay: 0\nCrawl-delay: soon\n# Crawl-delay: 9\n"),
+              std::nullopt);
+    EXPECT_EQ(crawlDelayAdvice(10),
+              "robots.txt asks for 10 seconds between requests (Crawl-delay); the scan does not "
+              "wait for it. A rate of 0.1 requests a second follows it.");
+    EXPECT_EQ(crawlDelayAdvice(1),
+              "robots.txt asks for 1 second between requests (Crawl-delay); the scan does not "
+              "wait for it. A rate of 1 request a second follows it.");
+    EXPECT_NE(crawlDelayAdvice(3).find("A rate of 0.333 requests"), std::string::npos);
+    EXPECT_NE(crawlDelayAdvice(0.4).find("0.4 seconds between"), std::string::npos);
+    EXPECT_NE(crawlDelayAdvice(0.4).find("A rate of 2.5 requests"), std::string::npos);
+    EXPECT_NE(crawlDelayAdvice(5000).find("A rate of 0.001 requests"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace loomcrest
