@@ -131,9 +131,10 @@ TEST_F(HttpSession, TheRateHoldsAcrossThreads) {
         thread.join();
     }
     ASSERT_EQ(arrivals.count(), 48U);
-    // 20 a second allows 21 in one second (the first goes at once); the slack is for the
-    // machine's noise in when the server notes an arrival.
-    EXPECT_LE(arrivals.mostWithin(1s), 23U);
+    // 20 a second allows 41 in two seconds (the first goes at once); the slack is for the
+    // machine's noise in when the server notes an arrival, which can bunch arrivals that
+    // were sent 50 ms apart.
+    EXPECT_LE(arrivals.mostWithin(2s), 45U);
     const auto times = arrivals.times();
     EXPECT_GE(times.back() - times.front(), 2200ms) << "47 intervals of 50 ms";
 }
