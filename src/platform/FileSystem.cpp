@@ -98,6 +98,16 @@ void walkInto(const fs::path& root, const fs::path& relative, std::vector<std::s
     }
 }
 
+// One read(2), tried again when a signal broke it off: the bytes read, 0 at the end, -1 on error.
+ssize_t readOnce(int fd, char* into, size_t room) {
+    while (true) {
+        const ssize_t got = ::read(fd, into, room);
+        if (got >= 0 || errno != EINTR) {
+            return got;
+        }
+    }
+}
+
 }  // namespace
 
 WriteResult WriteResult::failure(std::string path, int errorNumber) {
@@ -129,10 +139,7 @@ std::optional<std::string> readTextFile(const std::string& path) {
         const bool full = filled == text.size();
         char* into = full ? more.data() : text.data() + filled;
         const size_t room = full ? more.size() : text.size() - filled;
-        const ssize_t got = ::read(fd.get(), into, room);
-        if (got < 0 && errno == EINTR) {
-            continue;
-        }
+        const ssize_t got = readOnce(fd.get(), into, room);
         if (got < 0) {
             return std::nullopt;
         }
@@ -161,10 +168,7 @@ std::optional<std::string> readTextFileUpTo(const std::string& path, std::string
     std::array<char, 64 * 1024> chunk{};
     size_t found = std::string::npos;
     while (found == std::string::npos) {
-        const ssize_t got = ::read(fd.get(), chunk.data(), chunk.size());
-        if (got < 0 && errno == EINTR) {
-            continue;
-        }
+        const ssize_t got = readOnce(fd.get(), chunk.data(), chunk.size());
         if (got < 0) {
             return std::nullopt;
         }
