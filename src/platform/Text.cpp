@@ -11,9 +11,10 @@ namespace loomcrest {
 
 namespace {
 
-// The one place where case is folded.
+// The one place where case is folded: ASCII letters only, whatever the locale, as URLs and
+// UTF-8 text need (a byte of a multi-byte character is never a letter of its own).
 char foldedCase(char c) {
-    return static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
 bool sameIgnoringCase(char a, char b) {
@@ -113,20 +114,12 @@ bool containsIgnoringCase(std::string_view text, std::string_view needle) {
     if (needle.empty() || needle.size() > text.size()) {
         return false;
     }
-    // The bytes that fold to the needle's first byte; usually a letter's two cases, which
-    // memchr finds quickly.
-    std::array<char, 2> firsts{};
-    size_t firstCount = 0;
-    for (int byte = 0; byte < 256; ++byte) {
-        const auto candidate = static_cast<char>(byte);
-        if (sameIgnoringCase(candidate, needle.front()) && firstCount++ < firsts.size()) {
-            firsts[firstCount - 1] = candidate;
-        }
-    }
-    if (firstCount > firsts.size()) {
-        return std::search(text.begin(), text.end(), needle.begin(), needle.end(),
-                           sameIgnoringCase) != text.end();
-    }
+    // The bytes that fold to the needle's first byte: a letter's two cases, or the byte
+    // itself; memchr finds them quickly.
+    const char first = foldedCase(needle.front());
+    const bool isLetter = first >= 'a' && first <= 'z';
+    const std::array<char, 2> firsts{first, static_cast<char>(first - 'a' + 'A')};
+    const size_t firstCount = isLetter ? 2 : 1;
     const size_t lastStart = text.size() - needle.size();
     std::array<size_t, 2> next{};
     const auto findFrom = [&](char c, size_t from) {

@@ -16,7 +16,7 @@ std::optional<size_t> indexOf(std::span<const std::string_view> items, std::stri
 // Every occurrence of `from`, left to right and not overlapping, replaced by `to`.
 std::string replaceAll(std::string_view text, std::string_view from, std::string_view to);
 
-// Case is folded one byte at a time, as std::tolower folds it.
+// Case is folded one byte at a time, ASCII letters only, whatever the locale.
 std::string lowerCase(std::string_view text);
 bool equalsIgnoringCase(std::string_view a, std::string_view b);
 // Plain substring search that ignores case. An empty needle is never found.
