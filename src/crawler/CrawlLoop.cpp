@@ -30,13 +30,18 @@ void ScanDriver::extractLinksFromPage() {
     lastTotalLinksRefresh_ = {};
     lastScannedLinksRefresh_ = {};
     pendingScannedLinks_.clear();
+    // The scanner's rules stay as they are until the scan ends.
+    judge_.emplace(scanner_);
     std::unique_ptr<FetchAhead> ahead;
     if (const int connections = crawlSettings_.connections(); connections > 1) {
         const bool fetchOnce = crawlSettings_.fetchOnce();
+        // The pool reads each page's links as well, so that the crawl only records them.
         ahead = std::make_unique<FetchAhead>(
             connections, static_cast<size_t>(connections) * kPagesAheadPerConnection,
             [this, fetchOnce](const std::string& url) {
-                return fetchWholePage(url, *session_, fetchOnce);
+                FetchedPage page = fetchWholePage(url, *session_, fetchOnce);
+                prepareLinks(*judge_, url, page);
+                return page;
             });
     }
     // The list grows while it is walked; its length is read afresh at every turn.
@@ -130,70 +135,58 @@ void ScanDriver::warnAboutQueryMarks() {
 
 void ScanDriver::crawlPage(const std::string& url, FetchedPage& fetched) {
     PageBody& page = *fetched.page;
-    const PageTitleLookup& title = fetched.title;
     scanner_.setPageBaseURLs(url);
     if (!page.good) {
         brokenLinks_.push_back(scanner_.pageBaseURLUnchanged);
         brokenLinkRecorder_.pageBroken(scanner_.pageBaseURLUnchanged, std::move(page.failure));
         return;
     }
-    const std::string fragment = pageTitleLine(url, scanner_.totLinks, title.title);
-    scanner_.fullPageData += fragment;
-    scanner_.buildPageTitleSitemap(fragment, url.empty() ? "Not Found" : url, page.lastModified);
+    // A title line left over from a page without links may stand before this one.
+    const size_t lineStart = scanner_.fullPageData.size();
+    appendPageTitleLine(scanner_.fullPageData, url, scanner_.totLinks, fetched.title.title);
+    const std::string_view line = std::string_view(scanner_.fullPageData).substr(lineStart);
+    scanner_.buildPageTitleSitemap(line, url.empty() ? "Not Found" : url, page.lastModified);
 
-    // Without a body the title line stays in fullPageData and goes out with the next
-    // parsed page's block.
+    // Without a body, or when the body parsed to no document, the title line stays in
+    // fullPageData and goes out with the next parsed page's block.
     if (!page.body) {
         return;
     }
-    // The same bytes parse to the same document, so the title's parse serves again.
-    if (title.htmlDocument && title.bytes == page.body) {
-        extractLinks(*title.htmlDocument);
-        return;
-    }
-    auto document = MarkupDocument::parseHtml(*page.body);
-    if (!document) {
-        document = MarkupDocument::parseXml(*page.body);
-    }
-    if (document) {
-        extractLinks(*document);
+    prepareLinks(*judge_, url, fetched);
+    if (fetched.links) {
+        extractLinks(*fetched.links);
     }
 }
 
-void ScanDriver::extractLinks(const MarkupDocument& document) {
-    const std::vector<MarkupNode> anchors = document.select("//a");
+void ScanDriver::extractLinks(std::vector<PreparedLink>& links) {
     ++scanner_.totLinks;  // the page itself counts as a link
     refreshTotalLinks(false);
-    for (const MarkupNode& anchor : anchors) {
+    for (PreparedLink& link : links) {
         ++scanner_.totLinks;
         refreshTotalLinks(false);
         if (terminateScan_) {
             break;
         }
         refreshScanSheet(false);
-        const std::string href = findHREFInNode(anchor);
-        const LinkDecision decision = scanner_.acceptLink(href);
+        const LinkDecision decision = scanner_.decideLink(link);
         if (decision.outcome == LinkOutcome::Queued) {
             pendingScannedLinks_.push_back(decision.url);
             refreshScannedLinks(false);
         } else if (explanations_ != nullptr) {
-            explanations_->linkNotQueued(scanner_.pageBaseURLUnchanged, href, decision);
+            explanations_->linkNotQueued(scanner_.pageBaseURLUnchanged, link.href, decision);
         }
         if (decision.outcome == LinkOutcome::Dropped) {
             continue;
         }
-        if (scanner_.pageInnerLinksMArray.contains(decision.url)) {
+        if (link.repeatInPage) {
             brokenLinkRecorder_.linkTo(decision.url);
             continue;
         }
-        scanner_.pageInnerLinksMArray.append(decision.url);
-        std::string linkText = findLinkTitle(anchor);
-        scanner_.fullPageData += linkLine(decision.url, scanner_.totLinks, linkText);
-        noteLinkForBrokenPages(decision, std::move(linkText));
+        appendLinkLine(scanner_.fullPageData, decision.url, scanner_.totLinks, link.linkText);
+        noteLinkForBrokenPages(decision, std::move(link.linkText));
     }
     scanner_.buildAllLinksSitemaps(scanner_.fullPageData);
     scanner_.fullPageData.clear();
-    scanner_.pageInnerLinksMArray.clear();
 }
 
 // A queued link is the first to its page; any other only adds to the count of its target.

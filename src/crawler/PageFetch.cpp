@@ -1,6 +1,9 @@
 #include "crawler/PageFetch.h"
 
+#include <unordered_set>
+
 #include "crawler/SiteScanner.h"
+#include "platform/HtmlDocument.h"
 #include "sitemap/LastModified.h"
 
 namespace loomcrest {
@@ -26,7 +29,52 @@ std::string pageFailure(const http::Response& first, const http::Response& secon
     return http::statusText(second.statusCode) + " (" + type + ", not text/html)";
 }
 
+std::vector<PreparedLink> prepareAnchors(const LinkJudge& judge, std::string_view pageUrl,
+                                         const MarkupDocument& document) {
+    const std::vector<MarkupNode> anchors = document.select("//a");
+    std::vector<PreparedLink> links;
+    // Views of the links' own URLs: the vector never grows past its reserve.
+    links.reserve(anchors.size());
+    std::unordered_set<std::string_view> urls;
+    for (const MarkupNode& anchor : anchors) {
+        PreparedLink& link = links.emplace_back(judge.prepare(pageUrl, findHREFInNode(anchor)));
+        if (link.decision.outcome == LinkOutcome::Dropped) {
+            continue;
+        }
+        if (!urls.insert(link.decision.url).second) {
+            link.repeatInPage = true;
+        } else {
+            link.linkText = findLinkTitle(anchor);
+        }
+    }
+    return links;
+}
+
 }  // namespace
+
+void prepareLinks(const LinkJudge& judge, std::string_view pageUrl, FetchedPage& fetched) {
+    if (!fetched.page || !fetched.page->good || !fetched.page->body || fetched.linksPrepared) {
+        return;
+    }
+    PageTitleLookup& title = fetched.title;
+    std::string& body = *fetched.page->body;
+    // The same bytes parse to the same document, so the title's parse serves again.
+    if (title.htmlDocument && title.bytes == body) {
+        fetched.links = prepareAnchors(judge, pageUrl, *title.htmlDocument);
+    } else {
+        auto document = MarkupDocument::parseHtml(body);
+        if (!document) {
+            document = MarkupDocument::parseXml(body);
+        }
+        if (document) {
+            fetched.links = prepareAnchors(judge, pageUrl, *document);
+        }
+    }
+    fetched.linksPrepared = true;
+    title.htmlDocument.reset();
+    title.bytes.reset();
+    body = std::string();
+}
 
 bool isFolderListing(const PageTitleLookup& title) {
     return title.title.starts_with("Index of /");

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "crawler/LinkJudge.h"
 #include "platform/Http.h"
 #include "sitemap/PageTitles.h"
 
@@ -29,6 +30,11 @@ struct FetchedPage {
     // Nothing for a server's folder listing, whose page is never fetched, and for a page
     // whose fetch the cancel stopped after its title.
     std::optional<PageBody> page;
+    // Set once the page's links have been read: then the documents are gone, the body is
+    // empty, and `links` holds every anchor in document order, or nothing when the body
+    // parsed to no document.
+    bool linksPrepared = false;
+    std::optional<std::vector<PreparedLink>> links;
 };
 
 // Whether the title marks a server's listing of a folder. (Escaping the title's "&" cannot
@@ -44,6 +50,10 @@ PageBody fetchPageBody(const std::string& url, const http::Session& session);
 FetchedPage fetchPageOnce(const std::string& url, const http::Session& session);
 // The same from an answer already at hand.
 FetchedPage pageFromAnswer(http::Response answer);
+
+// Reads the anchors of a good page that has a body, judges them as far as they can be
+// judged alone and frees the parsed documents; nothing for any other page.
+void prepareLinks(const LinkJudge& judge, std::string_view pageUrl, FetchedPage& fetched);
 
 // The whole of a page's requests: with `fetchOnce` one GET, otherwise the title's two
 // fetches, then, unless the page is a folder listing or the session was cancelled

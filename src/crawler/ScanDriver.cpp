@@ -127,7 +127,6 @@ void ScanDriver::resetForScan() {
     brokenLinksHandedOver_ = 0;
     brokenLinkRecorder_.reset();
     writeFailure_ = {};
-    scanner_.pageInnerLinksMArray.clear();
     scanner_.filters = process_.vrlmpFiltersArray;
     terminateScan_ = false;
     cancellation_.reset();

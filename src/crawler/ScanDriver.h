@@ -15,6 +15,7 @@
 #include "crawler/BrokenLinkRecorder.h"
 #include "crawler/CrawlSettings.h"
 #include "crawler/LinkExplanations.h"
+#include "crawler/LinkJudge.h"
 #include "crawler/ScanSheetView.h"
 #include "crawler/SiteScanner.h"
 #include "platform/Alerts.h"
@@ -111,7 +112,7 @@ private:
     bool crawlNextPage(size_t place, FetchAhead* ahead);
     FetchedPage fetchTitle(size_t place, const std::string& url, FetchAhead* ahead);
     void crawlPage(const std::string& url, FetchedPage& fetched);
-    void extractLinks(const MarkupDocument& document);
+    void extractLinks(std::vector<PreparedLink>& links);
     void noteLinkForBrokenPages(const LinkDecision& decision, std::string linkText);
     void afterPage();
     void refreshScanSheet(bool force);
@@ -159,6 +160,8 @@ private:
     size_t brokenLinksHandedOver_ = 0;
     BrokenLinkRecorder brokenLinkRecorder_;
     LinkExplanations* explanations_ = nullptr;
+    // Made from the scanner's rules when the crawl starts.
+    std::optional<LinkJudge> judge_;
 
     // User-interface thread only.
     bool reopenFilterDrawer_ = false;

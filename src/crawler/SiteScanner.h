@@ -14,6 +14,7 @@
 namespace loomcrest {
 
 struct ProcessState;
+struct PreparedLink;
 
 // How long every request of a scan waits for its answer; only the date lookups of the XML
 // sitemap wait less. A page that never answers thus costs this much per request it needs.
@@ -79,6 +80,8 @@ public:
     // Resolves one raw href of the current page and decides its fate; a queued link has
     // been appended to uniquePagesLeftMArray.
     LinkDecision acceptLink(std::string_view href);
+    // The same for a link judged beforehand as far as it could be alone; takes its URL.
+    LinkDecision decideLink(PreparedLink& link);
 
     // Resolves an href by plain text rules against the base URLs. Not used by the crawl,
     // which resolves links by RFC 3986 instead.
@@ -118,7 +121,6 @@ public:
     std::vector<std::string> allowedMediaArray;
     PageList uniquePagesLeftMArray;
     std::vector<std::string> robotsArray;
-    PageList pageInnerLinksMArray;
     std::string fullPageData;
     // The user's filters, copied when a scan starts: the crawl never reads the window's list.
     std::vector<std::string> filters;
@@ -135,15 +137,6 @@ public:
     int32_t threeColCountAP = 0;
 
 private:
-    struct SiteBaseKey {
-        std::string url;
-        size_t schemeLength = 0;
-        std::string hostPath;
-    };
-
-    const SiteBaseKey& siteBaseKey();
-    // The queue test of a link inside the site.
-    LinkDecision queueInSiteLink(std::string url);
     std::string sitemapFile(std::string_view name) const;
     void appendToSitemap(std::string_view name, std::string_view piece);
     bool inPageList(const std::string& url) const { return uniquePagesLeftMArray.contains(url); }
@@ -152,7 +145,6 @@ private:
     std::string sitemapFolder_;
     AppendingFiles sitemapFiles_;
     WriteResult writeFailure_;
-    SiteBaseKey siteBaseKey_;
 };
 
 }  // namespace loomcrest

@@ -1,5 +1,8 @@
 #include "sitemap/HtmlSitemapFormat.h"
 
+#include <array>
+#include <charconv>
+
 #include "platform/Regex.h"
 #include "platform/Text.h"
 
@@ -64,17 +67,39 @@ constexpr std::string_view kRowOpening = "\n\t<tr valign=\"top\">\n\t\t<td>";
 constexpr std::string_view kCellSeparator = "\n\t\t</td>\n\t\t<td>";
 constexpr std::string_view kRowClosing = "\n\t\t</td>\n\t</tr>";
 
-std::string markedLine(std::string_view divClass, std::string_view url, int linkId,
-                       std::string_view title) {
-    const std::string id = std::to_string(linkId);
-    std::string line(kLineStart);
-    line.append("<div class=\"")
-        .append(divClass)
-        .append("\"><a href=\"")
-        .append(escapeAddress(url));
-    line.append("---LINKID:").append(id).append("---\">").append(escapeMarkup(title));
-    line.append("<!-- LINKID: ").append(id).append(" --></a></div>");
-    return line;
+// Appends `text` with "&", "<" and ">" escaped, a run of plain bytes at a time.
+void appendEscapedMarkup(std::string& out, std::string_view text) {
+    size_t start = 0;
+    for (size_t at = text.find_first_of("&<>"); at != std::string_view::npos;
+         at = text.find_first_of("&<>", start)) {
+        out.append(text.substr(start, at - start));
+        out.append(text[at] == '&' ? "&amp;" : text[at] == '<' ? "&lt;" : "&gt;");
+        start = at + 1;
+    }
+    out.append(text.substr(start));
+}
+
+// Appends `address` with each double quote as "%22".
+void appendEscapedAddress(std::string& out, std::string_view address) {
+    size_t start = 0;
+    for (size_t at = address.find('"'); at != std::string_view::npos;
+         at = address.find('"', start)) {
+        out.append(address.substr(start, at - start)).append("%22");
+        start = at + 1;
+    }
+    out.append(address.substr(start));
+}
+
+void appendMarkedLine(std::string& out, std::string_view divClass, std::string_view url, int linkId,
+                      std::string_view title) {
+    std::array<char, 16> digits{};
+    const auto [end, error] = std::to_chars(digits.begin(), digits.end(), linkId);
+    const std::string_view id(digits.data(), static_cast<size_t>(end - digits.begin()));
+    out.append(kLineStart).append("<div class=\"").append(divClass).append("\"><a href=\"");
+    appendEscapedAddress(out, url);
+    out.append("---LINKID:").append(id).append("---\">");
+    appendEscapedMarkup(out, title);
+    out.append("<!-- LINKID: ").append(id).append(" --></a></div>");
 }
 
 }  // namespace
@@ -84,11 +109,25 @@ std::string_view htmlSitemapHead() {
 }
 
 std::string pageTitleLine(std::string_view pageURL, int linkId, std::string_view title) {
-    return markedLine("zplPageTitle", pageURL, linkId, title);
+    std::string line;
+    appendPageTitleLine(line, pageURL, linkId, title);
+    return line;
 }
 
 std::string linkLine(std::string_view linkURL, int linkId, std::string_view title) {
-    return markedLine("zplPageLink", linkURL, linkId, title);
+    std::string line;
+    appendLinkLine(line, linkURL, linkId, title);
+    return line;
+}
+
+void appendPageTitleLine(std::string& out, std::string_view pageURL, int linkId,
+                         std::string_view title) {
+    appendMarkedLine(out, "zplPageTitle", pageURL, linkId, title);
+}
+
+void appendLinkLine(std::string& out, std::string_view linkURL, int linkId,
+                    std::string_view title) {
+    appendMarkedLine(out, "zplPageLink", linkURL, linkId, title);
 }
 
 std::string withoutLinkMarkers(std::string_view line) {
@@ -100,26 +139,14 @@ std::string withoutLinkMarkers(std::string_view line) {
 std::string escapeMarkup(std::string_view text) {
     std::string escaped;
     escaped.reserve(text.size());
-    for (const char c : text) {
-        switch (c) {
-            case '&':
-                escaped += "&amp;";
-                break;
-            case '<':
-                escaped += "&lt;";
-                break;
-            case '>':
-                escaped += "&gt;";
-                break;
-            default:
-                escaped += c;
-        }
-    }
+    appendEscapedMarkup(escaped, text);
     return escaped;
 }
 
 std::string escapeAddress(std::string_view address) {
-    return replaceAll(address, "\"", "%22");
+    std::string escaped;
+    appendEscapedAddress(escaped, address);
+    return escaped;
 }
 
 std::string oneColumnPiece(std::string_view item) {

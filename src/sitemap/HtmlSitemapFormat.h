@@ -19,6 +19,10 @@ inline constexpr std::string_view kTableOpening =
 std::string pageTitleLine(std::string_view pageURL, int linkId, std::string_view title);
 // A link line; the same escaping.
 std::string linkLine(std::string_view linkURL, int linkId, std::string_view title);
+// The same lines appended to `out`.
+void appendPageTitleLine(std::string& out, std::string_view pageURL, int linkId,
+                         std::string_view title);
+void appendLinkLine(std::string& out, std::string_view linkURL, int linkId, std::string_view title);
 
 // `line` without its LINKID markers: the href suffix "---LINKID:N---" and the comment
 // "<!-- LINKID: N -->", as a published sitemap shows it.
