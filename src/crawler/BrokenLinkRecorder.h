@@ -1,11 +1,13 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
+#include "crawler/PageList.h"
 #include "sitemap/BrokenLinkDetails.h"
 
 namespace loomcrest {
@@ -15,41 +17,38 @@ namespace loomcrest {
 // to it; for every broken page why it failed. Called by the crawl where it deals with the
 // pages in list order, so the first referrer is the first in that order.
 //
-// Pages are known by views of the page list's own entries, which never move and outlive the
-// scan, so a big site's URLs are not held twice.
+// Pages are known by their places in the page list, and the link texts stand one after
+// another in one store, so that a big site costs a few bytes a page beyond its texts.
 class BrokenLinkRecorder {
 public:
     void reset();
-    // The start page, `entry` of the page list: there from the beginning, linked from nowhere.
-    void startPage(std::string_view entry);
-    // A link of `page` that put `entry` on the page list.
-    void pageQueued(std::string_view entry, std::string_view page, std::string linkText);
-    // Any other link of a page that leads to `url`; counted when `url` is on the list.
-    void linkTo(std::string_view url);
-    void pageBroken(std::string_view url, std::string status);
+    // The start page, at place 0 of the page list: linked from nowhere.
+    void startPage();
+    // A link of the page at place `page` that put the page at place `entry` on the list.
+    void pageQueued(size_t entry, size_t page, std::string_view linkText);
+    // Any other link of a page that leads to the page at `place`, or to no listed page.
+    void linkTo(size_t place);
+    void pageBroken(size_t place, std::string status);
 
-    // The broken pages, in the order found.
-    std::vector<BrokenLinkDetail> details() const;
+    // The broken pages, in the order found, with the URLs of `pages`.
+    std::vector<BrokenLinkDetail> details(const PageList& pages) const;
 
 private:
-    struct Hash {
-        using is_transparent = void;
-        size_t operator()(std::string_view text) const {
-            return std::hash<std::string_view>{}(text);
-        }
-    };
+    static constexpr uint32_t kNoPage = UINT32_MAX;
     struct Referral {
-        // Empty for the start page.
-        std::string_view firstPage;
-        std::string linkText;
+        uint32_t firstPage = kNoPage;
         uint32_t links = 0;
+        // Where its link text starts in texts_; it ends where the next page's starts.
+        size_t textStart = 0;
     };
     struct Broken {
-        std::string url;
+        size_t place;
         std::string status;
     };
 
-    std::unordered_map<std::string_view, Referral, Hash> pages_;
+    // By place in the page list.
+    std::deque<Referral> pages_;
+    std::deque<char> texts_;
     std::vector<Broken> broken_;
 };
 

@@ -80,7 +80,7 @@ bool ScanDriver::crawlNextPage(size_t place, FetchAhead* ahead) {
     if (fetched.page->interrupted) {
         return false;
     }
-    crawlPage(url, fetched);
+    crawlPage(place, url, fetched);
     return true;
 }
 
@@ -133,12 +133,12 @@ void ScanDriver::warnAboutQueryMarks() {
     ui_.performAndWait([this] { loopingError("restart"); });
 }
 
-void ScanDriver::crawlPage(const std::string& url, FetchedPage& fetched) {
+void ScanDriver::crawlPage(size_t place, const std::string& url, FetchedPage& fetched) {
     PageBody& page = *fetched.page;
     scanner_.setPageBaseURLs(url);
     if (!page.good) {
         brokenLinks_.push_back(scanner_.pageBaseURLUnchanged);
-        brokenLinkRecorder_.pageBroken(scanner_.pageBaseURLUnchanged, std::move(page.failure));
+        brokenLinkRecorder_.pageBroken(place, std::move(page.failure));
         return;
     }
     // A title line left over from a page without links may stand before this one.
@@ -154,11 +154,11 @@ void ScanDriver::crawlPage(const std::string& url, FetchedPage& fetched) {
     }
     prepareLinks(*judge_, url, fetched);
     if (fetched.links) {
-        extractLinks(*fetched.links);
+        extractLinks(place, *fetched.links);
     }
 }
 
-void ScanDriver::extractLinks(std::vector<PreparedLink>& links) {
+void ScanDriver::extractLinks(size_t place, std::vector<PreparedLink>& links) {
     ++scanner_.totLinks;  // the page itself counts as a link
     refreshTotalLinks(false);
     for (PreparedLink& link : links) {
@@ -179,24 +179,24 @@ void ScanDriver::extractLinks(std::vector<PreparedLink>& links) {
             continue;
         }
         if (link.repeatInPage) {
-            brokenLinkRecorder_.linkTo(decision.url);
+            brokenLinkRecorder_.linkTo(scanner_.uniquePagesLeftMArray.placeOf(decision.url));
             continue;
         }
         appendLinkLine(scanner_.fullPageData, decision.url, scanner_.totLinks, link.linkText);
-        noteLinkForBrokenPages(decision, std::move(link.linkText));
+        noteLinkForBrokenPages(place, decision, link.linkText);
     }
     scanner_.buildAllLinksSitemaps(scanner_.fullPageData);
     scanner_.fullPageData.clear();
 }
 
 // A queued link is the first to its page; any other only adds to the count of its target.
-void ScanDriver::noteLinkForBrokenPages(const LinkDecision& decision, std::string linkText) {
+void ScanDriver::noteLinkForBrokenPages(size_t place, const LinkDecision& decision,
+                                        std::string_view linkText) {
+    const PageList& pages = scanner_.uniquePagesLeftMArray;
     if (decision.outcome == LinkOutcome::Queued) {
-        const PageList& pages = scanner_.uniquePagesLeftMArray;
-        brokenLinkRecorder_.pageQueued(pages[pages.size() - 1], scanner_.pageBaseURLUnchanged,
-                                       std::move(linkText));
+        brokenLinkRecorder_.pageQueued(pages.size() - 1, place, linkText);
     } else {
-        brokenLinkRecorder_.linkTo(decision.url);
+        brokenLinkRecorder_.linkTo(pages.placeOf(decision.url));
     }
 }
 

@@ -4,7 +4,7 @@ namespace loomcrest {
 
 void PageList::append(std::string url) {
     urls_.push_back(std::move(url));
-    index_.insert(urls_.back());
+    index_.try_emplace(urls_.back(), urls_.size() - 1);
 }
 
 void PageList::clear() {

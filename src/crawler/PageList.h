@@ -4,7 +4,7 @@
 #include <deque>
 #include <string>
 #include <string_view>
-#include <unordered_set>
+#include <unordered_map>
 
 namespace loomcrest {
 
@@ -14,6 +14,12 @@ class PageList {
 public:
     void append(std::string url);
     bool contains(std::string_view url) const { return index_.contains(url); }
+    // The place of the URL's first entry, or kNowhere.
+    static constexpr size_t kNowhere = static_cast<size_t>(-1);
+    size_t placeOf(std::string_view url) const {
+        const auto found = index_.find(url);
+        return found == index_.end() ? kNowhere : found->second;
+    }
     void clear();
 
     size_t size() const { return urls_.size(); }
@@ -31,7 +37,8 @@ private:
     };
     // A deque never moves its elements, so the views in the index stay valid.
     std::deque<std::string> urls_;
-    std::unordered_multiset<std::string_view, Hash, std::equal_to<>> index_;
+    // Each URL with the place of its first entry.
+    std::unordered_map<std::string_view, size_t, Hash, std::equal_to<>> index_;
 };
 
 }  // namespace loomcrest

@@ -87,7 +87,7 @@ void ScanDriver::scanSiteAction() {
     siteView_.showCrawlDelayAdvice(delay ? crawlDelayAdvice(*delay) : std::string());
     scanner_.ignoreRobots = siteView_.state().ignoreRobotsChecked;
     scanner_.uniquePagesLeftMArray.append(typedURL);
-    brokenLinkRecorder_.startPage(scanner_.uniquePagesLeftMArray[0]);
+    brokenLinkRecorder_.startPage();
 
     sheet_.showConnectionSheet(false);
     sheet_.showProgressSheet(true);

@@ -94,7 +94,7 @@ public:
     void explainSkippedLinks(LinkExplanations* explanations) { explanations_ = explanations; }
     // The details of the last scan's broken pages; read once it has ended.
     std::vector<BrokenLinkDetail> brokenLinkDetails() const {
-        return brokenLinkRecorder_.details();
+        return brokenLinkRecorder_.details(scanner_.uniquePagesLeftMArray);
     }
 
 private:
@@ -111,9 +111,10 @@ private:
     void warnAboutQueryMarks();
     bool crawlNextPage(size_t place, FetchAhead* ahead);
     FetchedPage fetchTitle(size_t place, const std::string& url, FetchAhead* ahead);
-    void crawlPage(const std::string& url, FetchedPage& fetched);
-    void extractLinks(std::vector<PreparedLink>& links);
-    void noteLinkForBrokenPages(const LinkDecision& decision, std::string linkText);
+    void crawlPage(size_t place, const std::string& url, FetchedPage& fetched);
+    void extractLinks(size_t place, std::vector<PreparedLink>& links);
+    void noteLinkForBrokenPages(size_t place, const LinkDecision& decision,
+                                std::string_view linkText);
     void afterPage();
     void refreshScanSheet(bool force);
     void refreshTotalLinks(bool force);

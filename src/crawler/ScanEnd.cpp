@@ -80,7 +80,7 @@ WriteResult ScanDriver::updateAllScanDetails() {
     // The details go first: should the list then fail, the previous set comes back, and a
     // reader takes details only when they list the same pages as the list.
     WriteResult written = writeFileAtomically(folder + "/" + std::string(kBrokenLinkDetailsFile),
-                                              brokenLinkDetailsTsv(brokenLinkRecorder_.details()));
+                                              brokenLinkDetailsTsv(brokenLinkDetails()));
     if (!written) {
         return written;
     }

@@ -23,7 +23,8 @@ TEST_F(BrokenLinkDetailsScan, EveryBrokenPageGetsItsStatusFirstReferrerAndLinkCo
                     "\">Closed</a><a href=\"loop.html\">Loop</a>"
                     "<a href=\"image.html\">Image</a>"});
     servePage("/a.html", {"<title>A</title><a href=\"gone.html\">Gone again</a>"
-                          "<a href=\"/gone.html\">Gone once more</a><a href=\"/\">Home</a>"});
+                          "<a href=\"/gone.html\">Gone once more</a><a href=\"/\">Home</a>"
+                          "<a href=\"deep.html\">Tief \xC3\xBC</a>"});
     servePage("/error.html", {"<title>Oops</title>", "text/html", 500});
     servePage("/loop.html", {"", "text/html", 302, {}, "/loop.html"});
     servePage("/image.html", {"PNG", "image/png"});
@@ -31,16 +32,17 @@ TEST_F(BrokenLinkDetailsScan, EveryBrokenPageGetsItsStatusFirstReferrerAndLinkCo
     scan();
 
     const std::string home = url("/");
-    EXPECT_EQ(siteFile("brokenLinks.tsv"),
-              "URL\tStatus\tFound on\tLink text\tLinks\n" + url("/gone.html") +
-                  "\t404 - Not Found\t" + home + "\tGone\t3\n" + url("/error.html") +
-                  "\t500 - Internal Server Error\t" + home + "\tError\t1\n" + closedPortUrl() +
-                  "\tConnection refused\t" + home + "\tClosed\t1\n" + url("/loop.html") +
-                  "\tToo many redirects\t" + home + "\tLoop\t1\n" + url("/image.html") +
-                  "\t200 - OK (image/png, not text/html)\t" + home + "\tImage\t1\n");
+    EXPECT_EQ(
+        siteFile("brokenLinks.tsv"),
+        "URL\tStatus\tFound on\tLink text\tLinks\n" + url("/gone.html") + "\t404 - Not Found\t" +
+            home + "\tGone\t3\n" + url("/error.html") + "\t500 - Internal Server Error\t" + home +
+            "\tError\t1\n" + closedPortUrl() + "\tConnection refused\t" + home + "\tClosed\t1\n" +
+            url("/loop.html") + "\tToo many redirects\t" + home + "\tLoop\t1\n" +
+            url("/image.html") + "\t200 - OK (image/png, not text/html)\t" + home + "\tImage\t1\n" +
+            url("/deep.html") + "\t404 - Not Found\t" + url("/a.html") + "\tTief \xC3\xBC\t1\n");
     EXPECT_EQ(siteFile("badLinks.txt"), url("/gone.html") + "\n" + url("/error.html") + "\n" +
                                             closedPortUrl() + "\n" + url("/loop.html") + "\n" +
-                                            url("/image.html") + "\n")
+                                            url("/image.html") + "\n" + url("/deep.html") + "\n")
         << "the plain list stays as it was";
 }
 
