@@ -125,13 +125,13 @@ PreparedLink LinkJudge::inSiteCandidate(PreparedLink link) const {
                                                            : LinkReason::QueryWithoutPage);
         return link;
     }
-    link.indexForm = url;
-    for (const std::string& ext : allowedMedia_) {
-        if (url.ends_with("index" + ext)) {
-            link.indexForm = replaceAll(url, "index" + ext, "");
-            break;
-        }
-    }
+    const auto indexPage =
+        std::find_if(allowedMedia_.begin(), allowedMedia_.end(), [&](const std::string& ext) {
+            return url.ends_with(ext) &&
+                   std::string_view(url).substr(0, url.size() - ext.size()).ends_with("index");
+        });
+    link.indexForm =
+        indexPage == allowedMedia_.end() ? url : replaceAll(url, "index" + *indexPage, "");
     link.hostTwin = containsIgnoringCase(url, "://www.") ? replaceAll(url, "://www.", "://")
                                                          : replaceAll(url, "://", "://www.");
     link.decision.outcome = LinkOutcome::Queued;
