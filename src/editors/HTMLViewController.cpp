@@ -86,7 +86,7 @@ void HTMLViewController::firstLoad() {
         showPlaceholder("Please Select A Site To View It's Sitemap");
         return;
     }
-    urlToLoad_ = "file://" + layoutFileLocation(0);
+    urlToLoad_ = "file://" + layoutFileLocation(firstLayout_);
     process_.vrlmpUTLLoc = shownFileLocation();
     auto text = readTextFile(process_.vrlmpUTLLoc);
     if (!text || text->empty()) {
@@ -97,8 +97,8 @@ void HTMLViewController::firstLoad() {
     }
     assignLargeText(originalHTMLString_, *text);
     process_.vrlmpHTMLString = *std::move(text);
-    state_.layout = 0;
-    state_.layoutLabel = kSitemapLayouts[0].name;
+    state_.layout = firstLayout_;
+    state_.layoutLabel = kSitemapLayouts[firstLayout_].name;
     reload();
     enableEditOptions();
     setPopupButtons();

@@ -37,6 +37,10 @@ public:
     // Loading and saving.
     bool viewTBIAction();
     void firstLoad();
+    // The layout the first load shows: the window starts with the first one; the command line
+    // starts with the one it works on, so that a big site's other layout is not read for
+    // nothing.
+    void startWithLayout(size_t layout) { firstLayout_ = layout; }
     void setPopupButtons();
     void saveActive();
     void changeMapType(size_t layout);
@@ -149,6 +153,7 @@ private:
     HtmlViewState state_;
     std::string originalHTMLString_;
     std::string urlToLoad_;
+    size_t firstLayout_ = 0;
     ScrollPosition savedScrollPosition_;
     // Whether the last save without asking wrote the working copy whole.
     bool workingCopyIsOnDisk_ = false;
