@@ -114,7 +114,6 @@ public:
     static bool writeLayout(const std::string& path, std::string_view html, AlertPresenter& alerts);
 
     const HtmlViewState& state() const { return state_; }
-    const std::string& originalHTMLString() const { return originalHTMLString_; }
     const std::string& urlToLoad() const { return urlToLoad_; }
     std::string shownFileLocation() const {
         return urlToLoad_.size() > 7 ? urlToLoad_.substr(7) : "";
@@ -142,6 +141,10 @@ private:
     void fieldAction(bool otherFieldEmpty, std::string message);
     std::optional<MatchSpan> findSelectedLine() const;
     void promoteFirstLink(PreviewEdit& preview);
+    // Keeps the text as it was before the working copy's first change; call before changing it.
+    void keepOriginal();
+    bool workingCopyUnchanged() const;
+    void revertWorkingCopy();
     void externalBrowserView(const std::string& html);
     void startPreview();
 
@@ -151,7 +154,10 @@ private:
     UiThread& ui_;
     std::function<std::string()> shownSiteName_;
     HtmlViewState state_;
+    // The text as loaded or last written. Until the working copy first changes it is the
+    // working copy itself, so that loading or saving a big layout copies nothing.
     std::string originalHTMLString_;
+    bool originalIsWorkingCopy_ = true;
     std::string urlToLoad_;
     size_t firstLayout_ = 0;
     ScrollPosition savedScrollPosition_;
