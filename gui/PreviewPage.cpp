@@ -33,7 +33,7 @@ const QChar kSeparator(0x1f);
 const QString kClickScript = QStringLiteral(R"js(
 (function () {
 var markerPattern = /---LINKID:(\d+)---/;
-var anchorsByNumber = null;
+var anchorsByNumber = new Map();
 var outlinedNumber = '';
 var outlined = [];
 function markerOf(anchor) {
@@ -57,20 +57,36 @@ function unfile(anchor) {
     var at = list ? list.indexOf(anchor) : -1;
     if (at >= 0) { list.splice(at, 1); }
 }
+// Filed a slice at a time while the page is idle, so that clicks are not kept waiting; a
+// look-up before the end files the rest at once.
+var all = document.getElementsByTagName('a');
+var filed = 0;
+function fileUpTo(end) {
+    for (; filed < end; filed++) { file(all[filed]); }
+}
 function table() {
-    if (!anchorsByNumber) {
-        anchorsByNumber = new Map();
-        Array.prototype.forEach.call(document.getElementsByTagName('a'), file);
+    if (filed !== null) {
+        fileUpTo(all.length);
+        filed = null;
     }
     return anchorsByNumber;
+}
+function fileWhileIdle() {
+    if (filed === null) { return; }
+    fileUpTo(Math.min(all.length, filed + 20000));
+    if (filed < all.length) { setTimeout(fileWhileIdle, 0); } else { filed = null; }
 }
 window.loomcrestMarkerOf = markerOf;
 window.loomcrestAnchors = function (number) {
     return (table().get(number) || []).filter(function (a) { return a.isConnected; });
 };
-window.loomcrestAdded = function (node) { if (anchorsByNumber) { anchorsIn(node).forEach(file); } };
-window.loomcrestRemoved = function (node) { if (anchorsByNumber) { anchorsIn(node).forEach(unfile); } };
-window.loomcrestForgetAnchors = function () { anchorsByNumber = null; };
+window.loomcrestAdded = function (node) { table(); anchorsIn(node).forEach(file); };
+window.loomcrestRemoved = function (node) { table(); anchorsIn(node).forEach(unfile); };
+window.loomcrestForgetAnchors = function () {
+    anchorsByNumber = new Map();
+    filed = 0;
+    setTimeout(fileWhileIdle, 0);
+};
 function unoutline() {
     outlined.forEach(function (anchor) { anchor.removeAttribute('data-loomcrest-outline'); });
     outlined = [];
@@ -104,8 +120,7 @@ document.addEventListener('click', function (event) {
     event.preventDefault();
     event.stopPropagation();
 }, true);
-// The table is made while the user still looks at the page, not on the first click.
-setTimeout(table, 0);
+setTimeout(fileWhileIdle, 0);
 })();
 )js");
 
