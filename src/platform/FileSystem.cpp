@@ -237,48 +237,30 @@ WriteResult appendToFile(const std::string& path, std::string_view piece) {
     return error == 0 ? WriteResult() : WriteResult::failure(path, error);
 }
 
-namespace {
-// Enough to make a write per page of a big scan a write per many pages.
-constexpr size_t kAppendBlock = 64 * 1024;
-}  // namespace
-
-int AppendingFiles::writePending(OpenFile& file) {
-    const int error = writeAll(file.fd, file.pending);
-    file.pending.clear();
-    return error;
-}
-
 WriteResult AppendingFiles::append(const std::string& path, std::string_view piece) {
     auto found = std::find_if(open_.begin(), open_.end(),
-                              [&](const OpenFile& file) { return file.path == path; });
+                              [&](const auto& entry) { return entry.first == path; });
     if (found == open_.end()) {
         const int fd = ::open(path.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
         if (fd < 0) {
             return WriteResult::failure(path, lastError());
         }
-        open_.push_back(OpenFile{path, fd, {}});
+        open_.emplace_back(path, fd);
         found = std::prev(open_.end());
     }
-    found->pending.append(piece);
-    if (found->pending.size() < kAppendBlock) {
-        return WriteResult();
-    }
-    const int error = writePending(*found);
+    const int error = writeAll(found->second, piece);
     return error == 0 ? WriteResult() : WriteResult::failure(path, error);
 }
 
 WriteResult AppendingFiles::closeAll() {
     WriteResult result;
-    for (OpenFile& file : open_) {
-        int error = writePending(file);
-        if (error == 0 && ::fsync(file.fd) != 0) {
-            error = lastError();
-        }
-        if (::close(file.fd) != 0 && error == 0) {
+    for (const auto& [path, fd] : open_) {
+        int error = ::fsync(fd) == 0 ? 0 : lastError();
+        if (::close(fd) != 0 && error == 0) {
             error = lastError();
         }
         if (error != 0 && result.ok()) {
-            result = WriteResult::failure(file.path, error);
+            result = WriteResult::failure(path, error);
         }
     }
     open_.clear();

@@ -47,9 +47,7 @@ WriteResult writeFileAtomically(const std::string& path, std::string_view conten
 WriteResult appendToFile(const std::string& path, std::string_view piece);
 
 // Appends like appendToFile, but keeps each file open between appends: a scan appends to
-// the same seven files for every page. The pieces are gathered and written in large blocks,
-// so a failed write may be reported by a later append or by closeAll. Nothing is flushed to
-// the disk before closeAll.
+// the same seven files for every page. Nothing is flushed to the disk before closeAll.
 class AppendingFiles {
 public:
     AppendingFiles() = default;
@@ -63,14 +61,7 @@ public:
     WriteResult closeAll();
 
 private:
-    struct OpenFile {
-        std::string path;
-        int fd = -1;
-        std::string pending;
-    };
-    static int writePending(OpenFile& file);
-
-    std::vector<OpenFile> open_;
+    std::vector<std::pair<std::string, int>> open_;
 };
 
 // Whether the file's last bytes other than blanks and line breaks are `ending`; false for
