@@ -13,6 +13,8 @@
 #include <QWebEngineView>
 #include <QWindow>
 #include <QtTest>
+#include <climits>
+#include <cstdint>
 #include <functional>
 
 #include "ExportViewWidget.h"
@@ -114,6 +116,20 @@ private:
         QTest::keyClick(editor, Qt::Key_A, Qt::ControlModifier);
         QTest::keyClicks(editor, url);
         QTest::keyClick(editor, Qt::Key_Return);
+    }
+
+    // The site's pages-only three-column layout as the page titles P1, P2, … up to `pages`
+    // pages or until it holds more than `bytes`.
+    void writePagesOnlyLayout(int pages, size_t bytes = SIZE_MAX) {
+        std::string text = std::string(htmlSitemapHead()) + std::string(kTableOpening);
+        int filled = 0;
+        for (int page = 1; page <= pages && text.size() <= bytes; ++page) {
+            const std::string number = std::to_string(page);
+            text += tablePiece(pageTitleLine("http://h/p" + number + ".html", page, "P" + number),
+                               3, filled);
+        }
+        test::writeFile(home_->dataRoot() + "/Site/sitemap3cpo.html",
+                        text + std::string(threeColumnClosing(filled)));
     }
 
 private slots:
@@ -321,15 +337,7 @@ private slots:
     }
 
     void emptyingACellOfTheLastRowChangesThatRowInPlace() {
-        std::string text = std::string(htmlSitemapHead()) + std::string(kTableOpening);
-        int filled = 0;
-        for (int page = 1; page <= 7; ++page) {
-            const std::string number = std::to_string(page);
-            text += tablePiece(pageTitleLine("http://h/p" + number + ".html", page, "P" + number),
-                               3, filled);
-        }
-        test::writeFile(home_->dataRoot() + "/Site/sitemap3cpo.html",
-                        text + std::string(threeColumnClosing(filled)));
+        writePagesOnlyLayout(7);
         openHtmlView();
         QSignalSpy loaded(&html(), &HtmlSitemapView::previewLoaded);
         emit html().layoutPopup()->activated(3);
@@ -351,15 +359,7 @@ private slots:
     // Only a big layout's preview lays its rows out apart; clicks and edits still change
     // single anchors in place there.
     void aBigLayoutOutlinesAndChangesSingleAnchorsInPlace() {
-        std::string text = std::string(htmlSitemapHead()) + std::string(kTableOpening);
-        int filled = 0;
-        for (int page = 1; text.size() <= (size_t{1} << 20); ++page) {
-            const std::string number = std::to_string(page);
-            text += tablePiece(pageTitleLine("http://h/p" + number + ".html", page, "P" + number),
-                               3, filled);
-        }
-        test::writeFile(home_->dataRoot() + "/Site/sitemap3cpo.html",
-                        text + std::string(threeColumnClosing(filled)));
+        writePagesOnlyLayout(INT_MAX, size_t{1} << 20);
         openHtmlView();
         const QString rowDisplay =
             QStringLiteral("getComputedStyle(document.querySelector('tr')).display");
