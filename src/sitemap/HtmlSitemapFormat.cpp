@@ -2,6 +2,7 @@
 
 #include "platform/Regex.h"
 #include "platform/Text.h"
+#include "sitemap/LayoutMarkup.h"
 
 namespace loomcrest {
 
@@ -59,21 +60,15 @@ constexpr std::string_view kHead =
     "</head>\n"
     "<body>\n";
 
-constexpr std::string_view kLineStart = "\n\t\t\t";
-constexpr std::string_view kRowOpening = "\n\t<tr valign=\"top\">\n\t\t<td>";
-constexpr std::string_view kCellSeparator = "\n\t\t</td>\n\t\t<td>";
-constexpr std::string_view kRowClosing = "\n\t\t</td>\n\t</tr>";
+using namespace layoutmarkup;
 
-std::string markedLine(std::string_view divClass, std::string_view url, int linkId,
+std::string markedLine(std::string_view kind, std::string_view url, int linkId,
                        std::string_view title) {
     const std::string id = std::to_string(linkId);
     std::string line(kLineStart);
-    line.append("<div class=\"")
-        .append(divClass)
-        .append("\"><a href=\"")
-        .append(escapeAddress(url));
-    line.append("---LINKID:").append(id).append("---\">").append(escapeMarkup(title));
-    line.append("<!-- LINKID: ").append(id).append(" --></a></div>");
+    line.append(kLineDivStart).append(kind).append("\"><a href=\"").append(escapeAddress(url));
+    line.append(kLinkIdMarker).append(id).append(kLinkIdMarkerEnd).append("\">");
+    line.append(escapeMarkup(title)).append(kLinkIdComment).append(id).append(kLineEnd);
     return line;
 }
 
@@ -84,11 +79,11 @@ std::string_view htmlSitemapHead() {
 }
 
 std::string pageTitleLine(std::string_view pageURL, int linkId, std::string_view title) {
-    return markedLine("zplPageTitle", pageURL, linkId, title);
+    return markedLine("Title", pageURL, linkId, title);
 }
 
 std::string linkLine(std::string_view linkURL, int linkId, std::string_view title) {
-    return markedLine("zplPageLink", linkURL, linkId, title);
+    return markedLine("Link", linkURL, linkId, title);
 }
 
 std::string withoutLinkMarkers(std::string_view line) {
@@ -123,7 +118,7 @@ std::string escapeAddress(std::string_view address) {
 }
 
 std::string oneColumnPiece(std::string_view item) {
-    return "\n" + std::string(item) + "\n<div class=\"clearer\">&nbsp;</div>";
+    return "\n" + std::string(item) + std::string(kClearer);
 }
 
 std::string tablePiece(std::string_view item, int columns, int& filledCells) {
