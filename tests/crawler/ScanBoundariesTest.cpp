@@ -47,16 +47,6 @@ TEST_F(ScanBoundaries, TheBarIsSetOnlyOnceTwoPagesAreListed) {
             {1, 0, 0, 5, 1}, {1, 1, 0, 2, 1}, {0, 2, 0, 2, 2}, {0, 2, 0, 2, 2}, {0, 0, 0, 5, 1}}));
 }
 
-TEST(LinkBounds, AnAddressNeedsSomethingAfterItsScheme) {
-    ProcessState process;
-    SiteScanner scanner{process};
-    scanner.setAllowedMedia();
-    scanner.setSiteBaseURL("http://host/");
-    scanner.setPageBaseURLs("http://host/");
-    EXPECT_EQ(scanner.acceptLink("http://").outcome, LinkOutcome::Dropped);
-    EXPECT_EQ(scanner.acceptLink("http://h").outcome, LinkOutcome::Recorded);
-}
-
 TEST(FilterRows, ARowPastTheLastGivesNothing) {
     test::TemporaryHome home;
     ProcessState process;

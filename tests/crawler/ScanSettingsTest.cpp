@@ -8,7 +8,6 @@
 #include "crawler/CrawlSettingsFile.h"
 #include "sitemap/SitemapFiles.h"
 #include "support/Arrivals.h"
-#include "support/RawHttpServer.h"
 #include "support/ScanFixture.h"
 
 namespace loomcrest {
@@ -116,27 +115,6 @@ TEST_F(ScanSettings, EightConnectionsGiveWhatOneGives) {
     EXPECT_EQ(eight.brokenLinks, one.brokenLinks);
     EXPECT_EQ(eight.alertTitles, one.alertTitles);
     EXPECT_EQ(eight.requests, one.requests);
-}
-
-TEST_F(ScanSettings, TheWarningComesAndIsAnsweredAsWithOneConnection) {
-    // cpp-httplib refuses request targets with several "?", so a bare server answers.
-    test::RawHttpServer odd([](int connection, const std::string&, const std::atomic<bool>&) {
-        test::RawHttpServer::send(
-            connection, test::RawHttpServer::response(
-                            "200 OK", "text/html", "<title>Odd</title><a href=\"p.html\">P</a>"));
-    });
-    addSiteAt(odd.url("/index.php?a=1?b=2?c=3?d=4"));
-    useSettings(withConnections(8));
-    for (const int answer : {kDefaultButtonCode, kOtherButtonCode}) {
-        alerts.shown.clear();
-        alerts.answers.push_back(answer);
-        scan();
-        ASSERT_EQ(alerts.shown.size(), 1U);
-        EXPECT_EQ(alerts.shown[0].title, "There may be an issue with the site you are scanning.");
-        EXPECT_EQ(siteView.state().details.pagesFound, answer == kDefaultButtonCode ? "2" : "1");
-        EXPECT_EQ(siteView.state().details.linksScanned, answer == kDefaultButtonCode ? "2" : "0");
-    }
-    EXPECT_EQ(siteFile("sitemap.xml"), std::string(xmlSitemapHeader()) + "\n</urlset>");
 }
 
 TEST_F(ScanSettings, FetchOnceGivesTheSameFilesAskingForEachUrlOnce) {
