@@ -7,6 +7,7 @@
 #include "sitemap/XmlSitemapFormat.h"
 #include "support/RawHttpServer.h"
 #include "support/ScanFixture.h"
+#include "support/TextChecks.h"
 
 namespace loomcrest {
 namespace {
@@ -51,7 +52,7 @@ TEST_F(Scan, ASmallSiteBecomesItsSixLayoutsXmlAndStatistics) {
                                   linkLine("http://other.org/x.html", 5, "Off");
     const std::string titleA = pageTitleLine(url("/a.html"), 6, "A & co");
     const std::string blockA = titleA + linkLine(home, 8, "Home");
-    EXPECT_NE(titleA.find("A &amp; co"), std::string::npos);
+    EXPECT_TRUE(test::contains(titleA, "A &amp; co"));
 
     EXPECT_EQ(siteFile("sitemap1cpo.html"),
               head() + "\n" + titleHome + kClearer + "\n" + titleA + kClearer + kOneColumnEnd);

@@ -15,6 +15,7 @@
 #include "sites/SiteFile.h"
 #include "support/Recorders.h"
 #include "support/TemporaryHome.h"
+#include "support/TextChecks.h"
 
 namespace loomcrest {
 namespace {
@@ -120,17 +121,16 @@ TEST_F(HtmlEditor, FirstLoadShowsTheThreeColumnLayoutAndReadsItsStyle) {
 TEST_F(HtmlEditor, PlaceholdersWithoutSiteOrSitemap) {
     siteName.clear();
     controller.firstLoad();
-    EXPECT_NE(
-        view.preview.find("<h2 align=\"center\">Please Select A Site To View It's Sitemap</h2>"),
-        std::string::npos);
+    EXPECT_TRUE(test::contains(
+        view.preview, "<h2 align=\"center\">Please Select A Site To View It's Sitemap</h2>"));
     EXPECT_FALSE(view.state.editOptionsEnabled);
 
     siteName = "Never Scanned";
     controller.firstLoad();
-    EXPECT_NE(view.preview.find("<title>No Sitemap Available</title>"), std::string::npos);
-    EXPECT_NE(view.preview.find("<h2 align=\"center\">No Sitemap Is Available<br />Please scan "
-                                "this website to create the html sitemap.</h2></body></html>"),
-              std::string::npos);
+    EXPECT_TRUE(test::contains(view.preview, "<title>No Sitemap Available</title>"));
+    EXPECT_TRUE(test::contains(view.preview,
+                               "<h2 align=\"center\">No Sitemap Is Available<br />Please scan "
+                               "this website to create the html sitemap.</h2></body></html>"));
     EXPECT_FALSE(view.state.editOptionsEnabled);
 }
 
@@ -160,19 +160,18 @@ TEST_F(HtmlEditor, FaceBoldAndItalicRewriteTheirGroupOnly) {
     EXPECT_EQ(title.fontStyle, "normal");
     EXPECT_EQ(link.fontFamily, "Times New Roman, Times, serif");
     EXPECT_EQ(link.fontStyle, "italic");
-    EXPECT_EQ(process.vrlmpHTMLString.find(".zplPageTitleBroken a {\n\tfont-family: Arial"),
-              std::string::npos);
+    EXPECT_FALSE(
+        test::contains(process.vrlmpHTMLString, ".zplPageTitleBroken a {\n\tfont-family: Arial"));
 }
 
 TEST_F(HtmlEditor, UnderlineRoundTripTurnsTheSaveStateOff) {
     controller.setUnderline(Group::PageTitle, Underline::Always);
-    EXPECT_NE(
-        process.vrlmpHTMLString.find("\t.zplPageTitle a:link { text-decoration:underline }\n"),
-        std::string::npos);
+    EXPECT_TRUE(test::contains(process.vrlmpHTMLString,
+                               "\t.zplPageTitle a:link { text-decoration:underline }\n"));
     EXPECT_TRUE(view.state.saveEnabled);
     controller.setUnderline(Group::PageTitle, Underline::None);
-    EXPECT_NE(process.vrlmpHTMLString.find("\t.zplPageTitle a:hover { text-decoration:none }\n"),
-              std::string::npos);
+    EXPECT_TRUE(test::contains(process.vrlmpHTMLString,
+                               "\t.zplPageTitle a:hover { text-decoration:none }\n"));
     controller.setPopupButtons();
     EXPECT_EQ(view.state.pt.underline, Underline::None);
     controller.setUnderline(Group::PageTitle, Underline::OnHover);
@@ -184,14 +183,14 @@ TEST_F(HtmlEditor, UnderlineRoundTripTurnsTheSaveStateOff) {
 TEST_F(HtmlEditor, HexEntries) {
     controller.colourFieldEntered(Group::PageTitle, "ff8800");
     EXPECT_TRUE(alerts.shown.empty());
-    EXPECT_NE(process.vrlmpHTMLString.find("\t\tcolor: #ff8800;\n\t\tfont-size: 1.1em;"),
-              std::string::npos);
+    EXPECT_TRUE(
+        test::contains(process.vrlmpHTMLString, "\t\tcolor: #ff8800;\n\t\tfont-size: 1.1em;"));
     EXPECT_EQ(view.state.pt.colourField, "ff8800");
     EXPECT_EQ(view.state.pt.colourWell, (Rgb{1, 136.0 / 255.0, 0}));
 
     controller.colourFieldEntered(Group::PageTitle, "#00FF00");
     EXPECT_TRUE(alerts.shown.empty());
-    EXPECT_NE(process.vrlmpHTMLString.find("\t\tcolor: #00FF00;\n"), std::string::npos);
+    EXPECT_TRUE(test::contains(process.vrlmpHTMLString, "\t\tcolor: #00FF00;\n"));
 
     const std::string before = process.vrlmpHTMLString;
     controller.colourFieldEntered(Group::PageTitle, "#12345");
@@ -206,7 +205,7 @@ TEST_F(HtmlEditor, HexEntries) {
     alerts.answers = {kOtherButtonCode};
     controller.colourFieldEntered(Group::PageLink, "#ff88001a");
     ASSERT_EQ(alerts.shown.size(), 2U) << "the length warning, and the entry is used anyway";
-    EXPECT_NE(process.vrlmpHTMLString.find("\t\tcolor: #ff88001a;\n\t}"), std::string::npos);
+    EXPECT_TRUE(test::contains(process.vrlmpHTMLString, "\t\tcolor: #ff88001a;\n\t}"));
     EXPECT_EQ(view.state.pl.colourWell, (Rgb{0, 0, 1})) << "eight hex digits leave the well";
     EXPECT_EQ(view.state.pl.colourField, "#0000FF") << "Reset puts the well's colour back";
 }
@@ -295,8 +294,7 @@ TEST_F(HtmlEditor, AClickFillsTheFieldsAndAnEditRewritesTheLine) {
 
     controller.setEditFields("Tom", "http://h/tom.html");
     controller.linkEditInputAction();
-    EXPECT_NE(fileContents(layout("sitemap3c.html")).find(">Tom<!-- LINKID: 2 -->"),
-              std::string::npos)
+    EXPECT_TRUE(test::contains(fileContents(layout("sitemap3c.html")), ">Tom<!-- LINKID: 2 -->"))
         << "a second edit of the line finds it again";
 }
 
@@ -313,7 +311,7 @@ TEST_F(HtmlEditor, AnEmptyFieldOffersDeletion) {
               "Are you absolutely sure you want to remove this link from "
               "your sitemap, deleted links cannot be restored.");
     EXPECT_EQ(alerts.shown[1].message, "This could take a while for large sites.");
-    EXPECT_EQ(fileContents(layout("sitemap3c.html")).find("b.html"), std::string::npos);
+    EXPECT_FALSE(test::contains(fileContents(layout("sitemap3c.html")), "b.html"));
 }
 
 TEST_F(HtmlEditor, DeletingATitleFollowedByTheNextPagePromotesNothing) {
@@ -339,9 +337,8 @@ TEST_F(HtmlEditor, UnsavedChangesAreOfferedBeforeADeletion) {
     alerts.answers = {kOtherButtonCode};
     controller.deleteLinkAction();
     const std::string saved = fileContents(layout("sitemap3c.html"));
-    EXPECT_EQ(saved.find("b.html"), std::string::npos);
-    EXPECT_NE(saved.find("\t\tfont-size: 1.1em;"), std::string::npos)
-        << "the style edit was discarded";
+    EXPECT_FALSE(test::contains(saved, "b.html"));
+    EXPECT_TRUE(test::contains(saved, "\t\tfont-size: 1.1em;")) << "the style edit was discarded";
     EXPECT_EQ(alerts.shown.size(), 2U) << "no second confirmation on this path";
 }
 
@@ -349,8 +346,8 @@ TEST_F(HtmlEditor, PreviewStripsMarkersAndAddsTheClosingTags) {
     controller.viewSitemapButton();
     controller.waitForPreview();
     const std::string preview = fileContents(home.dataRoot() + "/Site/tmpMap.html");
-    EXPECT_EQ(preview.find("LINKID"), std::string::npos);
-    EXPECT_NE(preview.find("<a href=\"http://h/a.html\">Tom &amp; Jerry</a>"), std::string::npos);
+    EXPECT_FALSE(test::contains(preview, "LINKID"));
+    EXPECT_TRUE(test::contains(preview, "<a href=\"http://h/a.html\">Tom &amp; Jerry</a>"));
     EXPECT_TRUE(preview.ends_with("</html></table>\n</body>\n</html>"));
     EXPECT_EQ(view.opened, std::vector<std::string>{home.dataRoot() + "/Site/tmpMap.html"});
     EXPECT_FALSE(view.panelShown);
@@ -422,9 +419,9 @@ TEST_F(HtmlEditor, AStyleRuleQuotedInATitleIsRewrittenTooAndTheLayoutLoadedAgain
     controller.changeMapType(2);
     const int loads = view.loads;
     controller.setUnderline(Group::PageTitle, Underline::None);
-    EXPECT_NE(process.vrlmpHTMLString.find(
-                  ">CSS: .zplPageTitle a:hover { text-decoration:none }<!-- LINKID: 1 -->"),
-              std::string::npos)
+    EXPECT_TRUE(
+        test::contains(process.vrlmpHTMLString,
+                       ">CSS: .zplPageTitle a:hover { text-decoration:none }<!-- LINKID: 1 -->"))
         << "every occurrence of the rule is rewritten";
     EXPECT_EQ(view.loads, loads + 1);
     EXPECT_TRUE(view.edits.empty());
@@ -447,7 +444,7 @@ TEST_F(HtmlEditor, ARepackOrAFailedSaveLoadsThePreviewAgain) {
     controller.titleEditInputAction();
     EXPECT_EQ(view.loads, loads + 1);
     EXPECT_EQ(view.preview, process.vrlmpHTMLString);
-    EXPECT_NE(view.preview.find(">Tom<!-- LINKID: 2 -->"), std::string::npos);
+    EXPECT_TRUE(test::contains(view.preview, ">Tom<!-- LINKID: 2 -->"));
     EXPECT_TRUE(view.edits.empty());
     EXPECT_TRUE(view.state.saveEnabled);
     ASSERT_FALSE(alerts.shown.empty());
@@ -529,7 +526,7 @@ TEST_F(HtmlEditor, AfterARepackALinkWithAnAmpersandIsFoundAgain) {
     controller.firstLoad();
     controller.linkClicked("http://h/e.html---LINKID:1---", "E");
     controller.deleteLinkAction();
-    ASSERT_NE(fileContents(layout("sitemap3c.html")).find("<td width=\"32%\">"), std::string::npos)
+    ASSERT_TRUE(test::contains(fileContents(layout("sitemap3c.html")), "<td width=\"32%\">"))
         << "re-packed";
 
     controller.linkClicked("http://h/c.html?a=1&b=2---LINKID:1---", "C & D");
@@ -542,7 +539,7 @@ TEST_F(HtmlEditor, AfterARepackALinkWithAnAmpersandIsFoundAgain) {
     controller.linkClicked("http://h/c.html?a=1&b=3---LINKID:1---", "C");
     controller.deleteLinkAction();
     EXPECT_EQ(controller.lastLineEdit(), HTMLViewController::LineEdit::Done);
-    EXPECT_EQ(fileContents(layout("sitemap3c.html")).find("c.html"), std::string::npos);
+    EXPECT_FALSE(test::contains(fileContents(layout("sitemap3c.html")), "c.html"));
 }
 
 // A page title is deleted; the next number present decides which line follows it.
@@ -608,7 +605,7 @@ TEST_F(HtmlEditor, EveryLoadForgetsTheClickedLine) {
         controller.deleteLinkAction();
         EXPECT_TRUE(alerts.shown.empty()) << name << ": nothing left to delete";
     }
-    EXPECT_NE(fileContents(layout("sitemap3c.html")).find("b.html"), std::string::npos);
+    EXPECT_TRUE(test::contains(fileContents(layout("sitemap3c.html")), "b.html"));
 }
 
 TEST_F(HtmlEditor, WithoutALayoutNothingIsWritten) {
@@ -626,7 +623,7 @@ TEST_F(HtmlEditor, WithoutALayoutNothingIsWritten) {
     controller.deleteLinkAction();
     EXPECT_FALSE(pathExists(home.dataRoot() + "/Never Scanned/sitemap3c.html"));
     EXPECT_EQ(fileContents(layout("sitemap3c.html")), threeColumnLayout());
-    EXPECT_NE(view.preview.find("No Sitemap Is Available"), std::string::npos)
+    EXPECT_TRUE(test::contains(view.preview, "No Sitemap Is Available"))
         << "the placeholder stays on show";
     EXPECT_TRUE(alerts.shown.empty());
 }
@@ -675,7 +672,7 @@ TEST_F(HtmlEditor, EmptyingACellChangesTheLastRowInPlaceOrRepacksTheLayout) {
     EXPECT_EQ(view.edits.size(), 1U);
     const std::string saved = fileContents(path);
     EXPECT_EQ(saved, process.vrlmpHTMLString);
-    EXPECT_EQ(saved.find(">P5<"), std::string::npos);
+    EXPECT_FALSE(test::contains(saved, ">P5<"));
     EXPECT_NE(saved.find("<td width=\"32%\">" + pageTitleLine("http://h/p6.html", 6, "P6")),
               std::string::npos);
     EXPECT_FALSE(view.state.saveEnabled);

@@ -12,6 +12,7 @@
 #include "sites/DataPaths.h"
 #include "support/Recorders.h"
 #include "support/TemporaryHome.h"
+#include "support/TextChecks.h"
 
 namespace loomcrest {
 namespace {
@@ -84,8 +85,8 @@ TEST_F(XmlEditor, AnAcceptedDateRewritesTheWholeFile) {
 TEST_F(XmlEditor, TheAddressIsSavedWithBareAmpersandsAndReadBack) {
     xml.setObjectValue("http://h/new.html?a=1&b=2", Column::URL, 0);
     const std::string saved = fileContents(file());
-    EXPECT_NE(saved.find("<loc>http://h/new.html?a=1&b=2</loc>"), std::string::npos);
-    EXPECT_NE(saved.find("<loc>http://h/a.html?x=1&y='2'</loc>"), std::string::npos);
+    EXPECT_TRUE(test::contains(saved, "<loc>http://h/new.html?a=1&b=2</loc>"));
+    EXPECT_TRUE(test::contains(saved, "<loc>http://h/a.html?x=1&y='2'</loc>"));
 
     XMLViewController reopened(process, alerts, [] { return std::string("Site"); });
     reopened.createTableContent();
@@ -107,9 +108,8 @@ TEST_F(XmlEditor, MenuChoicesWriteTheirValues) {
     xml.priorityMenuChangeUpdates("1");
     xml.cfMenuChangeUpdates("never");
     EXPECT_EQ(xml.objectValueForTableColumn(Column::Priority, 2), "1");
-    EXPECT_NE(
-        fileContents(file()).find("<changefreq>never</changefreq>\n\t\t<priority>1</priority>"),
-        std::string::npos);
+    EXPECT_TRUE(test::contains(fileContents(file()),
+                               "<changefreq>never</changefreq>\n\t\t<priority>1</priority>"));
 }
 
 TEST_F(XmlEditor, EmptyCellsAreRefusedWithTheirMessages) {
