@@ -227,10 +227,7 @@ TEST_F(Scan, ARedirectingStartUrlIsRefused) {
 }
 
 TEST_F(Scan, ANotAnsweringStartUrlShowsCodeZeroAndTheReason) {
-    createFolder(siteFolderLocation("Test"));
-    createSiteFile("Test", "http://127.0.0.1:1/");
-    siteView.awakeFromNib();
-    siteView.selectRow(0);
+    addSiteAt("http://127.0.0.1:1/");
     scan();
     ASSERT_EQ(alerts.shown.size(), 1U);
     EXPECT_EQ(alerts.shown[0].message, "Error Code: 0 - \nConnection refused");

@@ -200,14 +200,7 @@ TEST(LastUpdatedRule, ReadsMonthAndDayByPositionWithoutOverflow) {
     }
 }
 
-TEST(LastUpdatedRule, TheFormatMessageNamesToday) {
-    TemporaryHome home;
-    ProcessState process;
-    process.vrlmpCurSite = "Site";
-    writeFile(home.dataRoot() + "/Site/sitemap.xml", scannedFile({{"http://h/", ""}}));
-    RecordingAlerts alerts;
-    XMLViewController xml(process, alerts, [] { return std::string("Site"); });
-    xml.createTableContent();
+TEST_F(XmlEditor, TheFormatMessageNamesToday) {
     xml.setObjectValue("17.05.2024", Column::LastUpdated, 0);
     const time_t now = std::time(nullptr);
     std::tm local{};
