@@ -229,7 +229,7 @@ TEST_F(ScanSettings, EveryRequestCarriesTheUserAgentAndExtraHeaders) {
 
     CrawlSettings settings;
     settings.setUserAgent("TestBot/3 (+https://example.org/bot)");
-    settings.setExtraHeaders({"Cookie: session=1", "X-Token: abc"});
+    settings.setExtraHeaders({"Cookie: session=1", "X-Token:\tabc"});
     for (const int connections : {1, 3}) {
         settings.setConnections(connections);
         useSettings(settings);

@@ -19,11 +19,6 @@ class HttpSession : public testing::Test {
 protected:
     void SetUp() override {
         auto& routes = server.server();
-        routes.Get("/echo", [this](const httplib::Request& req, httplib::Response& res) {
-            const std::lock_guard lock(mutex);
-            seen = req.headers;
-            res.set_content("ok", "text/plain");
-        });
         routes.Get("/count", [this](const httplib::Request&, httplib::Response& res) {
             arrivals.note();
             res.set_content("ok", "text/plain");
@@ -65,35 +60,12 @@ protected:
         return http::send(request);
     }
 
-    std::string seenHeader(const std::string& name) {
-        const std::lock_guard lock(mutex);
-        const auto found = seen.find(name);
-        return found == seen.end() ? "(none)" : found->second;
-    }
-
     test::TestServer server;
     Arrivals arrivals;
     std::mutex mutex;
     std::condition_variable released;
     bool release = false;
-    httplib::Headers seen;
 };
-
-TEST_F(HttpSession, EveryRequestSaysWhoAsksAndCarriesTheExtraFields) {
-    get("/echo", nullptr);
-    EXPECT_EQ(seenHeader("User-Agent"), std::string("Loomcrest/") + LOOMCREST_VERSION + " (+" +
-                                            LOOMCREST_REPORT_PROBLEM_URL + ")");
-    EXPECT_EQ(seenHeader("Cookie"), "(none)");
-
-    http::Session session;
-    EXPECT_EQ(session.userAgent(), http::defaultUserAgent());
-    session.setUserAgent("TestBot/2 (+mailto:ops@example.org)");
-    session.setExtraHeaders({"Cookie: session=abc; theme=dark", "X-Token:\tt0k3n"});
-    get("/echo", &session);
-    EXPECT_EQ(seenHeader("User-Agent"), "TestBot/2 (+mailto:ops@example.org)");
-    EXPECT_EQ(seenHeader("Cookie"), "session=abc; theme=dark");
-    EXPECT_EQ(seenHeader("X-Token"), "t0k3n");
-}
 
 TEST_F(HttpSession, RetryAfterIsHonouredOnce) {
     http::Session session;
