@@ -10,13 +10,11 @@ namespace loomcrest {
 
 namespace {
 
-using layoutmarkup::kLineDivStart;
-using layoutmarkup::kLineEnd;
+using namespace layoutmarkup;
+
 constexpr std::string_view kTitleClass = "Title\"><a href=\"";
 constexpr std::string_view kLinkClass = "Link\"><a href=\"";
-constexpr std::string_view kMarker = layoutmarkup::kLinkIdMarker;
 constexpr std::string_view kHrefEnd = "---\">";
-constexpr std::string_view kComment = layoutmarkup::kLinkIdComment;
 
 bool allDigits(std::string_view text) {
     return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
@@ -41,17 +39,18 @@ std::optional<MarkedLine> lineAt(std::string_view html, size_t at, size_t limit)
     if (hrefEnd >= limit) {
         return std::nullopt;
     }
-    const size_t marker = html.rfind(kMarker, hrefEnd);
+    const size_t marker = html.rfind(kLinkIdMarker, hrefEnd);
     if (marker == std::string_view::npos || marker < hrefStart) {
         return std::nullopt;
     }
-    line.linkId = html.substr(marker + kMarker.size(), hrefEnd - marker - kMarker.size());
+    line.linkId =
+        html.substr(marker + kLinkIdMarker.size(), hrefEnd - marker - kLinkIdMarker.size());
     const size_t titleStart = hrefEnd + kHrefEnd.size();
-    const size_t comment = html.find(kComment, titleStart);
+    const size_t comment = html.find(kLinkIdComment, titleStart);
     if (!allDigits(line.linkId) || comment >= limit) {
         return std::nullopt;
     }
-    const size_t commentNumber = comment + kComment.size();
+    const size_t commentNumber = comment + kLinkIdComment.size();
     const size_t commentEnd = html.find(kLineEnd, commentNumber);
     if (commentEnd >= limit || !allDigits(html.substr(commentNumber, commentEnd - commentNumber))) {
         return std::nullopt;

@@ -62,13 +62,16 @@ constexpr std::string_view kHead =
 
 using namespace layoutmarkup;
 
-std::string markedLine(std::string_view kind, std::string_view url, int linkId,
+std::string markedLine(std::string_view divClass, std::string_view url, int linkId,
                        std::string_view title) {
     const std::string id = std::to_string(linkId);
     std::string line(kLineStart);
-    line.append(kLineDivStart).append(kind).append("\"><a href=\"").append(escapeAddress(url));
-    line.append(kLinkIdMarker).append(id).append(kLinkIdMarkerEnd).append("\">");
-    line.append(escapeMarkup(title)).append(kLinkIdComment).append(id).append(kLineEnd);
+    line.append("<div class=\"")
+        .append(divClass)
+        .append("\"><a href=\"")
+        .append(escapeAddress(url));
+    line.append("---LINKID:").append(id).append("---\">").append(escapeMarkup(title));
+    line.append("<!-- LINKID: ").append(id).append(" --></a></div>");
     return line;
 }
 
@@ -79,11 +82,11 @@ std::string_view htmlSitemapHead() {
 }
 
 std::string pageTitleLine(std::string_view pageURL, int linkId, std::string_view title) {
-    return markedLine("Title", pageURL, linkId, title);
+    return markedLine("zplPageTitle", pageURL, linkId, title);
 }
 
 std::string linkLine(std::string_view linkURL, int linkId, std::string_view title) {
-    return markedLine("Link", linkURL, linkId, title);
+    return markedLine("zplPageLink", linkURL, linkId, title);
 }
 
 std::string withoutLinkMarkers(std::string_view line) {

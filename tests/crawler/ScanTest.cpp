@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "crawler/CrawlSettingsFile.h"
 #include "sitemap/HtmlSitemapFormat.h"
 #include "sitemap/LayoutMarkup.h"
@@ -54,18 +56,17 @@ TEST_F(Scan, ASmallSiteBecomesItsSixLayoutsXmlAndStatistics) {
     const std::string blockA = titleA + linkLine(home, 8, "Home");
     EXPECT_TRUE(test::contains(titleA, "A &amp; co"));
 
-    EXPECT_EQ(siteFile("sitemap1cpo.html"),
-              head() + "\n" + titleHome + kClearer + "\n" + titleA + kClearer + kOneColumnEnd);
-    EXPECT_EQ(siteFile("sitemap2cpo.html"), tableHead() + kRowOpening + titleHome + kCellSeparator +
-                                                titleA + kRowClosing + kTableEnd);
-    EXPECT_EQ(siteFile("sitemap3cpo.html"), tableHead() + kRowOpening + titleHome + kCellSeparator +
-                                                titleA + kCellSeparator + kPaddedRowEnd);
-    EXPECT_EQ(siteFile("sitemap1c.html"),
-              head() + "\n" + blockHome + kClearer + "\n" + blockA + kClearer + kOneColumnEnd);
-    EXPECT_EQ(siteFile("sitemap2c.html"), tableHead() + kRowOpening + blockHome + kCellSeparator +
-                                              blockA + kRowClosing + kTableEnd);
-    EXPECT_EQ(siteFile("sitemap3c.html"), tableHead() + kRowOpening + blockHome + kCellSeparator +
-                                              blockA + kCellSeparator + kPaddedRowEnd);
+    // The pages-only layouts hold the title lines, the all-links ones the page blocks.
+    for (const auto& [kind, first, second] :
+         {std::tuple{"cpo", titleHome, titleA}, std::tuple{"c", blockHome, blockA}}) {
+        const std::string row = kRowOpening + first + kCellSeparator + second;
+        EXPECT_EQ(siteFile("sitemap1" + std::string(kind) + ".html"),
+                  head() + "\n" + first + kClearer + "\n" + second + kClearer + kOneColumnEnd);
+        EXPECT_EQ(siteFile("sitemap2" + std::string(kind) + ".html"),
+                  tableHead() + row + kRowClosing + kTableEnd);
+        EXPECT_EQ(siteFile("sitemap3" + std::string(kind) + ".html"),
+                  tableHead() + row + kCellSeparator + kPaddedRowEnd);
+    }
     EXPECT_EQ(siteFile("sitemap.xml"), std::string(xmlSitemapHeader()) +
                                            xmlSitemapEntry(home, "2024-05-17") +
                                            xmlSitemapEntry(url("/a.html"), "") + "\n</urlset>");

@@ -560,7 +560,7 @@ TEST_F(HtmlEditor, TheLineAfterADeletedTitleIsTheNextNumberPresent) {
         {{pageTitleLine("http://h/n.html", 2005, "N")}, 3000, ""},
         {{}, 3000, ""},
         {{link11}, 5, link11},
-        {{link11}, 11, link11},
+        {{link14}, 14, link14},  // the last number is looked for too
         {{link11, link14}, 20, link11},
         {{}, 11, ""},
         {{zeros, link14}, 100, link14},
