@@ -12,10 +12,6 @@ namespace {
 
 using namespace layoutmarkup;
 
-constexpr std::string_view kTitleClass = "Title\"><a href=\"";
-constexpr std::string_view kLinkClass = "Link\"><a href=\"";
-constexpr std::string_view kHrefEnd = "---\">";
-
 bool allDigits(std::string_view text) {
     return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
         return std::isdigit(static_cast<unsigned char>(c)) != 0;
@@ -27,15 +23,15 @@ std::optional<MarkedLine> lineAt(std::string_view html, size_t at, size_t limit)
     MarkedLine line;
     size_t hrefStart = at + kLineDivStart.size();
     const std::string_view rest = html.substr(hrefStart);
-    if (rest.starts_with(kTitleClass)) {
+    if (rest.starts_with(kTitleDivRest)) {
         line.isTitle = true;
-        hrefStart += kTitleClass.size();
-    } else if (rest.starts_with(kLinkClass)) {
-        hrefStart += kLinkClass.size();
+        hrefStart += kTitleDivRest.size();
+    } else if (rest.starts_with(kLinkDivRest)) {
+        hrefStart += kLinkDivRest.size();
     } else {
         return std::nullopt;
     }
-    const size_t hrefEnd = html.find(kHrefEnd, hrefStart);
+    const size_t hrefEnd = html.find(kLinkIdHrefEnd, hrefStart);
     if (hrefEnd >= limit) {
         return std::nullopt;
     }
@@ -45,7 +41,7 @@ std::optional<MarkedLine> lineAt(std::string_view html, size_t at, size_t limit)
     }
     line.linkId =
         html.substr(marker + kLinkIdMarker.size(), hrefEnd - marker - kLinkIdMarker.size());
-    const size_t titleStart = hrefEnd + kHrefEnd.size();
+    const size_t titleStart = hrefEnd + kLinkIdHrefEnd.size();
     const size_t comment = html.find(kLinkIdComment, titleStart);
     if (!allDigits(line.linkId) || comment >= limit) {
         return std::nullopt;

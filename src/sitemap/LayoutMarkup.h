@@ -8,12 +8,15 @@ namespace loomcrest::layoutmarkup {
 
 // What stands before every page-title and link line.
 inline constexpr std::string_view kLineStart = "\n\t\t\t";
-// The opening of every line's div, followed by "Title" or "Link".
+// The opening of every line's div, followed by the rest of a title's or a link's up to the href.
 inline constexpr std::string_view kLineDivStart = "<div class=\"zplPage";
-// The href of a line ends with kLinkIdMarker, the number and kLinkIdMarkerEnd; its text with
-// kLinkIdComment, the number and kLineEnd.
+inline constexpr std::string_view kTitleDivRest = "Title\"><a href=\"";
+inline constexpr std::string_view kLinkDivRest = "Link\"><a href=\"";
+// The href of a line ends with kLinkIdMarker, the number and kLinkIdMarkerEnd, which
+// kLinkIdHrefEnd follows; its text with kLinkIdComment, the number and kLineEnd.
 inline constexpr std::string_view kLinkIdMarker = "---LINKID:";
 inline constexpr std::string_view kLinkIdMarkerEnd = "---";
+inline constexpr std::string_view kLinkIdHrefEnd = "---\">";
 inline constexpr std::string_view kLinkIdComment = "<!-- LINKID: ";
 inline constexpr std::string_view kLineEnd = " --></a></div>";
 
