@@ -125,16 +125,14 @@ public:
         HTMLViewController html(process(), view, session.alerts(), ui,
                                 [&session] { return session.siteList().state().details.siteName; });
         process().vrlmpCurrentView = 1;
+        const size_t layout = *indexOf(kLayoutCodes, layout_);
+        html.startWithLayout(layout);
         if (!html.viewTBIAction()) {
             return kExitRefused;
         }
         if (!html.state().editOptionsEnabled) {
             err() << "No sitemap is available for \"" << name_ << "\"; scan the site first.\n";
             return kExitRefused;
-        }
-        // The first layout is shown already, just read from its file.
-        if (const size_t layout = *indexOf(kLayoutCodes, layout_); layout != html.state().layout) {
-            html.changeMapType(layout);
         }
         if (const auto status = act(html)) {
             return *status;

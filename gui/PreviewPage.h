@@ -67,6 +67,8 @@ protected:
 private:
     class SchemeHandler;
     const QByteArray& currentHtml();
+    // Whether the next loads lay the table's rows out apart (see kRowsApartScript).
+    void keepRowsApart(bool apart);
     class Interceptor;
 
     QByteArray html_;

@@ -17,12 +17,14 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Loomcrest"));
     QApplication::setDesktopFileName(QStringLiteral("loomcrest"));
+    QApplication::setApplicationVersion(QStringLiteral(LOOMCREST_VERSION));
     QApplication::setWindowIcon(QIcon::fromTheme(
         QStringLiteral("loomcrest"), QIcon(QStringLiteral(":/icons/loomcrest.png"))));
 
     QCommandLineParser options;
     options.setApplicationDescription(QStringLiteral("Loomcrest: sitemaps for the sites you run."));
     options.addHelpOption();
+    options.addVersionOption();
     const QCommandLineOption site(QStringLiteral("site"),
                                   QStringLiteral("Select this site at start."),
                                   QStringLiteral("NAME"));

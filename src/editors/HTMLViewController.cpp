@@ -86,7 +86,7 @@ void HTMLViewController::firstLoad() {
         showPlaceholder("Please Select A Site To View It's Sitemap");
         return;
     }
-    urlToLoad_ = "file://" + layoutFileLocation(0);
+    urlToLoad_ = "file://" + layoutFileLocation(firstLayout_);
     process_.vrlmpUTLLoc = shownFileLocation();
     auto text = readTextFile(process_.vrlmpUTLLoc);
     if (!text || text->empty()) {
@@ -95,10 +95,10 @@ void HTMLViewController::firstLoad() {
             "html sitemap.");
         return;
     }
-    assignLargeText(originalHTMLString_, *text);
+    originalIsWorkingCopy_ = true;
     process_.vrlmpHTMLString = *std::move(text);
-    state_.layout = 0;
-    state_.layoutLabel = kSitemapLayouts[0].name;
+    state_.layout = firstLayout_;
+    state_.layoutLabel = kSitemapLayouts[firstLayout_].name;
     reload();
     enableEditOptions();
     setPopupButtons();
@@ -130,7 +130,7 @@ void HTMLViewController::setPopupButtons() {
 }
 
 void HTMLViewController::saveActive() {
-    process_.vrlmpNeedsSave = originalHTMLString_ != process_.vrlmpHTMLString;
+    process_.vrlmpNeedsSave = !workingCopyUnchanged();
     state_.saveEnabled = process_.vrlmpNeedsSave;
     showState();
 }
@@ -145,16 +145,15 @@ void HTMLViewController::loadLayout(size_t layout) {
     state_.layout = layout;
     state_.layoutLabel = kSitemapLayouts[layout].name;
     urlToLoad_ = "file://" + layoutFileLocation(layout);
-    // One read serves both: the two copies start equal.
     process_.vrlmpHTMLString = readTextFile(shownFileLocation()).value_or("");
-    assignLargeText(originalHTMLString_, process_.vrlmpHTMLString);
+    originalIsWorkingCopy_ = true;
 }
 
 void HTMLViewController::changeMapType(size_t layout) {
     if (layout >= kSitemapLayouts.size()) {
         return;
     }
-    if (originalHTMLString_ == process_.vrlmpHTMLString) {
+    if (workingCopyUnchanged()) {
         loadLayout(layout);
         process_.vrlmpUTLLoc = shownFileLocation();
         reload();
@@ -205,7 +204,7 @@ void HTMLViewController::saveNow(std::string_view request) {
         // working copy keeps the change and Save stays enabled.
         workingCopyIsOnDisk_ = writeLayout(path, process_.vrlmpHTMLString, alerts_);
         if (workingCopyIsOnDisk_) {
-            assignLargeText(originalHTMLString_, process_.vrlmpHTMLString);
+            originalIsWorkingCopy_ = true;
         }
         saveActive();
     } else if (request == kChangeMap) {
@@ -231,6 +230,23 @@ bool HTMLViewController::writeLayout(const std::string& path, std::string_view h
 void HTMLViewController::setEditOptionsEnabled(bool enabled) {
     state_.editOptionsEnabled = enabled;
     showState();
+}
+
+void HTMLViewController::keepOriginal() {
+    if (originalIsWorkingCopy_) {
+        assignLargeText(originalHTMLString_, process_.vrlmpHTMLString);
+        originalIsWorkingCopy_ = false;
+    }
+}
+
+bool HTMLViewController::workingCopyUnchanged() const {
+    return originalIsWorkingCopy_ || originalHTMLString_ == process_.vrlmpHTMLString;
+}
+
+void HTMLViewController::revertWorkingCopy() {
+    if (!originalIsWorkingCopy_) {
+        process_.vrlmpHTMLString = originalHTMLString_;
+    }
 }
 
 void HTMLViewController::reload() {
@@ -274,6 +290,7 @@ void HTMLViewController::editStyle(const std::function<void(const htmlstyle::Rep
     if (!hasLayout()) {
         return;  // a placeholder is shown: the working copy may be another site's
     }
+    keepOriginal();
     std::string& html = process_.vrlmpHTMLString;
     auto style = styleText(html);
     const std::string before = style ? html.substr(style->first, style->second - style->first) : "";

@@ -37,6 +37,10 @@ public:
     // Loading and saving.
     bool viewTBIAction();
     void firstLoad();
+    // The layout the first load shows: the window starts with the first one; the command line
+    // starts with the one it works on, so that a big site's other layout is not read for
+    // nothing.
+    void startWithLayout(size_t layout) { firstLayout_ = layout; }
     void setPopupButtons();
     void saveActive();
     void changeMapType(size_t layout);
@@ -110,7 +114,6 @@ public:
     static bool writeLayout(const std::string& path, std::string_view html, AlertPresenter& alerts);
 
     const HtmlViewState& state() const { return state_; }
-    const std::string& originalHTMLString() const { return originalHTMLString_; }
     const std::string& urlToLoad() const { return urlToLoad_; }
     std::string shownFileLocation() const {
         return urlToLoad_.size() > 7 ? urlToLoad_.substr(7) : "";
@@ -138,6 +141,10 @@ private:
     void fieldAction(bool otherFieldEmpty, std::string message);
     std::optional<MatchSpan> findSelectedLine() const;
     void promoteFirstLink(PreviewEdit& preview);
+    // Keeps the text as it was before the working copy's first change; call before changing it.
+    void keepOriginal();
+    bool workingCopyUnchanged() const;
+    void revertWorkingCopy();
     void externalBrowserView(const std::string& html);
     void startPreview();
 
@@ -147,8 +154,12 @@ private:
     UiThread& ui_;
     std::function<std::string()> shownSiteName_;
     HtmlViewState state_;
+    // The text as loaded or last written. Until the working copy first changes it is the
+    // working copy itself, so that loading or saving a big layout copies nothing.
     std::string originalHTMLString_;
+    bool originalIsWorkingCopy_ = true;
     std::string urlToLoad_;
+    size_t firstLayout_ = 0;
     ScrollPosition savedScrollPosition_;
     // Whether the last save without asking wrote the working copy whole.
     bool workingCopyIsOnDisk_ = false;

@@ -164,6 +164,7 @@ void HTMLViewController::editLinkAndTitle() {
         form = std::move(older);
     }
     originalLinkValue_ = replacement;
+    keepOriginal();
     PreviewEdit preview;
     const size_t count =
         form ? layoutsearch::replaceInPlace(process_.vrlmpHTMLString, *form, replacement).count : 0;
@@ -178,7 +179,7 @@ void HTMLViewController::deleteLinkAction() {
     if (!hasLayout() || !state_.deleteEnabled) {
         return;  // no line is selected
     }
-    if (originalHTMLString_ == process_.vrlmpHTMLString) {
+    if (workingCopyUnchanged()) {
         beginLinkDeletion();
         return;
     }
@@ -189,11 +190,11 @@ void HTMLViewController::deleteLinkAction() {
                 if (!writeLayout(shownFileLocation(), process_.vrlmpHTMLString, alerts_)) {
                     return;
                 }
-                originalHTMLString_ = process_.vrlmpHTMLString;
+                originalIsWorkingCopy_ = true;
                 saveActive();
                 ui_.performAfter(kSheetDelay, [this] { linkDeletion(); });
             } else if (returnCode == kOtherButtonCode) {
-                process_.vrlmpHTMLString = originalHTMLString_;
+                revertWorkingCopy();
                 ui_.performAfter(kSheetDelay, [this] { linkDeletion(); });
                 setPopupButtons();
             }
@@ -233,6 +234,7 @@ void HTMLViewController::linkDeletion() {
     const auto found = findSelectedLine();
     lineEdit_ = found ? LineEdit::Done : LineEdit::NotFound;
     if (found) {
+        keepOriginal();
         const std::string line = text(process_.vrlmpHTMLString, *found);
         const size_t count =
             layoutsearch::replaceInPlace(process_.vrlmpHTMLString, "\n\t\t\t" + line, "").count;

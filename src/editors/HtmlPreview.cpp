@@ -23,7 +23,7 @@ std::string HTMLViewController::previewFileLocation() const {
 }
 
 void HTMLViewController::viewSitemapButton() {
-    if (originalHTMLString_ == process_.vrlmpHTMLString) {
+    if (workingCopyUnchanged()) {
         cancelExternalViewProcess_ = false;
         view_.setPreviewProgress(0, 1);
         startPreview();
@@ -35,7 +35,7 @@ void HTMLViewController::viewSitemapButton() {
                              if (returnCode == kDefaultButtonCode) {
                                  saveNow("closewindow");
                              } else {
-                                 process_.vrlmpHTMLString = originalHTMLString_;
+                                 revertWorkingCopy();
                                  reload();
                              }
                              startPreview();

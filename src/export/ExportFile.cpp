@@ -5,7 +5,9 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <memory>
 #include <system_error>
+#include <vector>
 
 namespace loomcrest {
 
@@ -79,8 +81,8 @@ public:
         }
         return true;
     }
-    // Flushes, closes and renames over `target`, keeping the mode the target had.
-    bool replace(const std::string& target) {
+    // Gives the file the mode `target` has (or a new file's), then flushes and closes it.
+    bool finish(const std::string& target) {
         struct stat existing {};
         const bool exists = ::stat(target.c_str(), &existing) == 0;
         const mode_t mask = ::umask(0);
@@ -91,11 +93,11 @@ public:
         }
         const int fd = fd_;
         fd_ = -1;
-        if (::close(fd) != 0 || ::rename(path_.c_str(), target.c_str()) != 0) {
-            return false;
-        }
-        renamed_ = true;
-        return true;
+        return ::close(fd) == 0;
+    }
+    bool renameOnto(const std::string& target) {
+        renamed_ = ::rename(path_.c_str(), target.c_str()) == 0;
+        return renamed_;
     }
 
 private:
@@ -107,20 +109,36 @@ private:
 }  // namespace
 
 std::optional<ExportWriteFailure> writeExportFile(const std::string& path, std::string_view bytes) {
-    if (path.empty()) {
-        return ExportWriteFailure{path, "No file name was given"};
+    const ExportFileContents file{path, bytes};
+    return writeExportFiles({&file, 1});
+}
+
+std::optional<ExportWriteFailure> writeExportFiles(std::span<const ExportFileContents> files) {
+    std::vector<std::string> targets;
+    std::vector<std::unique_ptr<TemporaryFile>> temporaries;
+    for (const auto& [path, bytes] : files) {
+        if (path.empty()) {
+            return ExportWriteFailure{path, "No file name was given"};
+        }
+        std::string target = path;
+        if (const auto error = followLinks(target)) {
+            return ExportWriteFailure{path, systemReason(*error)};
+        }
+        struct stat status {};
+        if (::stat(target.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) {
+            return ExportWriteFailure{path, systemReason(EISDIR)};
+        }
+        auto& temporary = *temporaries.emplace_back(std::make_unique<TemporaryFile>(target));
+        if (!temporary.opened() || !temporary.write(bytes) || !temporary.finish(target)) {
+            return ExportWriteFailure{path, systemReason(errno)};
+        }
+        targets.push_back(std::move(target));
     }
-    std::string target = path;
-    if (const auto error = followLinks(target)) {
-        return ExportWriteFailure{path, systemReason(*error)};
-    }
-    struct stat status {};
-    if (::stat(target.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) {
-        return ExportWriteFailure{path, systemReason(EISDIR)};
-    }
-    TemporaryFile temporary(target);
-    if (!temporary.opened() || !temporary.write(bytes) || !temporary.replace(target)) {
-        return ExportWriteFailure{path, systemReason(errno)};
+    // Every file is written in full before the first one takes its place.
+    for (size_t i = 0; i < files.size(); ++i) {
+        if (!temporaries[i]->renameOnto(targets[i])) {
+            return ExportWriteFailure{files[i].path, systemReason(errno)};
+        }
     }
     return std::nullopt;
 }

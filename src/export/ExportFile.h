@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -18,6 +19,16 @@ struct ExportWriteFailure {
 // link is written through: the file it points to gets the new contents and the link stays,
 // as a person who links a published file into place expects.
 std::optional<ExportWriteFailure> writeExportFile(const std::string& path, std::string_view bytes);
+
+struct ExportFileContents {
+    std::string path;
+    std::string_view bytes;
+};
+
+// Writes several exported files as one set, each as writeExportFile does: only when every
+// one has been written in full does any of them replace the file of its name, so a failure
+// (a full disk halfway through) leaves the set that was there before.
+std::optional<ExportWriteFailure> writeExportFiles(std::span<const ExportFileContents> files);
 
 // The refusal that tells the user.
 Alert exportWriteRefusal(const ExportWriteFailure& failure);

@@ -12,6 +12,7 @@
 #include <thread>
 #include <vector>
 
+#include "export/ExportFile.h"
 #include "platform/Alerts.h"
 #include "platform/UiThread.h"
 
@@ -98,6 +99,8 @@ private:
     void exportXml();
     bool makeWellFormed(std::string& sitemap);
     bool writeXmlFiles(const std::string& file, const std::vector<std::string>& parts);
+    // Tells the user why an export file was not written; always false.
+    bool refuseFromWorker(const ExportWriteFailure& failure);
     bool writeFromWorker(const std::string& path, std::string_view bytes);
     void closePanel();
     int askAndWait(const Alert& question);

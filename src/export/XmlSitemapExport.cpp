@@ -161,33 +161,39 @@ bool SitemapExporter::writeXmlFiles(const std::string& file,
     }
     const bool compress = compressParts_;
     std::vector<std::string> partPaths;
+    std::vector<std::string> compressedParts;
     for (size_t i = 0; i < parts.size(); ++i) {
         partPaths.push_back(sitemapPartPath(file, i + 1, compress));
-        const auto compressed = compress ? gzipCompressed(parts[i]) : std::nullopt;
-        if (compress && !compressed) {
-            ui_.performAndWait([this, &partPaths] {
-                alerts_.presentAlert(
-                    exportWriteRefusal({partPaths.back(), "The file could not be compressed"}),
-                    [](int) {});
-            });
-            return false;
+        if (!compress) {
+            continue;
         }
-        if (!writeFromWorker(partPaths.back(), compress ? *compressed : parts[i])) {
-            return false;
+        auto compressed = gzipCompressed(parts[i]);
+        if (!compressed) {
+            return refuseFromWorker({partPaths.back(), "The file could not be compressed"});
         }
+        compressedParts.push_back(std::move(*compressed));
     }
     const std::string siteUrl =
         readSiteField(readSiteFile(selectedSite_), SiteField::SiteURL).value_or("");
-    return writeFromWorker(file, sitemapIndex(siteUrl, partPaths));
+    const std::string index = sitemapIndex(siteUrl, partPaths);
+    std::vector<ExportFileContents> files;
+    for (size_t i = 0; i < parts.size(); ++i) {
+        files.push_back({partPaths[i], compress ? compressedParts[i] : parts[i]});
+    }
+    files.push_back({file, index});
+    const auto failure = writeExportFiles(files);
+    return failure ? refuseFromWorker(*failure) : true;
+}
+
+bool SitemapExporter::refuseFromWorker(const ExportWriteFailure& failure) {
+    ui_.performAndWait(
+        [this, &failure] { alerts_.presentAlert(exportWriteRefusal(failure), [](int) {}); });
+    return false;
 }
 
 bool SitemapExporter::writeFromWorker(const std::string& path, std::string_view bytes) {
     const auto failure = writeExportFile(path, bytes);
-    if (failure) {
-        ui_.performAndWait(
-            [this, &failure] { alerts_.presentAlert(exportWriteRefusal(*failure), [](int) {}); });
-    }
-    return !failure;
+    return failure ? refuseFromWorker(*failure) : true;
 }
 
 void SitemapExporter::closePanel() {

@@ -382,6 +382,39 @@ private slots:
                  6);
     }
 
+    // Only a big layout's preview lays its rows out apart; clicks and edits still change
+    // single anchors in place there.
+    void aBigLayoutOutlinesAndChangesSingleAnchorsInPlace() {
+        std::string text = std::string(htmlSitemapHead()) + std::string(kTableOpening);
+        int filled = 0;
+        for (int page = 1; text.size() <= (size_t{1} << 20); ++page) {
+            const std::string number = std::to_string(page);
+            text += tablePiece(pageTitleLine("http://h/p" + number + ".html", page, "P" + number),
+                               3, filled);
+        }
+        test::writeFile(home_->dataRoot() + "/Site/sitemap3cpo.html",
+                        text + std::string(threeColumnClosing(filled)));
+        openHtmlView();
+        const QString rowDisplay =
+            QStringLiteral("getComputedStyle(document.querySelector('tr')).display");
+        QCOMPARE(askPreview(rowDisplay).toString(), QStringLiteral("table-row"));
+        QSignalSpy loaded(&html(), &HtmlSitemapView::previewLoaded);
+        emit html().layoutPopup()->activated(3);
+        QVERIFY(loaded.wait(20000));
+        QCOMPARE(askPreview(rowDisplay).toString(), QStringLiteral("flex"));
+        clickAnchor(1);
+        QTRY_COMPARE(outlinedAnchors(), QStringLiteral("1"));
+        clickAnchor(4);
+        QTRY_COMPARE(outlinedAnchors(), QStringLiteral("4"));
+        QCOMPARE(html().titleField()->text(), QStringLiteral("P5"));
+        QSignalSpy updated(&html(), &HtmlSitemapView::previewUpdated);
+        html().titleField()->setText(QStringLiteral("Renamed"));
+        QTest::keyClick(html().titleField(), Qt::Key_Return);
+        QVERIFY(updated.wait(20000));
+        QCOMPARE(loaded.count(), 1);
+        QVERIFY(anchorTexts().startsWith(QStringLiteral("P1|P2|P3|P4|Renamed|P6|")));
+    }
+
     void aSizeChangeEnablesSaveAndTouchesOnlyItsLine() {
         openHtmlView();
         QVERIFY(!html().saveButton()->isEnabled());

@@ -1,0 +1,54 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "export/ExportFile.h"
+#include "support/TemporaryHome.h"
+
+namespace loomcrest {
+namespace {
+
+using test::fileContents;
+
+std::vector<std::string> namesIn(const std::string& folder) {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        names.push_back(entry.path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+TEST(ExportFiles, ASetIsWrittenWholeOrNotAtAll) {
+    const test::TemporaryHome folder;
+    const std::string one = folder.path() + "/sitemap1.xml";
+    const std::string two = folder.path() + "/sitemap2.xml";
+    const std::string index = folder.path() + "/sitemap.xml";
+    test::writeFile(one, "old one");
+    test::writeFile(index, "old index");
+    // The second part's name is taken by a folder, so the set fails after the first part.
+    std::filesystem::create_directory(two);
+
+    const std::vector<ExportFileContents> files{
+        {one, "new one"}, {two, "new two"}, {index, "new index"}};
+    const auto failure = writeExportFiles(files);
+    ASSERT_TRUE(failure.has_value());
+    EXPECT_EQ(failure->path, two);
+    EXPECT_EQ(failure->reason, "Is a directory");
+    EXPECT_EQ(fileContents(one), "old one");
+    EXPECT_EQ(fileContents(index), "old index");
+    EXPECT_EQ(namesIn(folder.path()),
+              (std::vector<std::string>{"sitemap.xml", "sitemap1.xml", "sitemap2.xml"}));
+
+    std::filesystem::remove(two);
+    EXPECT_FALSE(writeExportFiles(files).has_value());
+    EXPECT_EQ(fileContents(one), "new one");
+    EXPECT_EQ(fileContents(two), "new two");
+    EXPECT_EQ(fileContents(index), "new index");
+}
+
+}  // namespace
+}  // namespace loomcrest
