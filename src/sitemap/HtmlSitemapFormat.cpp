@@ -2,6 +2,7 @@
 
 #include "platform/Regex.h"
 #include "platform/Text.h"
+#include "sitemap/LayoutMarkup.h"
 
 namespace loomcrest {
 
@@ -59,10 +60,7 @@ constexpr std::string_view kHead =
     "</head>\n"
     "<body>\n";
 
-constexpr std::string_view kLineStart = "\n\t\t\t";
-constexpr std::string_view kRowOpening = "\n\t<tr valign=\"top\">\n\t\t<td>";
-constexpr std::string_view kCellSeparator = "\n\t\t</td>\n\t\t<td>";
-constexpr std::string_view kRowClosing = "\n\t\t</td>\n\t</tr>";
+using namespace layoutmarkup;
 
 std::string markedLine(std::string_view divClass, std::string_view url, int linkId,
                        std::string_view title) {
@@ -123,7 +121,7 @@ std::string escapeAddress(std::string_view address) {
 }
 
 std::string oneColumnPiece(std::string_view item) {
-    return "\n" + std::string(item) + "\n<div class=\"clearer\">&nbsp;</div>";
+    return "\n" + std::string(item) + std::string(kClearer);
 }
 
 std::string tablePiece(std::string_view item, int columns, int& filledCells) {
