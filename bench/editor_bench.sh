@@ -11,16 +11,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-need=()
-for tool in nginx /usr/bin/time python3 bc; do
-    command -v "$tool" >/dev/null 2>&1 || need+=("$tool")
-done
-if [ ${#need[@]} -gt 0 ]; then
-    sudo=()
-    [ "$(id -u)" -ne 0 ] && sudo=(sudo)
-    "${sudo[@]}" apt-get update -qq
-    DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -qq nginx-light time python3 bc
-fi
+source bench/nginx_site.sh
+install_bench_tools "nginx /usr/bin/time python3 bc" "nginx-light time python3 bc"
 window="${LOOMCREST_BENCH_WINDOW:-1}"
 if [ -z "${LOOMCREST:-}" ]; then
     scripts/install-deps.sh
@@ -34,33 +26,7 @@ if [ -z "${LOOMCREST:-}" ]; then
 fi
 loomcrest="${LOOMCREST:-$PWD/build/bench/loomcrest}"
 
-work="$(mktemp -d)"
-chmod 755 "$work"  # nginx's workers may run as another user
-nginx_pid=""
-cleanup() {
-    [ -n "$nginx_pid" ] && kill "$nginx_pid" 2>/dev/null || true
-    rm -rf "$work"
-}
-trap cleanup EXIT
-
-port=$((20000 + RANDOM % 20000))
-mkdir -p "$work/nginx/logs"
-cat > "$work/nginx/nginx.conf" <<CONF
-worker_processes 1;
-error_log $work/nginx/logs/error.log;
-pid $work/nginx/nginx.pid;
-events { worker_connections 256; }
-http {
-    access_log off;
-    keepalive_requests 100000;
-    default_type text/html;
-    types { text/html html; text/plain txt; }
-    server {
-        listen 127.0.0.1:$port;
-        root $work/site;
-    }
-}
-CONF
+make_bench_folder off
 
 # Files derived from the scan: a pages-only layout with the title lines after one page title
 # removed up to 2,000 link numbers on, and an XML sitemap of 100,000 entries.
@@ -138,11 +104,7 @@ columns=()
 for pages in "${sizes[@]}"; do
     rm -rf "$work/site" "$work/home"
     python3 bench/make_site.py "$work/site" "$pages"
-    if [ -z "$nginx_pid" ]; then
-        nginx -c "$work/nginx/nginx.conf" -p "$work/nginx" -g 'daemon off;' &
-        nginx_pid=$!
-        sleep 0.5
-    fi
+    start_bench_server
     mkdir -p "$work/home"
     HOME="$work/home" "$loomcrest" add Big "127.0.0.1:$port/" >/dev/null
     HOME="$work/home" "$loomcrest" scan Big >/dev/null 2>&1

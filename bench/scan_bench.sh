@@ -10,49 +10,15 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 # nginx and wget are needed by this benchmark only, not by Loomcrest.
-need=()
-for tool in nginx wget /usr/bin/time python3 bc; do
-    command -v "$tool" >/dev/null 2>&1 || need+=("$tool")
-done
-if [ ${#need[@]} -gt 0 ]; then
-    sudo=()
-    [ "$(id -u)" -ne 0 ] && sudo=(sudo)
-    "${sudo[@]}" apt-get update -qq
-    DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -qq nginx-light wget time python3 bc
-fi
+source bench/nginx_site.sh
+install_bench_tools "nginx wget /usr/bin/time python3 bc" "nginx-light wget time python3 bc"
 scripts/install-deps.sh
 cmake -S . -B build/bench -DCMAKE_BUILD_TYPE=Release -DLOOMCREST_BUILD_TESTS=OFF \
     -DLOOMCREST_BUILD_GUI=OFF >/dev/null
 cmake --build build/bench -j"$(nproc)" --target loomcrest >/dev/null
 loomcrest="$PWD/build/bench/loomcrest"
 
-work="$(mktemp -d)"
-chmod 755 "$work"  # nginx's workers may run as another user
-nginx_pid=""
-cleanup() {
-    [ -n "$nginx_pid" ] && kill "$nginx_pid" 2>/dev/null || true
-    rm -rf "$work"
-}
-trap cleanup EXIT
-
-port=$((20000 + RANDOM % 20000))
-mkdir -p "$work/nginx/logs"
-cat > "$work/nginx/nginx.conf" <<CONF
-worker_processes 1;
-error_log $work/nginx/logs/error.log;
-pid $work/nginx/nginx.pid;
-events { worker_connections 256; }
-http {
-    access_log $work/nginx/logs/access.log;
-    keepalive_requests 1000000;
-    default_type text/html;
-    types { text/html html; text/plain txt; }
-    server {
-        listen 127.0.0.1:$port;
-        root $work/site;
-    }
-}
-CONF
+make_bench_folder "$work/nginx/logs/access.log"
 
 # Empties nginx's access log; nginx reopens it on SIGUSR1.
 reset_log() {
@@ -70,11 +36,7 @@ declare -A seconds_per_page
 for count in ${@:-10000 100000}; do
     rm -rf "$work/site"
     python3 bench/make_site.py "$work/site" "$count"
-    if [ -z "$nginx_pid" ]; then
-        nginx -c "$work/nginx/nginx.conf" -p "$work/nginx" -g 'daemon off;' &
-        nginx_pid=$!
-        sleep 0.5
-    fi
+    start_bench_server
 
     reset_log
     start=$(date +%s.%N)

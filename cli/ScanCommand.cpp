@@ -163,6 +163,26 @@ std::optional<CrawlSettings> settingsForThisScan(const std::string& name,
     return std::move(read.settings);
 }
 
+// Runs the scan to its end on `loop`; an interrupt (Ctrl-C, once an InterruptGuard is in place)
+// cancels it as the Cancel button does. True when it was interrupted.
+bool runScan(RunLoop& loop, ScanDriver& driver, std::ostream& err) {
+    bool interrupted = false;
+    loop.perform([&] {
+        driver.scanSiteAction();
+        if (!driver.isScanning()) {
+            loop.stop();
+        }
+    });
+    loop.run([&] {
+        if (interruptRequested && !interrupted) {
+            interrupted = true;
+            err << "\nStopping: closing the sitemap files..." << std::endl;
+            driver.cancelScan();
+        }
+    });
+    return interrupted;
+}
+
 }  // namespace
 
 std::unique_ptr<Command> makeScanCommand(CommandContext& context) {
@@ -198,22 +218,8 @@ int scanSite(SiteSession& session, const std::string& name, WarningAnswer onWarn
         driver.useCrawlSettingsOnce(std::move(*settings));
     }
     const InterruptGuard interruptGuard;
-    bool interrupted = false;
     const auto started = std::chrono::steady_clock::now();
-
-    loop.perform([&] {
-        driver.scanSiteAction();
-        if (!driver.isScanning()) {
-            loop.stop();
-        }
-    });
-    loop.run([&] {
-        if (interruptRequested && !interrupted) {
-            interrupted = true;
-            err << "\nStopping: closing the sitemap files..." << std::endl;
-            driver.cancelScan();
-        }
-    });
+    const bool interrupted = runScan(loop, driver, err);
     if (session.alerts().anyRefusalShown()) {
         return kExitRefused;
     }

@@ -55,15 +55,7 @@ ExportViewWidget::ExportViewWidget(ProcessState& process, QtAlerts& alerts, QtUi
     : QWidget(parent) {
     exporter_ = std::make_unique<SitemapExporter>(process, *this, alerts, ui);
 
-    auto* layouts = new QGroupBox(QStringLiteral("Layout"), this);
-    auto* grid = new QGridLayout(layouts);
-    for (size_t i = 0; i < boxes_.size(); ++i) {
-        const auto box = static_cast<SitemapExporter::Box>(i);
-        boxes_[i] = new QCheckBox(QString::fromLatin1(kBoxTitles[i]), layouts);
-        boxes_[i]->setChecked(exporter_->isChosen(box));
-        grid->addWidget(boxes_[i], static_cast<int>(i / 3), static_cast<int>(i % 3));
-        connect(boxes_[i], &QCheckBox::clicked, this, [this, box] { chooseLayout(box); });
-    }
+    QGroupBox* layouts = createLayoutBoxes();
 
     sitePicker_ = new QComboBox(this);
 
@@ -104,6 +96,25 @@ ExportViewWidget::ExportViewWidget(ProcessState& process, QtAlerts& alerts, QtUi
     column->addLayout(buttons);
     column->addStretch(1);
 
+    createProgressDialog();
+
+    setExportButtonsEnabled(false);
+}
+
+QGroupBox* ExportViewWidget::createLayoutBoxes() {
+    auto* layouts = new QGroupBox(QStringLiteral("Layout"), this);
+    auto* grid = new QGridLayout(layouts);
+    for (size_t i = 0; i < boxes_.size(); ++i) {
+        const auto box = static_cast<SitemapExporter::Box>(i);
+        boxes_[i] = new QCheckBox(QString::fromLatin1(kBoxTitles[i]), layouts);
+        boxes_[i]->setChecked(exporter_->isChosen(box));
+        grid->addWidget(boxes_[i], static_cast<int>(i / 3), static_cast<int>(i % 3));
+        connect(boxes_[i], &QCheckBox::clicked, this, [this, box] { chooseLayout(box); });
+    }
+    return layouts;
+}
+
+void ExportViewWidget::createProgressDialog() {
     exportProgress_ = new QProgressDialog(this);
     exportProgress_->setWindowModality(Qt::WindowModal);
     exportProgress_->setLabelText(QStringLiteral("Exporting…"));
@@ -114,8 +125,6 @@ ExportViewWidget::ExportViewWidget(ProcessState& process, QtAlerts& alerts, QtUi
     // Without this the dialog shows itself a few seconds after construction.
     exportProgress_->reset();
     exportProgress_->hide();
-
-    setExportButtonsEnabled(false);
 }
 
 ExportViewWidget::~ExportViewWidget() {

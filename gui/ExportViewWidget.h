@@ -8,6 +8,7 @@
 
 class QCheckBox;
 class QComboBox;
+class QGroupBox;
 class QLineEdit;
 class QProgressDialog;
 class QPushButton;
@@ -51,6 +52,9 @@ public:
     QCheckBox* compressPartsBox() const { return compressParts_; }
 
 private:
+    // The six layout boxes in their group, and the progress shown during an export.
+    QGroupBox* createLayoutBoxes();
+    void createProgressDialog();
     void chooseLayout(SitemapExporter::Box box);
     void startExport(bool xml);
     void saveToButton();

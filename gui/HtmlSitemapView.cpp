@@ -113,6 +113,10 @@ HtmlSitemapView::HtmlSitemapView(ProcessState& process, QtAlerts& alerts, QtUiTh
 
     controller_ =
         std::make_unique<HTMLViewController>(process, *this, alerts, ui, std::move(shownSiteName));
+    connectControls(process);
+}
+
+void HtmlSitemapView::connectControls(ProcessState& process) {
     HTMLViewController& html = *controller_;
     connect(layout_, &QComboBox::activated, this,
             [&html](int index) { html.changeMapType(static_cast<size_t>(index)); });
@@ -239,6 +243,11 @@ HtmlSitemapView::StyleGroupControls HtmlSitemapView::makeGroup(const QString& ti
     form->addRow(QString(), underlineRow);
     form->addRow(QStringLiteral("Colour:"), colour);
 
+    connectGroup(controls, group);
+    return controls;
+}
+
+void HtmlSitemapView::connectGroup(const StyleGroupControls& controls, htmlstyle::Group group) {
     const auto html = [this] { return controller_.get(); };
     connect(controls.face, &QComboBox::activated, this,
             [html, group](int index) { html()->setFontFace(group, static_cast<size_t>(index)); });
@@ -266,7 +275,6 @@ HtmlSitemapView::StyleGroupControls HtmlSitemapView::makeGroup(const QString& ti
         });
         dialog->open();
     });
-    return controls;
 }
 
 void HtmlSitemapView::showGroup(const StyleGroupControls& controls, const StyleControls& state) {

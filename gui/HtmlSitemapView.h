@@ -77,6 +77,9 @@ signals:
 private:
     QSplitter* makeSplitter();
     StyleGroupControls makeGroup(const QString& title, htmlstyle::Group group, QWidget* parent);
+    // What the controls of one style group and the rest of the view do.
+    void connectGroup(const StyleGroupControls& controls, htmlstyle::Group group);
+    void connectControls(ProcessState& process);
     void showGroup(const StyleGroupControls& controls, const StyleControls& state);
     void forwardEditFields();
 

@@ -42,6 +42,29 @@ ScanViewWidget::ScanViewWidget(QWidget* mainWindow, ProcessState& process, QtAle
       addSiteAction_(addSiteAction),
       editSiteAction_(editSiteAction) {
     setObjectName(QStringLiteral("scanView"));
+    createControls();
+    layOutControls();
+    sheets_ = std::make_unique<ScanSheets>(mainWindow, [this] { driver_->cancelScan(); });
+    siteList_ = std::make_unique<ScanViewController>(process, *this, alerts);
+    siteRecords_ = std::make_unique<AddEditDeleteSites>(*siteList_, sheet, alerts);
+    filters_ = std::make_unique<ScanFilters>(
+        process, [this] { return siteList_->state().details.siteName; }, drawer, alerts);
+    driver_ = std::make_unique<ScanDriver>(process, *siteList_, *sheets_, alerts, ui);
+    sitemapRestore_ = std::make_unique<SitemapRestore>(*siteList_, alerts);
+    restoreAction_ = new QAction(QStringLiteral("Restore Previous Sitemaps"), this);
+    restoreAction_->setObjectName(QStringLiteral("restorePreviousSitemapsAction"));
+    restoreAction_->setEnabled(false);
+    sheet.connectTo(*siteRecords_);
+    drawer.connectTo(*filters_);
+    alerts.setSiteSheet(&sheet);
+    crawlSettingsSheet_ = new CrawlSettingsSheet(mainWindow, alerts, [this] {
+        return siteFolderLocation(siteList_->state().details.siteName);
+    });
+    connectControls();
+    siteList_->awakeFromNib();
+}
+
+void ScanViewWidget::createControls() {
     siteTable_ = new QListWidget(this);
     siteTable_->setObjectName(QStringLiteral("siteListTable"));
     siteTable_->setSelectionMode(QAbstractItemView::SingleSelection);
@@ -69,7 +92,13 @@ ScanViewWidget::ScanViewWidget(QWidget* mainWindow, ProcessState& process, QtAle
     scannedLinks_ = new QPlainTextEdit(this);
     scannedLinks_->setObjectName(QStringLiteral("scannedLinksViewer"));
     scannedLinks_->setReadOnly(true);
+    crawlSettingsButton_ = new QPushButton(QStringLiteral("Crawl Settings…"), this);
+    crawlSettingsButton_->setObjectName(QStringLiteral("crawlSettingsButton"));
+    crawlDelayAdvice_ = detailLabel(this, QStringLiteral("crawlDelayAdvice"));
+    crawlDelayAdvice_->setWordWrap(true);
+}
 
+void ScanViewWidget::layOutControls() {
     auto* details = new QFormLayout;
     details->addRow(QStringLiteral("Name:"), siteName_);
     details->addRow(QStringLiteral("URL:"), siteURL_);
@@ -86,37 +115,21 @@ ScanViewWidget::ScanViewWidget(QWidget* mainWindow, ProcessState& process, QtAle
     buttons->addWidget(addButton_);
     buttons->addWidget(deleteButton_);
     buttons->addWidget(filtersButton_);
-    crawlSettingsButton_ = new QPushButton(QStringLiteral("Crawl Settings…"), this);
-    crawlSettingsButton_->setObjectName(QStringLiteral("crawlSettingsButton"));
     buttons->addWidget(crawlSettingsButton_);
     buttons->addStretch();
     buttons->addWidget(scanButton_);
     auto* right = new QVBoxLayout;
     right->addLayout(details);
     right->addLayout(buttons);
-    crawlDelayAdvice_ = detailLabel(this, QStringLiteral("crawlDelayAdvice"));
-    crawlDelayAdvice_->setWordWrap(true);
     right->addWidget(crawlDelayAdvice_);
     right->addWidget(new QLabel(QStringLiteral("Pages found by the scan:"), this));
     right->addWidget(scannedLinks_, 1);
     auto* layout = new QHBoxLayout(this);
     layout->addWidget(siteTable_, 1);
     layout->addLayout(right, 2);
+}
 
-    sheets_ = std::make_unique<ScanSheets>(mainWindow, [this] { driver_->cancelScan(); });
-    siteList_ = std::make_unique<ScanViewController>(process, *this, alerts);
-    siteRecords_ = std::make_unique<AddEditDeleteSites>(*siteList_, sheet, alerts);
-    filters_ = std::make_unique<ScanFilters>(
-        process, [this] { return siteList_->state().details.siteName; }, drawer, alerts);
-    driver_ = std::make_unique<ScanDriver>(process, *siteList_, *sheets_, alerts, ui);
-    sitemapRestore_ = std::make_unique<SitemapRestore>(*siteList_, alerts);
-    restoreAction_ = new QAction(QStringLiteral("Restore Previous Sitemaps"), this);
-    restoreAction_->setObjectName(QStringLiteral("restorePreviousSitemapsAction"));
-    restoreAction_->setEnabled(false);
-    sheet.connectTo(*siteRecords_);
-    drawer.connectTo(*filters_);
-    alerts.setSiteSheet(&sheet);
-
+void ScanViewWidget::connectControls() {
     // Only the selection makes a site current. The current row alone moves by itself: a
     // list that gains focus with no current row makes its first row current.
     connect(siteTable_, &QListWidget::itemSelectionChanged, this, [this] {
@@ -132,15 +145,10 @@ ScanViewWidget::ScanViewWidget(QWidget* mainWindow, ProcessState& process, QtAle
     connect(deleteButton_, &QPushButton::clicked, this, [this] { siteRecords_->deleteSite(); });
     connect(filtersButton_, &QPushButton::clicked, this, [this] { siteList_->filterAddPanel(); });
     connect(brokenLinksButton_, &QPushButton::clicked, this, &ScanViewWidget::brokenLinksRequested);
-    crawlSettingsSheet_ = new CrawlSettingsSheet(mainWindow, alerts, [this] {
-        return siteFolderLocation(siteList_->state().details.siteName);
-    });
     connect(crawlSettingsButton_, &QPushButton::clicked, crawlSettingsSheet_,
             &CrawlSettingsSheet::openForSelectedSite);
     connect(restoreAction_, &QAction::triggered, this,
             [this] { sitemapRestore_->restorePreviousSitemaps(); });
-
-    siteList_->awakeFromNib();
 }
 
 ScanViewWidget::~ScanViewWidget() {

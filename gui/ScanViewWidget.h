@@ -69,6 +69,12 @@ signals:
     void brokenLinksRequested();
 
 private:
+    // The constructor's steps: the controls in their focus order, their layout, and what
+    // each control and action does.
+    void createControls();
+    void layOutControls();
+    void connectControls();
+
     QWidget* mainWindow_;
     FiltersDrawer& drawer_;
     QAction& addSiteAction_;

@@ -5,21 +5,16 @@
 
 #include "platform/LargeText.h"
 #include "platform/Text.h"
+#include "sitemap/LayoutMarkup.h"
 
 namespace loomcrest {
 
 namespace {
 
-constexpr std::string_view kBodyAndTable =
-    "<body>\n<table width=\"100%\" border=\"0\" cellpadding=\"10\">";
-constexpr std::string_view kTableEnd = "\n</table>\n</body>\n</html>";
-constexpr std::string_view kLineStart = "\n\t\t\t";
-constexpr std::string_view kRowStart = "\n\t<tr valign=\"top\">";
-constexpr std::string_view kCellEnd = "\n\t\t</td>";
-constexpr std::string_view kRowEnd = "\n\t</tr>";
+using namespace layoutmarkup;
+
 constexpr std::string_view kThirdCellStart = "\n\t\t<td width=\"32%\">";
 constexpr std::string_view kHalfCellStart = "\n\t\t<td width=\"49%\">";
-constexpr std::string_view kPlainCellStart = "\n\t\t<td>";
 // A cell holding only a non-breaking space; the 32% width is also used to fill two-column rows.
 constexpr std::string_view kThirdFillerCell = "\n\t\t<td width=\"32%\">\n\t\t\t&nbsp;\n\t\t</td>";
 // A last row whose only real cell is empty, as re-packing can leave one behind.
@@ -58,7 +53,7 @@ void appendCellLines(std::string& out, std::string_view cell) {
 }
 
 void appendOneColumn(std::string& out, std::span<const std::string_view> cells) {
-    const std::string cellStart = std::string(kRowStart).append(kPlainCellStart);
+    const std::string cellStart = std::string(kRowStart).append(kCellStart);
     out.append(cellStart);
     for (const std::string_view cell : cells) {
         appendCellLines(out, cell);

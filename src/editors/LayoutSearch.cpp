@@ -4,13 +4,14 @@
 #include <limits>
 
 #include "platform/LargeText.h"
+#include "sitemap/LayoutMarkup.h"
 
 namespace loomcrest::layoutsearch {
 
 namespace {
 
-constexpr std::string_view kMarker = "---LINKID:";
-constexpr std::string_view kMarkerEnd = "---";
+constexpr std::string_view kMarker = layoutmarkup::kLinkIdMarker;
+constexpr std::string_view kMarkerEnd = layoutmarkup::kLinkIdMarkerEnd;
 constexpr std::string_view kDivStart = "<div ";
 constexpr std::string_view kDivEnd = "</div>";
 

@@ -5,6 +5,7 @@
 
 #include "platform/Regex.h"
 #include "platform/Text.h"
+#include "sitemap/LayoutMarkup.h"
 
 namespace loomcrest {
 
@@ -62,10 +63,7 @@ constexpr std::string_view kHead =
     "</head>\n"
     "<body>\n";
 
-constexpr std::string_view kLineStart = "\n\t\t\t";
-constexpr std::string_view kRowOpening = "\n\t<tr valign=\"top\">\n\t\t<td>";
-constexpr std::string_view kCellSeparator = "\n\t\t</td>\n\t\t<td>";
-constexpr std::string_view kRowClosing = "\n\t\t</td>\n\t</tr>";
+using namespace layoutmarkup;
 
 // Appends `text` with "&", "<" and ">" escaped, a run of plain bytes at a time.
 void appendEscapedMarkup(std::string& out, std::string_view text) {
@@ -150,7 +148,7 @@ std::string escapeAddress(std::string_view address) {
 }
 
 std::string oneColumnPiece(std::string_view item) {
-    return "\n" + std::string(item) + "\n<div class=\"clearer\">&nbsp;</div>";
+    return "\n" + std::string(item) + std::string(kClearer);
 }
 
 std::string tablePiece(std::string_view item, int columns, int& filledCells) {

@@ -5,6 +5,7 @@
 
 #include "platform/FileSystem.h"
 #include "sitemap/HtmlSitemapFormat.h"
+#include "sitemap/LayoutMarkup.h"
 
 namespace loomcrest {
 
@@ -19,12 +20,6 @@ constexpr std::string_view kXmlHeader =
     "\thttp://www.sitemaps.org/schemas/sitemap/0.9/sitemap.xsd\">\n"
     "<!-- Created with Loomcrest -->";
 
-constexpr std::string_view kTableClosing = "\n</table>\n</body>\n</html>";
-// The cell the last separator opened is padded and closed, then the row.
-constexpr std::string_view kPaddedRowClosing = "&nbsp;</td>\n\t</tr>\n</table>\n</body>\n</html>";
-constexpr std::string_view kTwoPaddedCellsClosing =
-    "&nbsp;</td>\n\t\t<td>&nbsp;</td>\n\t</tr>\n</table>\n</body>\n</html>";
-
 std::string inFolder(const std::string& folder, std::string_view name) {
     return folder + "/" + std::string(name);
 }
@@ -36,18 +31,19 @@ std::string_view xmlSitemapHeader() {
 }
 
 std::string_view oneColumnClosing() {
-    return "\n</body>\n</html>";
+    return layoutmarkup::kOneColumnEnd;
 }
 
 std::string_view twoColumnClosing(int32_t filledCells) {
-    return filledCells == 0 ? kTableClosing : kPaddedRowClosing;
+    return filledCells == 0 ? layoutmarkup::kTableEnd : layoutmarkup::kPaddedRowEnd;
 }
 
 std::string_view threeColumnClosing(int32_t filledCells) {
     if (filledCells == 0) {
-        return kTableClosing;
+        return layoutmarkup::kTableEnd;
     }
-    return filledCells == 1 ? kTwoPaddedCellsClosing : kPaddedRowClosing;
+    // The cell the last separator opened is padded and closed, then the row.
+    return filledCells == 1 ? layoutmarkup::kTwoPaddedCellsEnd : layoutmarkup::kPaddedRowEnd;
 }
 
 WriteResult writeSitemapHeaders(const std::string& folder) {

@@ -11,6 +11,7 @@
 #include "crawler/CrawlSettingsFile.h"
 #include "support/Recorders.h"
 #include "support/TemporaryHome.h"
+#include "support/TextChecks.h"
 
 namespace loomcrest {
 namespace {
@@ -179,11 +180,6 @@ TEST(CrawlSettingsFile, AMalformedFileIsReportedAndGivesTheDefaults) {
     EXPECT_TRUE(partial.settings.fetchOnce());
     EXPECT_EQ(partial.settings.connections(), 1);
 
-    const Alert alert = unreadableCrawlSettingsAlert("/sites/A", "unknown setting \"x\"");
-    EXPECT_EQ(alert.kind, AlertKind::Information);
-    EXPECT_EQ(alert.title, "The Crawl Settings Could Not Be Read");
-    EXPECT_EQ(alert.message,
-              "/sites/A/crawl.json: unknown setting \"x\". The default settings are used.");
     const Alert unwritable =
         unwritableCrawlSettingsAlert(WriteResult::failure("/sites/A/crawl.json", "Disk full"));
     EXPECT_EQ(unwritable.kind, AlertKind::Refusal);
@@ -249,10 +245,10 @@ TEST(CrawlDelay, TheLongestDelayOfAnyGroupIsAdvice) {
     EXPECT_EQ(crawlDelayAdvice(1),
               "robots.txt asks for 1 second between requests (Crawl-delay); the scan does not "
               "wait for it. A rate of 1 request a second follows it.");
-    EXPECT_NE(crawlDelayAdvice(3).find("A rate of 0.333 requests"), std::string::npos);
-    EXPECT_NE(crawlDelayAdvice(0.4).find("0.4 seconds between"), std::string::npos);
-    EXPECT_NE(crawlDelayAdvice(0.4).find("A rate of 2.5 requests"), std::string::npos);
-    EXPECT_NE(crawlDelayAdvice(5000).find("A rate of 0.001 requests"), std::string::npos);
+    EXPECT_TRUE(test::contains(crawlDelayAdvice(3), "A rate of 0.333 requests"));
+    EXPECT_TRUE(test::contains(crawlDelayAdvice(0.4), "0.4 seconds between"));
+    EXPECT_TRUE(test::contains(crawlDelayAdvice(0.4), "A rate of 2.5 requests"));
+    EXPECT_TRUE(test::contains(crawlDelayAdvice(5000), "A rate of 0.001 requests"));
 }
 
 }  // namespace

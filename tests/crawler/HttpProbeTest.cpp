@@ -7,43 +7,28 @@
 namespace loomcrest {
 namespace {
 
-using test::TestServer;
-
-class StartUrlProbe : public testing::Test {
-protected:
-    void SetUp() override {
-        auto& routes = server.server();
-        routes.Get("/", [](const httplib::Request&, httplib::Response& res) {
-            res.set_content("<html></html>", "text/html");
-        });
-        routes.Get("/old/", [](const httplib::Request&, httplib::Response& res) {
-            res.set_redirect("/", 301);
-        });
-        routes.Get("/odd/",
-                   [](const httplib::Request&, httplib::Response& res) { res.status = 299; });
-        server.start();
-    }
-    TestServer server;
+// Only a 200 passes; other answers add their reason, no answer adds nothing.
+TEST(StartUrlProbe, OnlyA200PassesAndOtherAnswersGiveTheirReason) {
+    test::TestServer server;
+    server.server().Get("/", [](const httplib::Request&, httplib::Response& res) {
+        res.set_content("<html></html>", "text/html");
+    });
+    server.server().Get("/old/", [](const httplib::Request&, httplib::Response& res) {
+        res.set_redirect("/", 301);
+    });
+    server.server().Get("/odd/",
+                        [](const httplib::Request&, httplib::Response& res) { res.status = 299; });
+    server.start();
     ProcessState process;
     SiteScanner scanner{process};
-};
-
-TEST_F(StartUrlProbe, OnlyA200Passes) {
     EXPECT_TRUE(scanner.httpIsValid(server.url("/")));
-    EXPECT_TRUE(process.vrlmpBadLinkReasonArray.empty());
-}
-
-TEST_F(StartUrlProbe, OtherStatusesAddTheirReasonText) {
-    EXPECT_FALSE(scanner.httpIsValid(server.url("/missing/")));
-    EXPECT_FALSE(scanner.httpIsValid(server.url("/old/")));
-    EXPECT_FALSE(scanner.httpIsValid(server.url("/odd/")));
-    EXPECT_EQ(process.vrlmpBadLinkReasonArray,
-              (std::vector<std::string>{"404 - Not Found", "301 - Moved Permanently", "299 - "}));
-}
-
-TEST_F(StartUrlProbe, NoAnswerRecordsNothing) {
     EXPECT_FALSE(scanner.httpIsValid("http://127.0.0.1:1/"));
     EXPECT_TRUE(process.vrlmpBadLinkReasonArray.empty());
+    for (const char* path : {"/missing/", "/old/", "/odd/"}) {
+        EXPECT_FALSE(scanner.httpIsValid(server.url(path))) << path;
+    }
+    EXPECT_EQ(process.vrlmpBadLinkReasonArray,
+              (std::vector<std::string>{"404 - Not Found", "301 - Moved Permanently", "299 - "}));
 }
 
 }  // namespace

@@ -12,143 +12,113 @@ void PrintTo(const LinkDecision& decision, std::ostream* out) {
 
 namespace {
 
-class LinkAcceptance : public testing::Test {
-protected:
-    void SetUp() override {
+constexpr auto kDropped = LinkOutcome::Dropped;
+constexpr auto kRecorded = LinkOutcome::Recorded;
+constexpr auto kQueued = LinkOutcome::Queued;
+
+// A scanner of the site at `site`, on the page `page`, with `queued` in its list.
+struct Scanner {
+    explicit Scanner(const std::string& page = "http://host/", const std::string& queued = "",
+                     const std::string& site = "http://host/") {
         scanner.setAllowedMedia();
-        scanner.setSiteBaseURL("http://host/");
-        onPage("http://host/");
+        scanner.setSiteBaseURL(site);
+        scanner.setPageBaseURLs(page);
+        if (!queued.empty()) {
+            scanner.uniquePagesLeftMArray.append(queued);
+        }
     }
-
-    void onPage(const std::string& url) { scanner.setPageBaseURLs(url); }
-    void queued(const std::string& url) { scanner.uniquePagesLeftMArray.append(url); }
-    LinkDecision accept(const std::string& href) { return scanner.acceptLink(href); }
-
     ProcessState process;
     SiteScanner scanner{process};
 };
 
-LinkDecision decision(LinkOutcome outcome, std::string url) {
-    return LinkDecision{outcome, std::move(url), {}, {}};
+struct Acceptance {
+    std::string href;
+    LinkOutcome outcome;
+    std::string url;  // empty when dropped
+    std::string page = "http://host/";
+    std::string queued = "";
+    std::string site = "http://host/";
+};
+
+TEST(LinkAcceptance, EachHrefIsDroppedRecordedOrQueued) {
+    const std::vector<Acceptance> cases = {
+        // Resolved against the page and queued once; a bare fragment is the page itself.
+        {"page.html#top", kQueued, "http://host/a/page.html", "http://host/a/"},
+        {"page.html", kRecorded, "http://host/a/page.html", "http://host/a/",
+         "http://host/a/page.html"},
+        {"#top", kRecorded, "http://host/a/page.html", "http://host/a/page.html",
+         "http://host/a/page.html"},
+        {"", kDropped, ""},
+        {"a page.html", kDropped, ""},
+        {"http://host/%zz", kDropped, ""},
+        {"http://", kDropped, ""},
+        {"http://h", kRecorded, "http://h/"},
+        // The extension is compared from the first dot, and its case counts.
+        {"http://host/a.b/c.html", kDropped, ""},
+        {"http://host/c.HTML", kDropped, ""},
+        {"/doc.pdf", kDropped, ""},
+        {"/x.php5", kQueued, "http://host/x.php5"},
+        {"/c.html?x=1", kQueued, "http://host/c.html?x=1"},
+        // A folder and its index page are one page; index names are glued without a slash.
+        {"/dir/", kDropped, "", "http://host/", "http://host/dir/index.html"},
+        {"/dir/index.html", kRecorded, "http://host/dir/index.html", "http://host/",
+         "http://host/dir/"},
+        {"/dir", kDropped, "", "http://host/", "http://host/dirindex.php"},
+        // Host twins are one page in either order; the scheme does not decide membership.
+        {"http://www.host/x.html", kRecorded, "http://www.host/x.html", "http://host/",
+         "http://host/x.html"},
+        {"http://host/x.html", kRecorded, "http://host/x.html", "http://host/",
+         "http://www.host/x.html"},
+        {"https://www.host/a.html", kQueued, "https://www.host/a.html"},
+        // Queries are queued only behind a page name.
+        {"/p.php?a=1?b=2", kRecorded, "http://host/p.php?a=1?b=2"},
+        {"/dir/?a=1", kRecorded, "http://host/dir/?a=1"},
+        {"/page.php?id=3", kQueued, "http://host/page.php?id=3"},
+        // Off-site and above-base links are recorded; in-site is a plain prefix test.
+        {"http://other.org/x.html", kRecorded, "http://other.org/x.html",
+         "http://host/dir/index.html", "", "http://host/dir/index.html"},
+        {"../up.html", kRecorded, "http://host/up.html", "http://host/dir/index.html", "",
+         "http://host/dir/index.html"},
+        {"mailto:me@host.org", kRecorded, "mailto:me@host.org", "http://host/dir/index.html", "",
+         "http://host/dir/index.html"},
+        {"http://host/directory/x.html", kQueued, "http://host/directory/x.html", "http://host/",
+         "", "http://host/dir/"},
+        {"http://shopfront/x.html", kQueued, "http://shopfront/x.html", "http://host/", "",
+         "http://shop/"},
+        {"http://host", kQueued, "http://host/"},
+        // A site base without a slash after the host drops everything.
+        {"http://host/a.html", kDropped, "", "http://host/", "", "http://host"},
+    };
+    for (const Acceptance& each : cases) {
+        Scanner s(each.page, each.queued, each.site);
+        EXPECT_EQ(s.scanner.acceptLink(each.href), (LinkDecision{each.outcome, each.url, {}, {}}))
+            << each.href << " on " << each.page << " of " << each.site;
+        const size_t queuedNow = (each.queued.empty() ? 0 : 1) + (each.outcome == kQueued ? 1 : 0);
+        EXPECT_EQ(s.scanner.uniquePagesLeftMArray.size(), queuedNow) << each.href;
+    }
 }
 
-const LinkDecision kDropped;
-
-TEST_F(LinkAcceptance, RelativeLinksAreResolvedAndQueuedOnce) {
-    onPage("http://host/a/");
-    EXPECT_EQ(accept("page.html#top"), decision(LinkOutcome::Queued, "http://host/a/page.html"));
-    EXPECT_EQ(accept("page.html"), decision(LinkOutcome::Recorded, "http://host/a/page.html"));
-    EXPECT_EQ(scanner.uniquePagesLeftMArray.size(), 1U);
-    EXPECT_EQ(scanner.uniquePagesLeftMArray[0], "http://host/a/page.html");
+TEST(LinkAcceptance, FiltersAlwaysWinRobotsOnlyWhileObeyed) {
+    Scanner s;
+    s.scanner.loadRobotsRules("User-agent: somebot\nDisallow: /private\n");
+    EXPECT_EQ(s.scanner.acceptLink("/private/x.html").outcome, kDropped);
+    EXPECT_EQ(s.scanner.acceptLink("/a/private.html").outcome, kDropped);
+    s.scanner.ignoreRobots = true;
+    EXPECT_EQ(s.scanner.acceptLink("/private/x.html").outcome, kQueued);
+    s.scanner.filters = {"PDF"};
+    EXPECT_EQ(s.scanner.acceptLink("/files/report.pdf?x=1").outcome, kDropped);
+    EXPECT_EQ(s.scanner.acceptLink("/PdF.html").outcome, kDropped);
 }
 
-TEST_F(LinkAcceptance, ABareFragmentIsThePageItself) {
-    onPage("http://host/a/page.html");
-    queued("http://host/a/page.html");
-    EXPECT_EQ(accept("#top"), decision(LinkOutcome::Recorded, "http://host/a/page.html"));
-}
-
-TEST_F(LinkAcceptance, EmptyAndUnparsableHrefsAreDropped) {
-    EXPECT_EQ(accept(""), kDropped);
-    EXPECT_EQ(accept("a page.html"), kDropped);
-    EXPECT_EQ(accept("http://host/%zz"), kDropped);
-}
-
-TEST_F(LinkAcceptance, ExtensionRuleComparesFromTheFirstDotAndRespectsCase) {
-    EXPECT_EQ(accept("http://host/a.b/c.html"), kDropped);
-    EXPECT_EQ(accept("http://host/c.HTML"), kDropped);
-    EXPECT_EQ(accept("/doc.pdf"), kDropped);
-    EXPECT_EQ(accept("/x.php5").outcome, LinkOutcome::Queued);
-    EXPECT_EQ(accept("/c.html?x=1"), decision(LinkOutcome::Queued, "http://host/c.html?x=1"));
-}
-
-TEST_F(LinkAcceptance, AFolderIsDroppedOnceItsIndexPageIsQueued) {
-    queued("http://host/dir/index.html");
-    EXPECT_EQ(accept("/dir/"), kDropped);
-}
-
-TEST_F(LinkAcceptance, AnIndexPageIsNotQueuedOnceItsFolderIs) {
-    queued("http://host/dir/");
-    EXPECT_EQ(accept("/dir/index.html"),
-              decision(LinkOutcome::Recorded, "http://host/dir/index.html"));
-}
-
-TEST_F(LinkAcceptance, IndexNamesAreGluedWithoutASlash) {
-    queued("http://host/dirindex.php");
-    EXPECT_EQ(accept("/dir"), kDropped);
-}
-
-TEST_F(LinkAcceptance, HostTwinsAreOnePageInEitherOrder) {
-    queued("http://host/x.html");
-    EXPECT_EQ(accept("http://www.host/x.html"),
-              decision(LinkOutcome::Recorded, "http://www.host/x.html"));
-
-    SiteScanner reversed{process};
-    reversed.setAllowedMedia();
-    reversed.setSiteBaseURL("http://host/");
-    reversed.setPageBaseURLs("http://host/");
-    reversed.uniquePagesLeftMArray.append("http://www.host/x.html");
-    EXPECT_EQ(reversed.acceptLink("http://host/x.html").outcome, LinkOutcome::Recorded);
-}
-
-TEST_F(LinkAcceptance, SchemeDoesNotDecideMembership) {
-    EXPECT_EQ(accept("https://www.host/a.html"),
-              decision(LinkOutcome::Queued, "https://www.host/a.html"));
-}
-
-TEST_F(LinkAcceptance, QueriesAreQueuedOnlyBehindAPageName) {
-    EXPECT_EQ(accept("/p.php?a=1?b=2"),
-              decision(LinkOutcome::Recorded, "http://host/p.php?a=1?b=2"));
-    EXPECT_EQ(accept("/dir/?a=1"), decision(LinkOutcome::Recorded, "http://host/dir/?a=1"));
-    EXPECT_EQ(accept("/page.php?id=3"), decision(LinkOutcome::Queued, "http://host/page.php?id=3"));
-}
-
-TEST_F(LinkAcceptance, OffSiteAndAboveBaseLinksAreRecordedNotQueued) {
-    scanner.setSiteBaseURL("http://host/dir/index.html");
-    EXPECT_EQ(scanner.siteBaseURL, "http://host/dir/");
-    onPage("http://host/dir/index.html");
-    EXPECT_EQ(accept("http://other.org/x.html"),
-              decision(LinkOutcome::Recorded, "http://other.org/x.html"));
-    EXPECT_EQ(accept("../up.html"), decision(LinkOutcome::Recorded, "http://host/up.html"));
-    EXPECT_EQ(accept("mailto:me@host.org"), decision(LinkOutcome::Recorded, "mailto:me@host.org"));
-    EXPECT_TRUE(scanner.uniquePagesLeftMArray.empty());
-}
-
-TEST_F(LinkAcceptance, InSiteIsAPlainPrefixTest) {
-    scanner.setSiteBaseURL("http://host/dir/");
-    EXPECT_EQ(accept("http://host/directory/x.html").outcome, LinkOutcome::Queued);
-    scanner.setSiteBaseURL("http://shop/");
-    EXPECT_EQ(accept("http://shopfront/x.html").outcome, LinkOutcome::Queued);
-}
-
-TEST_F(LinkAcceptance, AnEmptyPathGetsASlash) {
-    EXPECT_EQ(accept("http://host"), decision(LinkOutcome::Queued, "http://host/"));
-}
-
-TEST_F(LinkAcceptance, FiltersAlwaysWinRobotsOnlyWhileObeyed) {
-    scanner.loadRobotsRules("User-agent: somebot\nDisallow: /private\n");
-    EXPECT_EQ(accept("/private/x.html"), kDropped);
-    EXPECT_EQ(accept("/a/private.html"), kDropped);
-    scanner.ignoreRobots = true;
-    EXPECT_EQ(accept("/private/x.html").outcome, LinkOutcome::Queued);
-
-    scanner.filters = {"PDF"};
-    EXPECT_EQ(accept("/files/report.pdf?x=1"), kDropped);
-    EXPECT_EQ(accept("/PdF.html"), kDropped);
-}
-
-TEST_F(LinkAcceptance, ADegeneratedSiteBaseDropsEverything) {
-    scanner.setSiteBaseURL("http://host");
-    EXPECT_EQ(scanner.siteBaseURL, "http://");
-    EXPECT_EQ(accept("http://host/a.html"), kDropped);
-}
-
-TEST_F(LinkAcceptance, PageBasesCutBackOnlyForPageNames) {
-    onPage("http://host/dir/page.html");
-    EXPECT_EQ(scanner.pageBaseURL, "http://host/dir/");
-    EXPECT_EQ(scanner.pageBaseURLUnchanged, "http://host/dir/page.html");
-    onPage("http://host/dir");
-    EXPECT_EQ(scanner.pageBaseURL, "http://host/dir");
+TEST(LinkAcceptance, BasesAreCutBackOnlyForPageNames) {
+    Scanner s("http://host/dir/page.html", "", "http://host/dir/index.html");
+    EXPECT_EQ(s.scanner.siteBaseURL, "http://host/dir/");
+    EXPECT_EQ(s.scanner.pageBaseURL, "http://host/dir/");
+    EXPECT_EQ(s.scanner.pageBaseURLUnchanged, "http://host/dir/page.html");
+    s.scanner.setPageBaseURLs("http://host/dir");
+    EXPECT_EQ(s.scanner.pageBaseURL, "http://host/dir");
+    s.scanner.setSiteBaseURL("http://host");
+    EXPECT_EQ(s.scanner.siteBaseURL, "http://");
 }
 
 }  // namespace

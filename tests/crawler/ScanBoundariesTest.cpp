@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "SiteSession.h"
+#include "crawler/CrawlSettingsFile.h"
 #include "crawler/ScanFilters.h"
 #include "crawler/SiteScanner.h"
 #include "support/ScanFixture.h"
@@ -23,9 +24,16 @@ TEST_F(ScanBoundaries, EveryAnswerFrom400OnIsBroken) {
     servePage("/bad.html", {"<title>Bad</title>", "text/html", 400});
     servePage("/gone.html", {"<title>Gone</title>", "text/html", 410});
     addSite();
-    scan();
-    EXPECT_EQ(process.vrlmpBadLinkArray,
-              (std::vector<std::string>{server.url("/bad.html"), server.url("/gone.html")}));
+    // Pages asked for twice, and asked for once.
+    for (const bool fetchOnce : {false, true}) {
+        CrawlSettings settings;
+        settings.setFetchOnce(fetchOnce);
+        ASSERT_TRUE(writeCrawlSettings(home.dataRoot() + "/Test", settings));
+        scan();
+        EXPECT_EQ(process.vrlmpBadLinkArray,
+                  (std::vector<std::string>{server.url("/bad.html"), server.url("/gone.html")}))
+            << fetchOnce;
+    }
 }
 
 TEST_F(ScanBoundaries, TheBarIsSetOnlyOnceTwoPagesAreListed) {
@@ -45,16 +53,6 @@ TEST_F(ScanBoundaries, TheBarIsSetOnlyOnceTwoPagesAreListed) {
         sheet.progressShown,
         (std::vector<ScanProgress>{
             {1, 0, 0, 5, 1}, {1, 1, 0, 2, 1}, {0, 2, 0, 2, 2}, {0, 2, 0, 2, 2}, {0, 0, 0, 5, 1}}));
-}
-
-TEST(LinkBounds, AnAddressNeedsSomethingAfterItsScheme) {
-    ProcessState process;
-    SiteScanner scanner{process};
-    scanner.setAllowedMedia();
-    scanner.setSiteBaseURL("http://host/");
-    scanner.setPageBaseURLs("http://host/");
-    EXPECT_EQ(scanner.acceptLink("http://").outcome, LinkOutcome::Dropped);
-    EXPECT_EQ(scanner.acceptLink("http://h").outcome, LinkOutcome::Recorded);
 }
 
 TEST(FilterRows, ARowPastTheLastGivesNothing) {

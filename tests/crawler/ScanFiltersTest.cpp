@@ -11,10 +11,7 @@
 namespace loomcrest {
 namespace {
 
-using test::fileContents;
-using test::RecordingAlerts;
-using test::TemporaryHome;
-using test::writeFile;
+using namespace test;
 
 class RecordingFilterView : public FilterView {
 public:

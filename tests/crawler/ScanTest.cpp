@@ -1,22 +1,28 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
+#include "crawler/CrawlSettingsFile.h"
 #include "sitemap/HtmlSitemapFormat.h"
+#include "sitemap/LayoutMarkup.h"
 #include "sitemap/SitemapFiles.h"
 #include "sitemap/XmlSitemapFormat.h"
 #include "support/RawHttpServer.h"
 #include "support/ScanFixture.h"
+#include "support/TextChecks.h"
 
 namespace loomcrest {
 namespace {
 
 using test::TestPage;
 
-const std::string kClearer = "\n<div class=\"clearer\">&nbsp;</div>";
-const std::string kRowOpening = "\n\t<tr valign=\"top\">\n\t\t<td>";
-const std::string kCellSeparator = "\n\t\t</td>\n\t\t<td>";
-const std::string kRowClosing = "\n\t\t</td>\n\t</tr>";
-const std::string kOneColumnEnd = "\n</body>\n</html>";
-const std::string kTableEnd = "\n</table>\n</body>\n</html>";
+const std::string kClearer(layoutmarkup::kClearer);
+const std::string kRowOpening(layoutmarkup::kRowOpening);
+const std::string kCellSeparator(layoutmarkup::kCellSeparator);
+const std::string kRowClosing(layoutmarkup::kRowClosing);
+const std::string kOneColumnEnd(layoutmarkup::kOneColumnEnd);
+const std::string kTableEnd(layoutmarkup::kTableEnd);
+const std::string kPaddedRowEnd(layoutmarkup::kPaddedRowEnd);
 
 std::string head() {
     return std::string(htmlSitemapHead());
@@ -48,22 +54,19 @@ TEST_F(Scan, ASmallSiteBecomesItsSixLayoutsXmlAndStatistics) {
                                   linkLine("http://other.org/x.html", 5, "Off");
     const std::string titleA = pageTitleLine(url("/a.html"), 6, "A & co");
     const std::string blockA = titleA + linkLine(home, 8, "Home");
-    EXPECT_NE(titleA.find("A &amp; co"), std::string::npos);
+    EXPECT_TRUE(test::contains(titleA, "A &amp; co"));
 
-    EXPECT_EQ(siteFile("sitemap1cpo.html"),
-              head() + "\n" + titleHome + kClearer + "\n" + titleA + kClearer + kOneColumnEnd);
-    EXPECT_EQ(siteFile("sitemap2cpo.html"), tableHead() + kRowOpening + titleHome + kCellSeparator +
-                                                titleA + kRowClosing + kTableEnd);
-    EXPECT_EQ(siteFile("sitemap3cpo.html"), tableHead() + kRowOpening + titleHome + kCellSeparator +
-                                                titleA + kCellSeparator +
-                                                "&nbsp;</td>\n\t</tr>\n</table>\n</body>\n</html>");
-    EXPECT_EQ(siteFile("sitemap1c.html"),
-              head() + "\n" + blockHome + kClearer + "\n" + blockA + kClearer + kOneColumnEnd);
-    EXPECT_EQ(siteFile("sitemap2c.html"), tableHead() + kRowOpening + blockHome + kCellSeparator +
-                                              blockA + kRowClosing + kTableEnd);
-    EXPECT_EQ(siteFile("sitemap3c.html"), tableHead() + kRowOpening + blockHome + kCellSeparator +
-                                              blockA + kCellSeparator +
-                                              "&nbsp;</td>\n\t</tr>\n</table>\n</body>\n</html>");
+    // The pages-only layouts hold the title lines, the all-links ones the page blocks.
+    for (const auto& [kind, first, second] :
+         {std::tuple{"cpo", titleHome, titleA}, std::tuple{"c", blockHome, blockA}}) {
+        const std::string row = kRowOpening + first + kCellSeparator + second;
+        EXPECT_EQ(siteFile("sitemap1" + std::string(kind) + ".html"),
+                  head() + "\n" + first + kClearer + "\n" + second + kClearer + kOneColumnEnd);
+        EXPECT_EQ(siteFile("sitemap2" + std::string(kind) + ".html"),
+                  tableHead() + row + kRowClosing + kTableEnd);
+        EXPECT_EQ(siteFile("sitemap3" + std::string(kind) + ".html"),
+                  tableHead() + row + kCellSeparator + kPaddedRowEnd);
+    }
     EXPECT_EQ(siteFile("sitemap.xml"), std::string(xmlSitemapHeader()) +
                                            xmlSitemapEntry(home, "2024-05-17") +
                                            xmlSitemapEntry(url("/a.html"), "") + "\n</urlset>");
@@ -101,9 +104,9 @@ TEST_F(Scan, EachPageIsRequestedInTheOrderTheCrawlNeedsIt) {
                             }));
     EXPECT_EQ(siteFile("sitemap1c.html"),
               head() + "\n" + pageTitleLine(url("/"), 0, "Only") + kClearer + kOneColumnEnd);
-    EXPECT_EQ(siteFile("sitemap3c.html"),
-              tableHead() + kRowOpening + pageTitleLine(url("/"), 0, "Only") + kCellSeparator +
-                  "&nbsp;</td>\n\t\t<td>&nbsp;</td>\n\t</tr>" + kTableEnd);
+    EXPECT_EQ(siteFile("sitemap3c.html"), tableHead() + kRowOpening +
+                                              pageTitleLine(url("/"), 0, "Only") + kCellSeparator +
+                                              std::string(layoutmarkup::kTwoPaddedCellsEnd));
     EXPECT_FALSE(pathExists(home.dataRoot() + "/Test/badLinks.txt"));
 }
 
@@ -159,31 +162,36 @@ std::unique_ptr<test::RawHttpServer> oddQueryServer() {
     });
 }
 
-TEST_F(Scan, FourQueryMarksWarnOnceAndContinue) {
+// With one connection or eight, the warning comes once and its answer decides.
+TEST_F(Scan, FourQueryMarksWarnOnceAndTheAnswerDecides) {
     const auto odd = oddQueryServer();
     addSiteAt(odd->url("/index.php?a=1?b=2?c=3?d=4"));
-    scan();
-    ASSERT_EQ(alerts.shown.size(), 1U);
-    const Alert& warning = alerts.shown[0];
-    EXPECT_EQ(warning.title, "There may be an issue with the site you are scanning.");
-    EXPECT_EQ(warning.message,
-              "URL parameters have been found containing multiple ?s which may be invalid.");
-    EXPECT_EQ(warning.defaultButton, "Continue");
-    EXPECT_EQ(warning.otherButton, "Cancel Scan");
-    EXPECT_EQ(siteView.state().details.pagesFound, "2");
-    EXPECT_EQ(siteView.state().details.linksScanned, "2") << "p.html answers as well";
-}
-
-TEST_F(Scan, CancellingAtTheWarningStopsBeforeThePage) {
-    const auto odd = oddQueryServer();
-    addSiteAt(odd->url("/index.php?a=1?b=2?c=3?d=4"));
-    alerts.answers.push_back(kOtherButtonCode);
-    scan();
-    EXPECT_EQ(alerts.shown.size(), 1U);
-    EXPECT_EQ(siteFile("sitemap1c.html"), head() + kOneColumnEnd);
-    EXPECT_EQ(siteFile("sitemap.xml"), std::string(xmlSitemapHeader()) + "\n</urlset>");
-    EXPECT_EQ(siteFile("sitemap2c.html"), tableHead() + kTableEnd);
-    EXPECT_EQ(siteView.state().details.linksScanned, "0");
+    for (const int connections : {1, 8}) {
+        CrawlSettings settings;
+        settings.setConnections(connections);
+        ASSERT_TRUE(writeCrawlSettings(home.dataRoot() + "/Test", settings));
+        for (const int answer : {kDefaultButtonCode, kOtherButtonCode}) {
+            alerts.shown.clear();
+            alerts.answers.push_back(answer);
+            scan();
+            ASSERT_EQ(alerts.shown.size(), 1U);
+            const Alert& warning = alerts.shown[0];
+            EXPECT_EQ(warning.title, "There may be an issue with the site you are scanning.");
+            EXPECT_EQ(warning.message,
+                      "URL parameters have been found containing multiple ?s which may be "
+                      "invalid.");
+            EXPECT_EQ(warning.defaultButton, "Continue");
+            EXPECT_EQ(warning.otherButton, "Cancel Scan");
+            const bool goOn = answer == kDefaultButtonCode;
+            EXPECT_EQ(siteView.state().details.pagesFound, goOn ? "2" : "1");
+            EXPECT_EQ(siteView.state().details.linksScanned, goOn ? "2" : "0")
+                << "p.html answers as well";
+        }
+        // Cancelled before the page: every file closed with nothing in it.
+        EXPECT_EQ(siteFile("sitemap1c.html"), head() + kOneColumnEnd);
+        EXPECT_EQ(siteFile("sitemap.xml"), std::string(xmlSitemapHeader()) + "\n</urlset>");
+        EXPECT_EQ(siteFile("sitemap2c.html"), tableHead() + kTableEnd);
+    }
 }
 
 TEST_F(Scan, CancelInTheMiddleOfAPageKeepsWhatWasSeen) {
@@ -220,14 +228,11 @@ TEST_F(Scan, ARedirectingStartUrlIsRefused) {
 }
 
 TEST_F(Scan, ANotAnsweringStartUrlShowsCodeZeroAndTheReason) {
-    createFolder(siteFolderLocation("Test"));
-    createSiteFile("Test", "http://127.0.0.1:1/");
-    siteView.awakeFromNib();
-    siteView.selectRow(0);
+    addSiteAt("http://127.0.0.1:1/");
     scan();
     ASSERT_EQ(alerts.shown.size(), 1U);
     EXPECT_EQ(alerts.shown[0].message, "Error Code: 0 - \nConnection refused");
-    EXPECT_TRUE(process.vrlmpBadLinkReasonArray.empty());
+    EXPECT_TRUE(process.vrlmpBadLinkReasonArray.empty()) << "no answer, no reason recorded";
 }
 
 TEST_F(Scan, RobotsRulesAreObeyedUnlessIgnoredAndFiltersAlwaysApply) {

@@ -10,67 +10,63 @@
 #include "platform/HtmlDocument.h"
 #include "platform/Text.h"
 #include "sitemap/HtmlSitemapFormat.h"
+#include "sitemap/LayoutMarkup.h"
 #include "sitemap/SitemapFiles.h"
 
 namespace loomcrest {
 namespace {
 
-const std::string kHead =
-    "<!DOCTYPE html PUBLIC \"-//W3C//DTD XHTML 1.0 Transitional//EN\" "
-    "\"http://www.w3.org/TR/xhtml1/DTD/xhtml1-transitional.dtd\">\n"
-    "<html xmlns=\"http://www.w3.org/1999/xhtml\" xml:lang=\"en\" lang=\"en\">\n"
-    "<head>\n"
-    "\t<meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\"/>\n"
-    "\t<title>Sitemap</title>\n"
-    "</head>\n";
-const std::string kTableStart = "<body>\n<table width=\"100%\" border=\"0\" cellpadding=\"10\">";
-const std::string kTableEnd = "\n</table>\n</body>\n</html>";
+using namespace layoutmarkup;
+
+const std::string kHead = "<html>\n<head></head>\n";
 
 // Lines as a scan writes them, without the line feed and tabs in front.
-const std::string kP1 =
-    "<div class=\"zplPageTitle\"><a href=\"http://h/---LINKID:1---\">Home<!-- LINKID: 1 --></a>"
-    "</div>";
-const std::string kP2 =
-    "<div class=\"zplPageLink\"><a href=\"http://h/a.html---LINKID:2---\">About &amp; us"
-    "<!-- LINKID: 2 --></a></div>";
-const std::string kP3 =
-    "<div class=\"zplPageTitle\"><a href=\"http://h/b.html?x=1&amp;y=2---LINKID:3---\">B"
-    "<!-- LINKID: 3 --></a></div>";
-const std::string kP4 =
-    "<div class=\"zplPageTitle\"><a href=\"http://h/c.html---LINKID:4---\">C<!-- LINKID: 4 -->"
-    "</a></div>";
-const std::string kP5 =
-    "<div class=\"zplPageTitle\"><a href=\"http://h/d.html---LINKID:5---\">D<!-- LINKID: 5 -->"
-    "</a></div>";
-const std::string kP6 =
-    "<div class=\"zplPageLink\"><a href=\"http://h/e.html---LINKID:6---\">E<!-- LINKID: 6 -->"
-    "</a></div>";
-const std::string kP7 =
-    "<div class=\"zplPageTitle\"><a href=\"http://h/f.html---LINKID:7---\">F<!-- LINKID: 7 -->"
-    "</a></div>";
+std::string titleDiv(int n, const std::string& address, const std::string& title) {
+    return pageTitleLine(address, n, title).substr(kLineStart.size());
+}
+const std::string kP1 = titleDiv(1, "http://h/", "Home");
+const std::string kP2 = linkLine("http://h/a.html", 2, "About & us").substr(kLineStart.size());
+const std::string kP3 = titleDiv(3, "http://h/b.html?x=1&amp;y=2", "B");
+const std::string kP4 = titleDiv(4, "http://h/c.html", "C");
+const std::string kP5 = titleDiv(5, "http://h/d.html", "D");
+const std::string kP6 = linkLine("http://h/e.html", 6, "E").substr(kLineStart.size());
+const std::string kP7 = titleDiv(7, "http://h/f.html", "F");
 
 std::string line(const std::string& div) {
-    return "\n\t\t\t" + div;
+    return std::string(kLineStart) + div;
 }
 
 // A full table row as a scan writes it; an empty item is a cell whose lines were deleted.
 std::string row(std::initializer_list<std::string> items) {
-    std::string text = "\n\t<tr valign=\"top\">\n\t\t<td>";
+    std::string text(kRowOpening);
     bool first = true;
     for (const std::string& item : items) {
-        text += (first ? "" : "\n\t\t</td>\n\t\t<td>") + item;
+        text += (first ? "" : std::string(kCellSeparator)) + item;
         first = false;
     }
-    return text + "\n\t\t</td>\n\t</tr>";
+    return text + std::string(kRowClosing);
 }
 
-std::string layout(const std::string& rows, const std::string& closing) {
-    return kHead + kTableStart + rows + closing;
+std::string layout(const std::string& rows, std::string_view closing = kTableEnd) {
+    return kHead + std::string(kBodyAndTable) + rows + std::string(closing);
 }
 
-// A cell as a scan writes it.
+// A cell as a scan writes it, and as a re-pack writes it with a width; "" for a filler.
 std::string cell(const std::string& lines) {
-    return "<td>" + lines + "\n\t\t</td>";
+    return "<td>" + lines + std::string(kCellEnd);
+}
+std::string wide(const char* width, const std::string& div) {
+    const std::string lines = div.empty() ? "\n\t\t\t&nbsp;" : div == "-" ? "" : line(div);
+    return std::string("\n\t\t<td") + (*width ? " width=\"" + std::string(width) + "%\"" : "") +
+           ">" + lines + std::string(kCellEnd);
+}
+std::string packedRow(const char* width, std::initializer_list<std::string> divs,
+                      const char* fillerWidth = "32") {
+    std::string text(kRowStart);
+    for (const std::string& div : divs) {
+        text += wide(div.empty() ? fillerWidth : width, div);
+    }
+    return text + std::string(kRowEnd);
 }
 
 std::vector<std::string> texts(const std::vector<std::string_view>& cells) {
@@ -82,23 +78,24 @@ std::string rebuilt(std::string_view head, int columns, const std::vector<std::s
     return rebuiltLayout(head, columns, views);
 }
 
+std::string repacked(const std::string& scanned, int columns, bool expectRemoved = true) {
+    bool removed = !expectRemoved;
+    const std::string text = rebuiltLayout(kHead, columns, cellsToKeep(scanned, removed));
+    EXPECT_EQ(removed, expectRemoved) << scanned;
+    return text;
+}
+
 TEST(LayoutRebuild, CellWalkDropsEmptyCellsButSkipsTheOneThatMovedUp) {
     bool removed = true;
     EXPECT_EQ(texts(cellsToKeep("", removed)), std::vector<std::string>{});
     EXPECT_FALSE(removed);
-
-    const std::string full = layout(row({line(kP1), line(kP2)}), kTableEnd);
-    EXPECT_EQ(texts(cellsToKeep(full, removed)),
-              (std::vector<std::string>{cell(line(kP1)), cell(line(kP2))}));
+    const std::vector<std::string> both = {cell(line(kP1)), cell(line(kP2))};
+    EXPECT_EQ(texts(cellsToKeep(layout(row({line(kP1), line(kP2)})), removed)), both);
     EXPECT_FALSE(removed);
-
-    const std::string lastEmpty = layout(row({line(kP1), line(kP2), ""}), kTableEnd);
-    EXPECT_EQ(texts(cellsToKeep(lastEmpty, removed)),
-              (std::vector<std::string>{cell(line(kP1)), cell(line(kP2))}));
+    EXPECT_EQ(texts(cellsToKeep(layout(row({line(kP1), line(kP2), ""})), removed)), both);
     EXPECT_TRUE(removed);
-
     const std::string twoEmpty =
-        layout(row({line(kP1), "", ""}) + row({line(kP4), line(kP5), line(kP6)}), kTableEnd);
+        layout(row({line(kP1), "", ""}) + row({line(kP4), line(kP5), line(kP6)}));
     EXPECT_EQ(texts(cellsToKeep(twoEmpty, removed)),
               (std::vector<std::string>{cell(line(kP1)), "<td>\n\t\t</td>", cell(line(kP4)),
                                         cell(line(kP5)), cell(line(kP6))}));
@@ -108,8 +105,8 @@ TEST(LayoutRebuild, CellWalkDropsEmptyCellsButSkipsTheOneThatMovedUp) {
 TEST(LayoutRebuild, ThreeColumnsRepackAfterTheFifthOfSevenCellsEmptied) {
     const std::string scanned =
         layout(row({line(kP1), line(kP2), line(kP3)}) + row({line(kP4), "", line(kP6)}) +
-                   "\n\t<tr valign=\"top\">\n\t\t<td>" + line(kP7) + "\n\t\t</td>\n\t\t<td>",
-               "&nbsp;</td>\n\t\t<td>&nbsp;</td>\n\t</tr>\n</table>\n</body>\n</html>");
+                   std::string(kRowOpening) + line(kP7) + std::string(kCellSeparator),
+               kTwoPaddedCellsEnd);
     bool removed = false;
     const auto cells = cellsToKeep(scanned, removed);
     EXPECT_TRUE(removed);
@@ -119,71 +116,25 @@ TEST(LayoutRebuild, ThreeColumnsRepackAfterTheFifthOfSevenCellsEmptied) {
                                 cell(line(kP6)), cell(line(kP7)), "<td>&nbsp;</td>"}));
     // Its row, one empty cell and two fillers, is taken out again, all but "\n\t".
     EXPECT_EQ(rebuiltLayout(kHead, 3, cells),
-              kHead + kTableStart + "\n\t<tr valign=\"top\">\n\t\t<td width=\"32%\">\n\t\t\t" +
-                  kP1 + "\n\t\t</td>\n\t\t<td width=\"32%\">\n\t\t\t" + kP2 +
-                  "\n\t\t</td>\n\t\t<td width=\"32%\">\n\t\t\t" + kP3 +
-                  "\n\t\t</td>\n\t</tr>"
-                  "\n\t<tr valign=\"top\">\n\t\t<td width=\"32%\">\n\t\t\t" +
-                  kP4 + "\n\t\t</td>\n\t\t<td width=\"32%\">\n\t\t\t" + kP6 +
-                  "\n\t\t</td>\n\t\t<td width=\"32%\">\n\t\t\t" + kP7 +
-                  "\n\t\t</td>\n\t</tr>"
-                  "\n\t"
-                  "\n</table>\n</body>\n</html>");
+              layout(packedRow("32", {kP1, kP2, kP3}) + packedRow("32", {kP4, kP6, kP7}) + "\n\t"));
 }
 
-TEST(LayoutRebuild, ThreeColumnsFillTheLastRow) {
-    const std::string scanned =
-        layout(row({line(kP1), line(kP2), line(kP3)}) + row({line(kP4), line(kP5), ""}), kTableEnd);
-    bool removed = false;
-    EXPECT_EQ(rebuiltLayout(kHead, 3, cellsToKeep(scanned, removed)),
-              kHead + kTableStart + "\n\t<tr valign=\"top\">\n\t\t<td width=\"32%\">\n\t\t\t" +
-                  kP1 + "\n\t\t</td>\n\t\t<td width=\"32%\">\n\t\t\t" + kP2 +
-                  "\n\t\t</td>\n\t\t<td width=\"32%\">\n\t\t\t" + kP3 +
-                  "\n\t\t</td>\n\t</tr>"
-                  "\n\t<tr valign=\"top\">\n\t\t<td width=\"32%\">\n\t\t\t" +
-                  kP4 + "\n\t\t</td>\n\t\t<td width=\"32%\">\n\t\t\t" + kP5 +
-                  "\n\t\t</td>\n\t\t<td width=\"32%\">\n\t\t\t&nbsp;\n\t\t</td>\n\t</tr>"
-                  "\n</table>\n</body>\n</html>");
-    EXPECT_TRUE(removed);
-
-    EXPECT_EQ(rebuilt(kHead, 3, {cell(line(kP1))}),
-              kHead + kTableStart + "\n\t<tr valign=\"top\">\n\t\t<td width=\"32%\">\n\t\t\t" +
-                  kP1 +
-                  "\n\t\t</td>\n\t\t<td width=\"32%\">\n\t\t\t&nbsp;\n\t\t</td>"
-                  "\n\t\t<td width=\"32%\">\n\t\t\t&nbsp;\n\t\t</td>\n\t</tr>"
-                  "\n</table>\n</body>\n</html>");
-    EXPECT_EQ(rebuiltLayout(kHead, 3, {}), kHead + kTableStart + "\n</table>\n</body>\n</html>");
-}
-
-TEST(LayoutRebuild, ThreeColumnsDropALastRowWhoseOnlyCellIsEmpty) {
+TEST(LayoutRebuild, RowsOfOneTwoAndThreeColumns) {
+    // Three columns fill the last row; two end an odd count with a narrow filler.
+    EXPECT_EQ(
+        repacked(layout(row({line(kP1), line(kP2), line(kP3)}) + row({line(kP4), line(kP5), ""})),
+                 3),
+        layout(packedRow("32", {kP1, kP2, kP3}) + packedRow("32", {kP4, kP5, ""})));
+    EXPECT_EQ(rebuilt(kHead, 3, {cell(line(kP1))}), layout(packedRow("32", {kP1, "", ""})));
+    EXPECT_EQ(rebuiltLayout(kHead, 3, {}), layout(""));
+    EXPECT_EQ(repacked(layout(row({line(kP1), line(kP2)}) + row({"", line(kP4)})), 2),
+              layout(packedRow("49", {kP1, kP2}) + packedRow("49", {kP4, ""})));
+    // A last row whose only cell is empty goes with three columns and stays with two.
     EXPECT_EQ(rebuilt(kHead, 3, {cell(line(kP1)), cell(line(kP2)), cell(line(kP3)), cell("")}),
-              kHead + kTableStart + "\n\t<tr valign=\"top\">\n\t\t<td width=\"32%\">\n\t\t\t" +
-                  kP1 + "\n\t\t</td>\n\t\t<td width=\"32%\">\n\t\t\t" + kP2 +
-                  "\n\t\t</td>\n\t\t<td width=\"32%\">\n\t\t\t" + kP3 +
-                  "\n\t\t</td>\n\t</tr>"
-                  "\n\t"
-                  "\n</table>\n</body>\n</html>");
-}
-
-TEST(LayoutRebuild, TwoColumnsEndAnOddCountWithANarrowFiller) {
-    const std::string scanned =
-        layout(row({line(kP1), line(kP2)}) + row({"", line(kP4)}), kTableEnd);
-    bool removed = false;
-    EXPECT_EQ(rebuiltLayout(kHead, 2, cellsToKeep(scanned, removed)),
-              kHead + kTableStart + "\n\t<tr valign=\"top\">\n\t\t<td width=\"49%\">\n\t\t\t" +
-                  kP1 + "\n\t\t</td>\n\t\t<td width=\"49%\">\n\t\t\t" + kP2 +
-                  "\n\t\t</td>\n\t</tr>"
-                  "\n\t<tr valign=\"top\">\n\t\t<td width=\"49%\">\n\t\t\t" +
-                  kP4 +
-                  "\n\t\t</td>\n\t\t<td width=\"32%\">\n\t\t\t&nbsp;\n\t\t</td>\n\t</tr>"
-                  "\n</table>\n</body>\n</html>");
-    EXPECT_TRUE(removed);
-}
-
-TEST(LayoutRebuild, TwoColumnsKeepARowWhoseOnlyCellIsEmpty) {
+              layout(packedRow("32", {kP1, kP2, kP3}) + "\n\t"));
     const std::string scanned = layout(row({line(kP1), line(kP2)}) + row({line(kP3), line(kP4)}) +
-                                           "\n\t<tr valign=\"top\">\n\t\t<td>\n\t\t</td>\n\t\t<td>",
-                                       "&nbsp;</td>\n\t</tr>\n</table>\n</body>\n</html>");
+                                           std::string(kRowOpening) + std::string(kCellSeparator),
+                                       kPaddedRowEnd);
     bool removed = false;
     const auto cells = cellsToKeep(scanned, removed);
     EXPECT_TRUE(removed);
@@ -191,40 +142,24 @@ TEST(LayoutRebuild, TwoColumnsKeepARowWhoseOnlyCellIsEmpty) {
               (std::vector<std::string>{cell(line(kP1)), cell(line(kP2)), cell(line(kP3)),
                                         cell(line(kP4)), "<td>&nbsp;</td>"}));
     EXPECT_EQ(rebuiltLayout(kHead, 2, cells),
-              kHead + kTableStart + "\n\t<tr valign=\"top\">\n\t\t<td width=\"49%\">\n\t\t\t" +
-                  kP1 + "\n\t\t</td>\n\t\t<td width=\"49%\">\n\t\t\t" + kP2 +
-                  "\n\t\t</td>\n\t</tr>"
-                  "\n\t<tr valign=\"top\">\n\t\t<td width=\"49%\">\n\t\t\t" +
-                  kP3 + "\n\t\t</td>\n\t\t<td width=\"49%\">\n\t\t\t" + kP4 +
-                  "\n\t\t</td>\n\t</tr>"
-                  "\n\t<tr valign=\"top\">\n\t\t<td width=\"49%\">"
-                  "\n\t\t</td>\n\t\t<td width=\"32%\">\n\t\t\t&nbsp;\n\t\t</td>\n\t</tr>"
-                  "\n</table>\n</body>\n</html>");
-}
-
-TEST(LayoutRebuild, OneColumnPutsEachCellInARowOfItsOwn) {
+              layout(packedRow("49", {kP1, kP2}) + packedRow("49", {kP3, kP4}) +
+                     packedRow("49", {"-", ""})));
+    // One column puts each cell in a row of its own.
     EXPECT_EQ(rebuilt(kHead, 1, {cell(line(kP1) + line(kP2)), cell(line(kP3))}),
-              kHead + kTableStart + "\n\t<tr valign=\"top\">\n\t\t<td>\n\t\t\t" + kP1 + "\n\t\t\t" +
-                  kP2 +
-                  "\n\t\t</td>\n\t</tr>"
-                  "\n\t<tr valign=\"top\">\n\t\t<td>\n\t\t\t" +
-                  kP3 +
-                  "\n\t\t</td>\n\t</tr>"
-                  "\n</table>\n</body>\n</html>");
+              layout(std::string(kRowStart) + wide("", kP1 + line(kP2)) + std::string(kRowEnd) +
+                     packedRow("", {kP3})));
 }
 
 TEST(LayoutRebuild, LinesKeepTheirBytes) {
     const std::string link =
         "<div class=\"zplPageLink\"><a href=\"http://h/caf%C3%A9.html?a=1&b=2---LINKID:12---\">"
         "Caf\xC3\xA9 &amp; &lt;b&gt; \"Bar\"\n\xC2\xA0x<!-- LINKID: 12 --></a></div>";
-    const std::string scanned = layout(row({line(kP2) + line(link), ""}), kTableEnd);
     bool removed = false;
-    const auto cells = cellsToKeep(scanned, removed);
+    const auto cells = cellsToKeep(layout(row({line(kP2) + line(link), ""})), removed);
     EXPECT_EQ(texts(cells), std::vector<std::string>{cell(line(kP2) + line(link))});
     EXPECT_EQ(rebuiltLayout("<html>\n", 1, cells),
-              "<html>\n" + kTableStart + "\n\t<tr valign=\"top\">\n\t\t<td>\n\t\t\t" + kP2 +
-                  "\n\t\t\t" + link + "\n\t\t</td>\n\t</tr>\n</table>\n</body>\n</html>");
-
+              "<html>\n" + std::string(kBodyAndTable) + std::string(kRowStart) +
+                  wide("", kP2 + line(link)) + std::string(kRowEnd) + std::string(kTableEnd));
     // A cell left open ends where the next one starts.
     EXPECT_EQ(
         texts(cellsToKeep("<table><tr><td>" + line(link) + "<td>" + line(kP1) + "</td>", removed)),

@@ -1,35 +1,25 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QtTest>
-#include <memory>
 
 #include "CrawlSettingsSheet.h"
-#include "MainViewControl.h"
 #include "PreviewPage.h"
-#include "QtAlerts.h"
-#include "ScanViewWidget.h"
+#include "WindowTest.h"
 #include "crawler/CrawlSettingsFile.h"
 #include "sites/DataPaths.h"
 #include "sites/SiteFile.h"
-#include "support/TemporaryHome.h"
-#include "support/TestServer.h"
 
 using namespace loomcrest;
 using namespace loomcrest::gui;
 
 // The scan view's "Crawl Settings…" sheet, driven with the mouse and the keyboard.
-class CrawlSettingsSheetTest : public QObject {
+class CrawlSettingsSheetTest : public test::WindowTest {
     Q_OBJECT
 
 private:
-    std::unique_ptr<test::TemporaryHome> home_;
-    std::unique_ptr<MainViewControl> window_;
-
-    ScanViewWidget& scan() { return window_->scanView(); }
     CrawlSettingsSheet& sheet() { return *scan().crawlSettingsSheet(); }
     std::string settingsPath() { return siteFolderLocation("Site") + "/crawl.json"; }
 
@@ -37,10 +27,7 @@ private:
         createFolderWithParents(siteFolderLocation("Site"));
         createSiteFile("Site", url);
         scan().siteList().reloadSiteList();
-        const auto items = scan().siteTable()->findItems(QStringLiteral("Site"), Qt::MatchExactly);
-        QVERIFY(!items.isEmpty());
-        QTest::mouseClick(scan().siteTable()->viewport(), Qt::LeftButton, {},
-                          scan().siteTable()->visualItemRect(items.first()).center());
+        selectSite(QStringLiteral("Site"));
         QTRY_VERIFY(scan().crawlSettingsButton()->isEnabled());
     }
 
@@ -58,17 +45,10 @@ private:
 
 private slots:
     void init() {
-        home_ = std::make_unique<test::TemporaryHome>();
-        QtAlerts::forgetShownAlerts();
-        QtAlerts::queueAnswers({});
-        window_ = std::make_unique<MainViewControl>();
-        window_->show();
-        QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
+        useFreshHome();
+        openWindow();
     }
-    void cleanup() {
-        window_.reset();
-        home_.reset();
-    }
+    void cleanup() { closeWindow(); }
 
     void theButtonWaitsForASite() {
         QVERIFY(!scan().crawlSettingsButton()->isEnabled());

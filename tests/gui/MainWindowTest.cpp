@@ -6,49 +6,38 @@
 #include <QDBusInterface>
 #include <QDBusPendingCall>
 #include <QDesktopServices>
-#include <QDialog>
 #include <QFileDialog>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QProgressDialog>
 #include <QPushButton>
-#include <QSettings>
 #include <QStackedWidget>
 #include <QTableWidget>
-#include <QTemporaryDir>
-#include <QtTest>
-#include <memory>
 
 #include "BrokenLinksViewWidget.h"
 #include "ExportViewWidget.h"
 #include "FiltersDrawer.h"
 #include "GlobalControls.h"
-#include "MainViewControl.h"
 #include "PreviewPage.h"
-#include "QtAlerts.h"
 #include "ScanSheets.h"
-#include "ScanViewWidget.h"
 #include "Screenshots.h"
 #include "SiteSheetDialog.h"
-#include "app/ProcessState.h"
+#include "WindowTest.h"
 #include "app/URLCommand.h"
 #include "platform/FolderLock.h"
 #include "sites/DataPaths.h"
 #include "sites/SiteFile.h"
 #include "support/RawHttpServer.h"
-#include "support/TemporaryHome.h"
 #include "support/TestServer.h"
 
 using namespace loomcrest;
 using namespace loomcrest::gui;
 
-// Drives the real main window under Xvfb. Every alert is answered from a queue, so no test
-// waits for a person.
 // Takes the place of the browser: the addresses the window asked to open.
 class UrlRecorder : public QObject {
     Q_OBJECT
@@ -59,20 +48,11 @@ public:
     QList<QUrl> urls;
 };
 
-class MainWindowTest : public QObject {
+// The main window driven by real mouse and keyboard events.
+class MainWindowTest : public test::WindowTest {
     Q_OBJECT
 
 private:
-    std::unique_ptr<test::TemporaryHome> home_;
-    std::unique_ptr<MainViewControl> window_;
-
-    // Shortcuts and focus need the window to be the active one, as it is for a person.
-    void openWindow() {
-        window_ = std::make_unique<MainViewControl>();
-        window_->show();
-        window_->activateWindow();
-        QTRY_COMPARE(QApplication::activeWindow(), window_.get());
-    }
     // Sites written before the window opens, as an earlier run left them.
     void reopenWithSites(const std::vector<std::string>& names) {
         window_.reset();
@@ -82,14 +62,6 @@ private:
         }
         openWindow();
     }
-    ScanViewWidget& scan() { return window_->scanView(); }
-    // Shortcuts reach the active window only. Without a window manager (Xvfb) nothing gives
-    // the window back its activation after a sheet has closed.
-    void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-        window_->activateWindow();
-        QTRY_COMPARE(QApplication::activeWindow(), window_.get());
-        QTest::keyClick(window_.get(), static_cast<Qt::Key>(key), modifiers);
-    }
     void addSite(const QString& name, const QString& url) {
         press(Qt::Key_N, Qt::ControlModifier);
         SiteSheetDialog& sheet = window_->siteSheet();
@@ -97,15 +69,6 @@ private:
         QTest::keyClicks(sheet.nameField(), name);
         QTest::keyClicks(sheet.urlField(), url);
         QTest::mouseClick(sheet.defaultButton(), Qt::LeftButton);
-    }
-    // A click on the site's name in the list.
-    void selectSite(const QString& name) {
-        QListWidget* list = scan().siteTable();
-        const auto items = list->findItems(name, Qt::MatchExactly);
-        QVERIFY(!items.isEmpty());
-        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
-                          list->visualItemRect(items.first()).center());
-        QTRY_COMPARE(QString::fromStdString(window_->processState().vrlmpCurSite), name);
     }
     // A click in the empty part of the list, under the names.
     void clickBelowTheNames() {
@@ -169,22 +132,22 @@ private:
 private slots:
     void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
     void init() {
-        home_ = std::make_unique<test::TemporaryHome>();
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
-                           QString::fromStdString(home_->path() + "/.config"));
-        QtAlerts::forgetShownAlerts();
-        QtAlerts::queueAnswers({});
+        useFreshHome();
         openWindow();
     }
-    void cleanup() {
-        window_.reset();
-        home_.reset();
-    }
+    void cleanup() { closeWindow(); }
 
-    // The progress panels once showed themselves about four seconds after every start, and
-    // the first site was selected as soon as the list had focus.
+    // A progress dialog shows itself a few seconds after it is made unless it is reset; the
+    // panels once showed so after every start. The window idles as a person's would, well past
+    // that, with no dialog even armed to show. And the first site was selected as soon as the
+    // list had focus.
     void anIdleWindowShowsNothingElseAndSelectsNothing() {
         reopenWithSites({"Alpha", "Beta"});
+        for (const QProgressDialog* dialog : window_->findChildren<QProgressDialog*>()) {
+            for (const QTimer* timer : dialog->findChildren<QTimer*>()) {
+                QVERIFY2(!timer->isActive(), qPrintable(dialog->labelText()));
+            }
+        }
         QTest::qWait(6000);
         QCOMPARE(windowsBesides(*window_), QStringList());
         expectNothingSelected();
@@ -236,25 +199,47 @@ private slots:
         expectNothingSelected();
     }
 
-    void startsOnTheScanViewWithTheDataFolders() {
+    void withoutASiteOnlyTheScanViewWorks() {
         QCOMPARE(window_->windowTitle(), QStringLiteral("Loomcrest2"));
         QCOMPARE(window_->returnCurrentView(), 1);
         QVERIFY(QFileInfo::exists(QString::fromStdString(homeFolderLocation())));
+        QVERIFY(!scan().scanButton()->isEnabled());
+        window_->toolbarAction(MainViewControl::Export)->trigger();
         QCOMPARE(window_->exportView().sitePickerItems(),
                  QStringList{QStringLiteral("No Sites Have Been Scanned")});
-        QVERIFY(!scan().scanButton()->isEnabled());
+        QVERIFY(!window_->exportView().htmlExportButton()->isEnabled());
+        QVERIFY(!window_->exportView().xmlExportButton()->isEnabled());
+
+        QtAlerts::queueAnswers({kDefaultButtonCode, kDefaultButtonCode});
+        press(Qt::Key_2, Qt::ControlModifier);
+        QTRY_COMPARE(QtAlerts::shownAlerts().size(), size_t{1});
+        press(Qt::Key_4, Qt::ControlModifier);
+        QCOMPARE(QtAlerts::shownAlerts().size(), size_t{2});
+        QVERIFY(window_->toolbarAction(MainViewControl::Export)->isChecked());
+        QVERIFY(!window_->toolbarAction(MainViewControl::HtmlSitemap)->isChecked());
+        for (const char* view : {"HTML", "XML"}) {
+            QCOMPARE(QtAlerts::shownAlerts()[view[0] == 'X'].title,
+                     "You need to select a sitemap from the sites list to use the " +
+                         std::string(view) + " sitemap viewer.");
+        }
+        QCOMPARE(window_->returnCurrentView(), 5);
     }
 
-    void addingASiteThroughTheSheetListsIt() {
+    void aSiteAddedThroughTheSheetIsListedShownAndChanged() {
         addSite(QStringLiteral("Example"), QStringLiteral("example.com"));
         QTRY_VERIFY(!window_->siteSheet().isVisible());
         QCOMPARE(scan().siteTable()->count(), 1);
         QCOMPARE(scan().siteTable()->item(0)->text(), QStringLiteral("Example"));
-        QCOMPARE(
-            QString::fromStdString(readSiteFile("Example")),
-            QStringLiteral("<siteName>Example</siteName>\n<siteURL>http://example.com/</siteURL>\n"
-                           "<ignoreRobotFile>NO</ignoreRobotFile>\n<pagesFound>0</pagesFound>\n"
-                           "<totalLinks>0</totalLinks>"));
+        selectSite(QStringLiteral("Example"));
+        QCOMPARE(window_->windowTitle(), QStringLiteral("Loomcrest2 - Example"));
+        QCOMPARE(detail("siteName"), QStringLiteral("Example"));
+        QCOMPARE(detail("siteURL"), QStringLiteral("http://example.com/"));
+        QCOMPARE(detail("pagesFound"), QStringLiteral("0"));
+        QVERIFY(scan().scanButton()->isEnabled());
+        QVERIFY(scan().deleteButton()->isEnabled());
+        QTest::mouseClick(scan().robotsBox(), Qt::LeftButton, {}, QPoint(5, 5));
+        QCOMPARE(readSiteField(readSiteFile("Example"), SiteField::IgnoreRobotFile),
+                 std::string("YES"));
     }
 
     void refusedInputShowsTheAlertAndKeepsTheSheet() {
@@ -269,25 +254,6 @@ private slots:
                              "/ \\ . or ?\nThe site URL field cannot be left blank."));
         QVERIFY(window_->siteSheet().isVisible());
         QCOMPARE(window_->siteSheet().nameField()->text(), QStringLiteral("a.b"));
-    }
-
-    void selectingASiteShowsItsDetails() {
-        addSite(QStringLiteral("Example"), QStringLiteral("example.com"));
-        selectSite(QStringLiteral("Example"));
-        QCOMPARE(window_->windowTitle(), QStringLiteral("Loomcrest2 - Example"));
-        QCOMPARE(detail("siteName"), QStringLiteral("Example"));
-        QCOMPARE(detail("siteURL"), QStringLiteral("http://example.com/"));
-        QCOMPARE(detail("pagesFound"), QStringLiteral("0"));
-        QVERIFY(scan().scanButton()->isEnabled());
-        QVERIFY(scan().deleteButton()->isEnabled());
-    }
-
-    void theRobotsBoxRewritesTheSiteFile() {
-        addSite(QStringLiteral("Example"), QStringLiteral("example.com"));
-        selectSite(QStringLiteral("Example"));
-        QTest::mouseClick(scan().robotsBox(), Qt::LeftButton, {}, QPoint(5, 5));
-        QCOMPARE(readSiteField(readSiteFile("Example"), SiteField::IgnoreRobotFile),
-                 std::string("YES"));
     }
 
     void filtersAreAddedAndDeleted() {
@@ -363,45 +329,6 @@ private slots:
             }
             QVERIFY(!window_->toolbarAction(view)->icon().isNull());
         }
-        const std::pair<const char*, QKeySequence> items[] = {
-            {"addSite", QKeySequence(QStringLiteral("Ctrl+N"))},
-            {"editSite", QKeySequence(QStringLiteral("Ctrl+E"))},
-            {"saveStyle", QKeySequence(QStringLiteral("Ctrl+S"))},
-            {"quit", QKeySequence(QStringLiteral("Ctrl+Q"))},
-            {"deleteSelection", QKeySequence(QStringLiteral("Del"))},
-            {"scanSite", QKeySequence(QStringLiteral("F5"))},
-            {"cancelScan", QKeySequence(QStringLiteral("Esc"))},
-        };
-        for (const auto& [name, shortcut] : items) {
-            QAction* item = window_->menuAction(QString::fromLatin1(name));
-            QVERIFY2(item != nullptr, name);
-            QCOMPARE(item->shortcut(), shortcut);
-            QVERIFY2(qobject_cast<QMenu*>(item->associatedObjects().value(0)) != nullptr, name);
-        }
-    }
-
-    void sitemapViewsNeedASite() {
-        QtAlerts::queueAnswers({kDefaultButtonCode, kDefaultButtonCode});
-        press(Qt::Key_2, Qt::ControlModifier);
-        QTRY_COMPARE(QtAlerts::shownAlerts().size(), size_t{1});
-        press(Qt::Key_4, Qt::ControlModifier);
-        QCOMPARE(QtAlerts::shownAlerts().size(), size_t{2});
-        QVERIFY(window_->toolbarAction(MainViewControl::Scan)->isChecked());
-        QVERIFY(!window_->toolbarAction(MainViewControl::HtmlSitemap)->isChecked());
-        QCOMPARE(QtAlerts::shownAlerts()[0].title,
-                 std::string("You need to select a sitemap from the sites list to use the HTML "
-                             "sitemap viewer."));
-        QCOMPARE(QtAlerts::shownAlerts()[1].title,
-                 std::string("You need to select a sitemap from the sites list to use the XML "
-                             "sitemap viewer."));
-        QCOMPARE(window_->returnCurrentView(), 1);
-    }
-
-    void exportButtonsAreOffWithoutAScannedSite() {
-        window_->toolbarAction(MainViewControl::Export)->trigger();
-        QVERIFY(!window_->exportView().htmlExportButton()->isEnabled());
-        QVERIFY(!window_->exportView().xmlExportButton()->isEnabled());
-        QCOMPARE(window_->windowTitle(), QStringLiteral("Loomcrest2"));
     }
 
     void aScanRunsFromTheButtonToTheStatistics() {
@@ -577,17 +504,11 @@ private slots:
     }
 
     void reportAProblemSaysWhenNoBrowserStarts() {
-        const QByteArray path = qgetenv("PATH");
-        const QTemporaryDir nothingToRun;
-        qputenv("PATH", nothingToRun.path().toUtf8());
-        qunsetenv("BROWSER");
-        qunsetenv("DEFAULT_BROWSER");
-        QtAlerts::queueAnswers({kDefaultButtonCode});
-        press(Qt::Key_H, Qt::AltModifier);
-        QTRY_VERIFY(QApplication::activePopupWidget() != nullptr);
-        QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Return);
-        QTRY_COMPARE(QtAlerts::shownAlerts().size(), size_t{1});
-        qputenv("PATH", path);
+        withoutABrowser([this] {
+            press(Qt::Key_H, Qt::AltModifier);
+            QTRY_VERIFY(QApplication::activePopupWidget() != nullptr);
+            QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Return);
+        });
         QCOMPARE(QtAlerts::shownAlerts()[0].title, std::string("The Page Could Not Be Opened"));
         QCOMPARE(QtAlerts::shownAlerts()[0].message,
                  "No web browser could be started to show " +
@@ -623,7 +544,13 @@ private slots:
         }
     }
 
-    void theScriptingCommandIsOfferedOnTheSessionBus() {
+    // Offered on the session bus, the scripting command changes nothing in the window.
+    void theScriptingCommandIsOfferedAndChangesNothing() {
+        URLCommand::performDefaultImplementation("http://example.com/a/b");
+        URLCommand::performDefaultImplementation("example.com");
+        URLCommand::performDefaultImplementation("");
+        QCOMPARE(window_->returnCurrentView(), 1);
+        QCOMPARE(window_->windowTitle(), QStringLiteral("Loomcrest2"));
         QDBusConnection bus = QDBusConnection::sessionBus();
         if (!bus.isConnected()) {
             QSKIP("no session bus");
@@ -638,14 +565,6 @@ private slots:
         QTRY_VERIFY(call.isFinished());
         QVERIFY(!call.isError());
         QCOMPARE(window_->returnCurrentView(), 1);
-    }
-
-    void theScriptingCommandChangesNothing() {
-        URLCommand::performDefaultImplementation("http://example.com/a/b");
-        URLCommand::performDefaultImplementation("example.com");
-        URLCommand::performDefaultImplementation("");
-        QCOMPARE(window_->returnCurrentView(), 1);
-        QCOMPARE(window_->windowTitle(), QStringLiteral("Loomcrest2"));
     }
 };
 

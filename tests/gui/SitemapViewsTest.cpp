@@ -6,70 +6,47 @@
 #include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QPointer>
 #include <QPushButton>
-#include <QSettings>
 #include <QTableView>
-#include <QTemporaryDir>
 #include <QWebEngineScript>
 #include <QWebEngineView>
 #include <QWindow>
 #include <QtTest>
+#include <climits>
+#include <cstdint>
 #include <functional>
-#include <memory>
 
 #include "ExportViewWidget.h"
 #include "HtmlSitemapView.h"
-#include "MainViewControl.h"
 #include "PreviewPage.h"
-#include "QtAlerts.h"
-#include "ScanViewWidget.h"
+#include "WindowTest.h"
 #include "XmlSitemapView.h"
-#include "app/ProcessState.h"
 #include "platform/Text.h"
 #include "sitemap/HtmlSitemapFormat.h"
 #include "sitemap/SitemapFiles.h"
-#include "support/TemporaryHome.h"
 #include "support/TestServer.h"
 
 using namespace loomcrest;
 using namespace loomcrest::gui;
 
 // The two sitemap views on a layout written by a real scan of a small site.
-class SitemapViewsTest : public QObject {
+class SitemapViewsTest : public test::WindowTest {
     Q_OBJECT
 
 private:
-    std::unique_ptr<test::TemporaryHome> home_;
     std::unique_ptr<test::TestServer> server_;
-    std::unique_ptr<MainViewControl> window_;
 
     HtmlSitemapView& html() { return window_->htmlView(); }
     std::string layout(const char* file) const {
         return test::fileContents(home_->dataRoot() + "/Site/" + file);
     }
 
-    // Shortcuts reach the active window only. Without a window manager (Xvfb) nothing gives
-    // the window back its activation after a sheet, such as the scan's, has closed.
-    void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-        window_->activateWindow();
-        QTRY_COMPARE(QApplication::activeWindow(), window_.get());
-        QTest::keyClick(window_.get(), static_cast<Qt::Key>(key), modifiers);
-    }
     // Ctrl+2, as a person opens the view, and the preview's load.
     void openHtmlView() {
         QSignalSpy loaded(&html(), &HtmlSitemapView::previewLoaded);
         press(Qt::Key_2, Qt::ControlModifier);
         QVERIFY(loaded.wait(20000));
-    }
-    void selectSite(const QString& name) {
-        QListWidget* list = window_->scanView().siteTable();
-        const auto items = list->findItems(name, Qt::MatchExactly);
-        QVERIFY(!items.isEmpty());
-        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
-                          list->visualItemRect(items.first()).center());
-        QTRY_COMPARE(QString::fromStdString(window_->processState().vrlmpCurSite), name);
     }
     // How long a script in the preview may take to answer; a big site's page is slow.
     int answerTimeout_ = 10000;
@@ -141,17 +118,27 @@ private:
         QTest::keyClick(editor, Qt::Key_Return);
     }
 
+    // The site's pages-only three-column layout as the page titles P1, P2, … up to `pages`
+    // pages or until it holds more than `bytes`.
+    void writePagesOnlyLayout(int pages, size_t bytes = SIZE_MAX) {
+        std::string text = std::string(htmlSitemapHead()) + std::string(kTableOpening);
+        int filled = 0;
+        for (int page = 1; page <= pages && text.size() <= bytes; ++page) {
+            const std::string number = std::to_string(page);
+            text += tablePiece(pageTitleLine("http://h/p" + number + ".html", page, "P" + number),
+                               3, filled);
+        }
+        test::writeFile(home_->dataRoot() + "/Site/sitemap3cpo.html",
+                        text + std::string(threeColumnClosing(filled)));
+    }
+
 private slots:
     void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
     void init() {
         if (QByteArray(QTest::currentTestFunction()) == "timeTheWindowOnABigSite") {
             return;
         }
-        home_ = std::make_unique<test::TemporaryHome>();
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
-                           QString::fromStdString(home_->path() + "/.config"));
-        QtAlerts::forgetShownAlerts();
-        QtAlerts::queueAnswers({});
+        useFreshHome();
         server_ = std::make_unique<test::TestServer>();
         server_->server().Get("/", [](const httplib::Request&, httplib::Response& res) {
             res.set_content(
@@ -170,11 +157,7 @@ private slots:
         });
         server_->start();
 
-        window_ = std::make_unique<MainViewControl>();
-        window_->resize(1200, 900);
-        window_->show();
-        window_->activateWindow();
-        QTRY_COMPARE(QApplication::activeWindow(), window_.get());
+        openWindow(QSize(1200, 900));
         ScanViewWidget& scan = window_->scanView();
         scan.siteRecords().addNewSite();
         scan.siteRecords().setSheetFields("Site", server_->url("/"));
@@ -186,9 +169,8 @@ private slots:
                      QStringLiteral("3"));
     }
     void cleanup() {
-        window_.reset();
+        closeWindow();
         server_.reset();
-        home_.reset();
     }
 
     void aClickSelectsAndOutlinesTheLinkWithoutLeavingThePage() {
@@ -355,15 +337,7 @@ private slots:
     }
 
     void emptyingACellOfTheLastRowChangesThatRowInPlace() {
-        std::string text = std::string(htmlSitemapHead()) + std::string(kTableOpening);
-        int filled = 0;
-        for (int page = 1; page <= 7; ++page) {
-            const std::string number = std::to_string(page);
-            text += tablePiece(pageTitleLine("http://h/p" + number + ".html", page, "P" + number),
-                               3, filled);
-        }
-        test::writeFile(home_->dataRoot() + "/Site/sitemap3cpo.html",
-                        text + std::string(threeColumnClosing(filled)));
+        writePagesOnlyLayout(7);
         openHtmlView();
         QSignalSpy loaded(&html(), &HtmlSitemapView::previewLoaded);
         emit html().layoutPopup()->activated(3);
@@ -385,15 +359,7 @@ private slots:
     // Only a big layout's preview lays its rows out apart; clicks and edits still change
     // single anchors in place there.
     void aBigLayoutOutlinesAndChangesSingleAnchorsInPlace() {
-        std::string text = std::string(htmlSitemapHead()) + std::string(kTableOpening);
-        int filled = 0;
-        for (int page = 1; text.size() <= (size_t{1} << 20); ++page) {
-            const std::string number = std::to_string(page);
-            text += tablePiece(pageTitleLine("http://h/p" + number + ".html", page, "P" + number),
-                               3, filled);
-        }
-        test::writeFile(home_->dataRoot() + "/Site/sitemap3cpo.html",
-                        text + std::string(threeColumnClosing(filled)));
+        writePagesOnlyLayout(INT_MAX, size_t{1} << 20);
         openHtmlView();
         const QString rowDisplay =
             QStringLiteral("getComputedStyle(document.querySelector('tr')).display");
@@ -469,15 +435,8 @@ private slots:
 
     void viewInBrowserSaysWhenNoBrowserStarts() {
         openHtmlView();
-        const QByteArray path = qgetenv("PATH");
-        const QTemporaryDir nothingToRun;
-        qputenv("PATH", nothingToRun.path().toUtf8());
-        qunsetenv("BROWSER");
-        qunsetenv("DEFAULT_BROWSER");
-        QtAlerts::queueAnswers({kDefaultButtonCode});
-        QTest::mouseClick(html().viewInBrowserButton(), Qt::LeftButton);
-        QTRY_COMPARE(QtAlerts::shownAlerts().size(), size_t{1});
-        qputenv("PATH", path);
+        withoutABrowser(
+            [this] { QTest::mouseClick(html().viewInBrowserButton(), Qt::LeftButton); });
         const std::string preview = home_->dataRoot() + "/Site/tmpMap.html";
         QCOMPARE(QtAlerts::shownAlerts()[0].message, "No web browser could be started to show " +
                                                          preview +
@@ -539,23 +498,6 @@ private slots:
         QTest::keyClick(table, Qt::Key_Delete);
         QTRY_COMPARE(table->model()->rowCount(), 2);
         QVERIFY(layout("sitemap.xml").find(renamed.toStdString()) == std::string::npos);
-    }
-
-    void theXmlTableEditsDatesAndPriorities() {
-        window_->toolbarAction(MainViewControl::XmlSitemap)->trigger();
-        XmlSitemapView& xml = window_->xmlView();
-        QCOMPARE(xml.model()->rowCount(), 3);
-        QtAlerts::queueAnswers({kDefaultButtonCode});
-        xml.model()->setData(xml.model()->index(0, 1), QStringLiteral("2024-01-17"), Qt::EditRole);
-        QCOMPARE(QtAlerts::shownAlerts().back().title,
-                 std::string("The month must be a number between 01 and 12"));
-        xml.model()->setData(xml.model()->index(0, 1), QStringLiteral("2024-05-17"), Qt::EditRole);
-        xml.model()->setData(xml.model()->index(1, 3), QStringLiteral("1"), Qt::EditRole);
-        const std::string file = layout("sitemap.xml");
-        QVERIFY(file.find("<lastmod>2024-05-17</lastmod>") != std::string::npos);
-        QVERIFY(file.find("<priority>1</priority>") != std::string::npos);
-        QCOMPARE(xml.model()->data(xml.model()->index(1, 3), Qt::DisplayRole).toString(),
-                 QStringLiteral("1"));
     }
 
     void theXmlStatusLineCountsProblemsAfterEachEdit() {

@@ -9,25 +9,17 @@
 namespace loomcrest {
 namespace {
 
-TEST(NotificationCenter, DeliversByNameInRegistrationOrder) {
+TEST(NotificationCenter, DeliversByNameInRegistrationOrderWhileObserved) {
     NotificationCenter center;
     std::vector<std::string> received;
     ScopedObserver first(center, "vrlmpLFF", [&] { received.push_back("first"); });
     ScopedObserver other(center, "other", [&] { received.push_back("other"); });
-    ScopedObserver second(center, "vrlmpLFF", [&] { received.push_back("second"); });
-    center.post("vrlmpLFF");
-    EXPECT_EQ(received, (std::vector<std::string>{"first", "second"}));
-}
-
-TEST(NotificationCenter, RemovedObserversHearNothing) {
-    NotificationCenter center;
-    int calls = 0;
     {
-        ScopedObserver observer(center, "vrlmpLFF", [&] { ++calls; });
+        ScopedObserver second(center, "vrlmpLFF", [&] { received.push_back("second"); });
         center.post("vrlmpLFF");
     }
     center.post("vrlmpLFF");
-    EXPECT_EQ(calls, 1);
+    EXPECT_EQ(received, (std::vector<std::string>{"first", "second", "first"}));
 }
 
 TEST(NotificationCenter, AnObserverMayUnregisterWhileBeingNotified) {

@@ -38,9 +38,6 @@ TEST(ParseUrl, GivesSchemeHostDecodedPathAndQuery) {
     EXPECT_EQ(parts->path, "/a b/c.html");
     EXPECT_TRUE(parts->hasQuery);
     EXPECT_EQ(parts->query, "x=1&y=2");
-}
-
-TEST(ParseUrl, PathsOfHostsAndFolders) {
     EXPECT_EQ(parseUrl("http://host")->path, "");
     EXPECT_EQ(parseUrl("http://host/")->path, "/");
     EXPECT_EQ(parseUrl("http://host/dir/")->path, "/dir/");

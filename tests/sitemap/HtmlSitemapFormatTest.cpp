@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <tuple>
+#include <vector>
 
 #include "support/Golden.h"
 
@@ -31,6 +32,7 @@ TEST(HtmlSitemapLayout, OneColumnItemsAreFollowedByAClearer) {
     EXPECT_EQ(oneColumnPiece("ITEM"), "\nITEM\n<div class=\"clearer\">&nbsp;</div>");
 }
 
+// Items I1, I2, ... appended to a table of `columns` cells a row.
 std::string fill(int columns, int items, int& counter) {
     std::string text;
     for (int i = 1; i <= items; ++i) {
@@ -39,47 +41,26 @@ std::string fill(int columns, int items, int& counter) {
     return text;
 }
 
-TEST(HtmlSitemapLayout, TwoColumnRowsFillLeftToRight) {
+TEST(HtmlSitemapLayout, TableRowsFillLeftToRightAndCountTheOpenRowsCells) {
     const std::string open = "\n\t<tr valign=\"top\">\n\t\t<td>";
     const std::string next = "\n\t\t</td>\n\t\t<td>";
     const std::string close = "\n\t\t</td>\n\t</tr>";
-    const std::string expected[] = {
-        open + "I1" + next,
-        open + "I1" + next + "I2" + close,
-        open + "I1" + next + "I2" + close + open + "I3" + next,
+    const std::vector<std::tuple<int, int, std::string>> cases = {
+        {2, 1, open + "I1" + next},
+        {2, 2, open + "I1" + next + "I2" + close},
+        {2, 3, open + "I1" + next + "I2" + close + open + "I3" + next},
+        {3, 2, open + "I1" + next + "I2" + next},
+        {3, 3, open + "I1" + next + "I2" + next + "I3" + close},
+        {3, 4, open + "I1" + next + "I2" + next + "I3" + close + open + "I4" + next},
+        {3, 7,
+         open + "I1" + next + "I2" + next + "I3" + close + open + "I4" + next + "I5" + next + "I6" +
+             close + open + "I7" + next},
     };
-    for (int items = 1; items <= 3; ++items) {
+    for (const auto& [columns, items, expected] : cases) {
         int counter = 0;
-        EXPECT_EQ(fill(2, items, counter), expected[items - 1]) << items << " items";
-        EXPECT_EQ(counter, items % 2);
+        EXPECT_EQ(fill(columns, items, counter), expected) << items << " in " << columns;
+        EXPECT_EQ(counter, items % columns) << items << " in " << columns;
     }
-}
-
-TEST(HtmlSitemapLayout, ThreeColumnCountersOverOneToSevenItems) {
-    const std::string open = "\n\t<tr valign=\"top\">\n\t\t<td>";
-    const std::string next = "\n\t\t</td>\n\t\t<td>";
-    const std::string close = "\n\t\t</td>\n\t</tr>";
-    for (int items = 1; items <= 7; ++items) {
-        int three = 0;
-        int two = 0;
-        const std::string text = fill(3, items, three);
-        fill(2, items, two);
-        EXPECT_EQ(three, items % 3) << items << " items";
-        EXPECT_EQ(two, items % 2) << items << " items";
-        const auto count = [&](const std::string& piece) {
-            size_t found = 0;
-            for (size_t at = text.find(piece); at != std::string::npos;
-                 at = text.find(piece, at + 1)) {
-                ++found;
-            }
-            return static_cast<int>(found);
-        };
-        EXPECT_EQ(count(open), (items + 2) / 3);
-        EXPECT_EQ(count(close), items / 3);
-    }
-    int counter = 0;
-    EXPECT_EQ(fill(3, 4, counter),
-              open + "I1" + next + "I2" + next + "I3" + close + open + "I4" + next);
 }
 
 }  // namespace

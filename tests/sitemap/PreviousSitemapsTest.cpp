@@ -67,27 +67,6 @@ protected:
     std::string folder = home.path() + "/Site";
 };
 
-TEST_F(PreviousSitemaps, ACompleteSetMovesAsideAndComesBack) {
-    const auto set = writeSet("first", true);
-    EXPECT_TRUE(sitemapsComplete(folder));
-    ASSERT_TRUE(keepPreviousSitemaps(folder, kStatistics));
-    auto expected = asPrevious(set);
-    expected["badLinks.txt"] = set.at("badLinks.txt");
-    expected["brokenLinks.tsv"] = set.at("brokenLinks.tsv");
-    EXPECT_EQ(folderContents(), expected) << "the lists stay for the scan to empty or replace";
-    EXPECT_TRUE(hasPreviousSitemaps(folder));
-    EXPECT_EQ(previousStatistics(folder), kStatistics);
-
-    ASSERT_TRUE(writeFileAtomically(folder + "/badLinks.txt", "newer broken\n"));
-    ASSERT_TRUE(writeFileAtomically(folder + "/brokenLinks.tsv", "newer details\n"));
-    writeFile(folder + "/sitemap.xml", "newer, unfinished");
-    EXPECT_EQ(fileContents(folder + "/badLinks.txt.previous"), "first badLinks.txt\n");
-    EXPECT_EQ(fileContents(folder + "/brokenLinks.tsv.previous"), "first brokenLinks.tsv\n");
-    ASSERT_TRUE(putBackPreviousSitemaps(folder));
-    EXPECT_EQ(folderContents(), set);
-    EXPECT_FALSE(hasPreviousSitemaps(folder));
-}
-
 TEST_F(PreviousSitemaps, AMissingBrokenLinksListIsCarriedOverAsMissing) {
     writeSet("first", true);
     ASSERT_TRUE(keepPreviousSitemaps(folder, kStatistics));

@@ -15,13 +15,7 @@ namespace loomcrest {
 namespace {
 
 using test::fileContents;
-using test::RecordingAlerts;
-using test::RecordingScanView;
-using test::RecordingSiteSheet;
-using test::TemporaryHome;
 using test::writeFile;
-
-constexpr const char* kSavingError = "The following error has occurred while saving your site.";
 
 class SiteRecords : public testing::Test {
 protected:
@@ -45,81 +39,71 @@ protected:
     std::string siteFile(const std::string& name) const {
         return fileContents(returnFullFileLocation(name));
     }
+    // The sheet as "shown|title|default button|alternate button|name|URL".
+    std::string sheet() const {
+        const SiteSheetState& s = sheetView.state;
+        return std::string(s.shown ? "shown" : "hidden") + "|" + s.title + "|" +
+               s.defaultButtonTitle + "|" + s.alternateButtonTitle + "|" + s.siteName + "|" +
+               s.siteURL;
+    }
+    // The one alert shown as "title|message|default button|on the sheet or the window".
+    std::string onlyAlert() const {
+        if (alerts.shown.size() != 1) {
+            return std::to_string(alerts.shown.size()) + " alerts";
+        }
+        const Alert& a = alerts.shown.front();
+        return a.title + "|" + a.message + "|" + a.defaultButton + "|" +
+               (a.parent == AlertParent::SiteSheet ? "sheet" : "window");
+    }
 
-    TemporaryHome home;
-    RecordingScanView scanView;
-    RecordingSiteSheet sheetView;
-    RecordingAlerts alerts;
+    test::TemporaryHome home;
+    test::RecordingScanView scanView;
+    test::RecordingSiteSheet sheetView;
+    test::RecordingAlerts alerts;
     ProcessState process;
     ScanViewController siteList{process, scanView, alerts};
     AddEditDeleteSites records{siteList, sheetView, alerts};
 };
 
-TEST_F(SiteRecords, AddOpensTheSheetInAddMode) {
-    records.addNewSite();
-    EXPECT_TRUE(sheetView.state.shown);
-    EXPECT_EQ(sheetView.state.title, "Add New Site");
-    EXPECT_EQ(sheetView.state.defaultButtonTitle, "Add Site");
-    EXPECT_EQ(sheetView.state.alternateButtonTitle, "Cancel");
-    EXPECT_EQ(records.calledBy(), "addNewSite");
-}
-
 TEST_F(SiteRecords, AddingCreatesTheFolderAndFileAndClosesTheSheet) {
-    add("Example", "example.com");
+    records.addNewSite();
+    EXPECT_EQ(sheet(), "shown|Add New Site|Add Site|Cancel||");
+    EXPECT_EQ(records.calledBy(), "addNewSite");
+    records.setSheetFields("Example", "example.com");
+    records.defaultAction();
     EXPECT_TRUE(alerts.shown.empty());
     EXPECT_EQ(siteFile("Example"), test::golden("new-site.vrLMP"));
-    EXPECT_FALSE(sheetView.state.shown);
-    EXPECT_EQ(sheetView.state.siteName, "");
+    EXPECT_EQ(sheet(), "hidden|Add New Site|Add Site|Cancel||");
     EXPECT_EQ(sheetView.focusRequests, 1);
     EXPECT_EQ(scanView.names, std::vector<std::string>{"Example"});
 }
 
 TEST_F(SiteRecords, InvalidInputKeepsTheSheetOpenBehindOneAlert) {
     add(" Example", "ftp://example.com/");
-    ASSERT_EQ(alerts.shown.size(), 1U);
-    const Alert& alert = alerts.shown.front();
-    EXPECT_EQ(alert.title, kSavingError);
-    EXPECT_EQ(alert.message,
-              "The site name field cannot be left blank.\nURLs must begin http:// or "
-              "https://\nftp:// etc scans are not available.");
-    EXPECT_EQ(alert.defaultButton, "OK");
-    EXPECT_EQ(alert.kind, AlertKind::Refusal);
-    EXPECT_EQ(alert.parent, AlertParent::SiteSheet);
+    EXPECT_EQ(onlyAlert(),
+              "The following error has occurred while saving your site.|The site name field "
+              "cannot be left blank.\nURLs must begin http:// or https://\nftp:// etc scans are "
+              "not available.|OK|sheet");
+    EXPECT_EQ(alerts.shown.front().kind, AlertKind::Refusal);
     EXPECT_TRUE(sheetView.state.shown);
     EXPECT_EQ(records.sheetState().siteName, " Example") << "the user's input stays";
     EXPECT_TRUE(siteList.tableArray().empty());
 }
 
-TEST_F(SiteRecords, AddingAnExistingNameIsRefused) {
+TEST_F(SiteRecords, AnExistingNameOrAnyFolderOfThatNameBlocksAdding) {
     add("Example", "example.com");
     add("Example", "other.org");
-    ASSERT_EQ(alerts.shown.size(), 1U);
-    EXPECT_EQ(alerts.shown[0].title,
-              "The site you are trying to create already exists, please select a different name.");
-    EXPECT_EQ(alerts.shown[0].message, "");
-    EXPECT_EQ(alerts.shown[0].parent, AlertParent::SiteSheet);
+    EXPECT_EQ(onlyAlert(),
+              "The site you are trying to create already exists, please select a different "
+              "name.||OK|sheet");
     EXPECT_TRUE(sheetView.state.shown);
-    EXPECT_NE(siteFile("Example").find("http://example.com/"), std::string::npos);
-}
+    EXPECT_EQ(siteFile("Example"), test::golden("new-site.vrLMP"));
 
-TEST_F(SiteRecords, AnyFolderOfThatNameBlocksAdding) {
+    alerts.shown.clear();
     createFolder(siteFolderLocation("Taken"));
     add("Taken", "example.com");
-    ASSERT_EQ(alerts.shown.size(), 1U);
+    EXPECT_EQ(alerts.shown.size(), 1U);
     EXPECT_FALSE(pathExists(returnFullFileLocation("Taken")));
-}
-
-TEST_F(SiteRecords, EditStartsFromTheSiteFile) {
-    add("Example", "example.com");
-    select("Example");
-    records.editSite();
-    EXPECT_EQ(sheetView.state.title, "Edit Site");
-    EXPECT_EQ(sheetView.state.defaultButtonTitle, "Save Changes");
-    EXPECT_EQ(records.calledBy(), "editSite");
-    EXPECT_EQ(records.originalName(), "Example");
-    EXPECT_EQ(records.originalURL(), "http://example.com/");
-    EXPECT_EQ(sheetView.state.siteName, "Example");
-    EXPECT_EQ(sheetView.state.siteURL, "http://example.com/");
 }
 
 TEST_F(SiteRecords, EditingOnlyTheURLKeepsStatisticsAndRobotsFlag) {
@@ -127,7 +111,12 @@ TEST_F(SiteRecords, EditingOnlyTheURLKeepsStatisticsAndRobotsFlag) {
     select("Example");
     siteList.ignoreRobotsAction(true);
     writeSiteStatistics("Example", 10, 4, 3);
-    edit("Example", "Example", "https://example.org/shop/");
+    records.editSite();
+    EXPECT_EQ(sheet(), "shown|Edit Site|Save Changes|Cancel|Example|http://example.com/");
+    EXPECT_EQ(records.calledBy(), "editSite");
+    EXPECT_EQ(records.originalName() + " " + records.originalURL(), "Example http://example.com/");
+    records.setSheetFields("Example", "https://example.org/shop/");
+    records.defaultAction();
     EXPECT_TRUE(alerts.shown.empty());
     EXPECT_EQ(siteFile("Example"),
               "<siteName>Example</siteName>\n<siteURL>https://example.org/shop/</siteURL>\n"
@@ -152,18 +141,14 @@ TEST_F(SiteRecords, RenamingMovesTheFolderWithAllItsFiles) {
     EXPECT_EQ(scanView.names, std::vector<std::string>{"Renamed"});
 }
 
+// A rename onto an existing site is refused, yet that site's URL is overwritten; kept so.
 TEST_F(SiteRecords, RenamingOntoAnExistingSiteOverwritesThatSitesURL) {
     add("First", "first.com");
     add("Second", "second.com");
     edit("First", "Second", "changed.com");
-
-    ASSERT_EQ(alerts.shown.size(), 1U);
-    EXPECT_EQ(alerts.shown[0].title,
-              "A site with the name \"Second\" already exists, please delete this site first "
-              "or select a different name.");
-    EXPECT_EQ(alerts.shown[0].message, "");
-    EXPECT_EQ(alerts.shown[0].parent, AlertParent::MainWindow);
-
+    EXPECT_EQ(onlyAlert(),
+              "A site with the name \"Second\" already exists, please delete this site first or "
+              "select a different name.||OK|window");
     EXPECT_NE(siteFile("First").find("<siteURL>http://first.com/</siteURL>"), std::string::npos);
     EXPECT_EQ(siteFile("Second"),
               "<siteName>Second</siteName>\n<siteURL>http://changed.com/</siteURL>\n"
@@ -185,32 +170,23 @@ TEST_F(SiteRecords, CancelClosesWithoutTouchingFiles) {
     EXPECT_EQ(scanView.state.details.siteName, "");
 }
 
-TEST_F(SiteRecords, DeleteAsksAndRemovesTheWholeFolder) {
+TEST_F(SiteRecords, DeleteAsksAndRemovesTheWholeFolderUnlessCancelled) {
     add("Example", "example.com");
     writeFile(home.dataRoot() + "/Example/badLinks.txt", "http://x/\n");
-    select("Example");
-    records.deleteSite();
-
-    ASSERT_EQ(alerts.shown.size(), 1U);
-    const Alert& question = alerts.shown[0];
-    EXPECT_EQ(question.title, "Do you really want to delete the site:\nExample");
-    EXPECT_EQ(question.message, "");
-    EXPECT_EQ(question.defaultButton, "Delete");
-    EXPECT_EQ(question.alternateButton, "");
-    EXPECT_EQ(question.otherButton, "Cancel");
-    EXPECT_FALSE(pathExists(siteFolderLocation("Example")));
-    EXPECT_TRUE(siteList.tableArray().empty());
-    EXPECT_EQ(process.vrlmpCurSite, "");
-    EXPECT_TRUE(process.vrlmpBadLinkArray.empty());
-}
-
-TEST_F(SiteRecords, CancelledDeleteKeepsTheSite) {
-    add("Example", "example.com");
     select("Example");
     alerts.answers.push_back(kOtherButtonCode);
     records.deleteSite();
     EXPECT_TRUE(pathExists(returnFullFileLocation("Example")));
     EXPECT_EQ(process.vrlmpCurSite, "Example");
+
+    alerts.shown.clear();
+    records.deleteSite();
+    EXPECT_EQ(onlyAlert(), "Do you really want to delete the site:\nExample||Delete|window");
+    EXPECT_EQ(alerts.shown[0].alternateButton + "|" + alerts.shown[0].otherButton, "|Cancel");
+    EXPECT_FALSE(pathExists(siteFolderLocation("Example")));
+    EXPECT_TRUE(siteList.tableArray().empty());
+    EXPECT_EQ(process.vrlmpCurSite, "");
+    EXPECT_TRUE(process.vrlmpBadLinkArray.empty());
 }
 
 TEST_F(SiteRecords, NoSiteShownMeansNothingToEditOrDelete) {
@@ -219,7 +195,6 @@ TEST_F(SiteRecords, NoSiteShownMeansNothingToEditOrDelete) {
     records.editSite();
     EXPECT_TRUE(alerts.shown.empty());
     EXPECT_TRUE(pathExists(returnFullFileLocation("Example")));
-    EXPECT_TRUE(pathExists(home.dataRoot()));
 }
 
 TEST_F(SiteRecords, AHandEditedNameNeverRemovesAnythingOutsideTheDataRoot) {

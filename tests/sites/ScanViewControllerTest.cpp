@@ -14,9 +14,6 @@ namespace loomcrest {
 namespace {
 
 using test::fileContents;
-using test::RecordingAlerts;
-using test::RecordingScanView;
-using test::TemporaryHome;
 using test::writeFile;
 
 class SiteSelection : public testing::Test {
@@ -34,23 +31,33 @@ protected:
         controller.reloadSiteList();
         controller.selectRow(controller.rowOfSite(name));
     }
+    // The details as "name|URL|total links|pages found|pages used|broken links".
+    std::string details() const {
+        const SiteDetailsFields& d = view.state.details;
+        return d.siteName + "|" + d.siteURL + "|" + d.totalLinksFound + "|" + d.pagesFound + "|" +
+               d.linksScanned + "|" + d.brokenLinks;
+    }
+    // Which of the scan button, the site's controls, the broken links button and the robots
+    // box are on.
+    std::string controls() const {
+        const ScanViewState& s = view.state;
+        return std::string(s.scanButtonEnabled ? "scan " : "") +
+               (s.siteControlsEnabled ? "controls " : "") +
+               (s.brokenLinksButtonShown ? "broken " : "") +
+               (s.ignoreRobotsChecked ? "robots" : "");
+    }
 
-    TemporaryHome home;
-    RecordingScanView view;
+    test::TemporaryHome home;
+    test::RecordingScanView view;
     ProcessState process;
-    RecordingAlerts alerts;
+    test::RecordingAlerts alerts;
     ScanViewController controller{process, view, alerts};
 };
 
-TEST_F(SiteSelection, StartsWithNoSiteAndDisabledControls) {
+TEST_F(SiteSelection, SelectingMakesTheSiteCurrentAndCompletesItsFile) {
     EXPECT_EQ(view.names, std::vector<std::string>{"Example"});
     EXPECT_EQ(controller.selectedRow(), -1);
-    EXPECT_FALSE(view.state.scanButtonEnabled);
-    EXPECT_FALSE(view.state.siteControlsEnabled);
-    EXPECT_FALSE(view.state.brokenLinksButtonShown);
-}
-
-TEST_F(SiteSelection, SelectingMakesTheSiteCurrentAndCompletesItsFile) {
+    EXPECT_EQ(controls(), "");
     int announcements = 0;
     ScopedObserver observer(process.notifications, "vrlmpLFF", [&] { ++announcements; });
     selectSite("Example");
@@ -60,18 +67,8 @@ TEST_F(SiteSelection, SelectingMakesTheSiteCurrentAndCompletesItsFile) {
     EXPECT_EQ(view.windowTitle, "Loomcrest2 - Example");
     EXPECT_EQ(announcements, 1);
     EXPECT_EQ(view.filterReloads, 1);
-    EXPECT_TRUE(view.state.scanButtonEnabled);
-    EXPECT_TRUE(view.state.siteControlsEnabled);
-    EXPECT_FALSE(view.state.ignoreRobotsChecked);
-
-    const SiteDetailsFields& details = view.state.details;
-    EXPECT_EQ(details.siteName, "Example");
-    EXPECT_EQ(details.siteURL, "http://example.com/");
-    EXPECT_EQ(details.totalLinksFound, "0");
-    EXPECT_EQ(details.pagesFound, "0");
-    EXPECT_EQ(details.linksScanned, "0");
-    EXPECT_EQ(details.brokenLinks, "0");
-
+    EXPECT_EQ(controls(), "scan controls ");
+    EXPECT_EQ(details(), "Example|http://example.com/|0|0|0|0");
     EXPECT_EQ(fileContents(returnFullFileLocation("Example")),
               newSiteFileText("Example", "http://example.com/") + "\n<pagesUsed>0</pagesUsed>");
 }
@@ -82,36 +79,31 @@ TEST_F(SiteSelection, StatisticsShowAsStoredOrAsZero) {
             "<ignoreRobotFile>YES</ignoreRobotFile>\n<pagesFound>-5</pagesFound>\n"
             "<totalLinks>812</totalLinks>\n<pagesUsed>lots</pagesUsed>");
     selectSite("Stats");
-    EXPECT_EQ(view.state.details.totalLinksFound, "812");
-    EXPECT_EQ(view.state.details.pagesFound, "0");
-    EXPECT_EQ(view.state.details.linksScanned, "0");
-    EXPECT_TRUE(view.state.ignoreRobotsChecked);
+    EXPECT_EQ(details(), "Shown Name|u|812|0|0|0");
+    EXPECT_EQ(controls(), "scan controls robots");
     EXPECT_EQ(process.vrlmpCurSite, "Stats");
     EXPECT_EQ(process.vrlmpWinTit, "Loomcrest2 - Shown Name")
         << "the title uses the name in the file";
 }
 
-TEST_F(SiteSelection, BrokenLinksAreLoadedWithoutTheEmptyLastLine) {
-    writeFile(home.dataRoot() + "/Example/badLinks.txt", "http://a/1\nhttp://a/2\n");
-    selectSite("Example");
-    EXPECT_EQ(process.vrlmpBadLinkArray, (std::vector<std::string>{"http://a/1", "http://a/2"}));
-    EXPECT_EQ(view.state.details.brokenLinks, "2");
-    EXPECT_TRUE(view.state.brokenLinksButtonShown);
-}
-
-TEST_F(SiteSelection, ALoneLineFeedCountsAsOneEmptyBrokenLink) {
-    writeFile(home.dataRoot() + "/Example/badLinks.txt", "\n");
-    selectSite("Example");
-    EXPECT_EQ(process.vrlmpBadLinkArray, std::vector<std::string>{""});
-    EXPECT_EQ(view.state.details.brokenLinks, "1");
-}
-
-TEST_F(SiteSelection, AnEmptyBrokenLinksFileCountsNothing) {
-    writeFile(home.dataRoot() + "/Example/badLinks.txt", "");
-    selectSite("Example");
-    EXPECT_TRUE(process.vrlmpBadLinkArray.empty());
-    EXPECT_EQ(view.state.details.brokenLinks, "0");
-    EXPECT_FALSE(view.state.brokenLinksButtonShown);
+// The broken links file read as lines without the empty last one.
+TEST_F(SiteSelection, BrokenLinksAreCountedByLine) {
+    const struct {
+        std::string file;
+        std::vector<std::string> links;
+    } cases[] = {
+        {"http://a/1\nhttp://a/2\n", {"http://a/1", "http://a/2"}},
+        {"\n", {""}},
+        {"", {}},
+    };
+    for (const auto& c : cases) {
+        writeFile(home.dataRoot() + "/Example/badLinks.txt", c.file);
+        controller.deselectAll();
+        selectSite("Example");
+        EXPECT_EQ(process.vrlmpBadLinkArray, c.links) << c.file;
+        EXPECT_EQ(view.state.details.brokenLinks, std::to_string(c.links.size()));
+        EXPECT_EQ(view.state.brokenLinksButtonShown, !c.links.empty());
+    }
 }
 
 TEST_F(SiteSelection, DeselectingClearsTheCurrentSite) {
@@ -122,17 +114,12 @@ TEST_F(SiteSelection, DeselectingClearsTheCurrentSite) {
     int announcements = 0;
     ScopedObserver observer(process.notifications, "vrlmpLFF", [&] { ++announcements; });
     controller.deselectAll();
-    EXPECT_FALSE(view.state.ignoreRobotsChecked) << "no other site's tick stays on show";
+    EXPECT_EQ(controls(), "") << "no other site's tick stays on show";
     EXPECT_EQ(announcements, 1) << "the filters side empties its list";
-    EXPECT_EQ(process.vrlmpCurSite, "");
-    EXPECT_EQ(process.vrlmpWinTit, "Loomcrest2");
-    EXPECT_EQ(view.windowTitle, "Loomcrest2");
+    EXPECT_EQ(process.vrlmpCurSite + "|" + process.vrlmpWinTit + "|" + view.windowTitle,
+              "|Loomcrest2|Loomcrest2");
     EXPECT_TRUE(process.vrlmpBadLinkArray.empty());
-    EXPECT_EQ(view.state.details.siteName, "");
-    EXPECT_EQ(view.state.details.brokenLinks, "");
-    EXPECT_FALSE(view.state.scanButtonEnabled);
-    EXPECT_FALSE(view.state.siteControlsEnabled);
-    EXPECT_FALSE(view.state.brokenLinksButtonShown);
+    EXPECT_EQ(details(), "|||||");
     EXPECT_EQ(view.scannedLinksClears, clearsBefore + 1);
 }
 
@@ -140,12 +127,11 @@ TEST_F(SiteSelection, AnUnreadableSiteFileStillBecomesCurrent) {
     addSite("Broken", "<siteName>\xff</siteName>");
     selectSite("Broken");
     EXPECT_EQ(process.vrlmpCurSite, "Broken");
-    EXPECT_EQ(view.state.details.siteName, "");
-    EXPECT_EQ(view.state.details.totalLinksFound, "0");
+    EXPECT_EQ(details(), "||0|0|0|0");
     EXPECT_EQ(fileContents(returnFullFileLocation("Broken")), "<siteName>\xff</siteName>");
 }
 
-TEST_F(SiteSelection, RobotsBoxRewritesTheFlag) {
+TEST_F(SiteSelection, RobotsBoxRewritesTheFlagOfTheShownName) {
     selectSite("Example");
     controller.ignoreRobotsAction(true);
     EXPECT_TRUE(view.state.ignoreRobotsChecked);
@@ -153,9 +139,8 @@ TEST_F(SiteSelection, RobotsBoxRewritesTheFlag) {
     controller.ignoreRobotsAction(false);
     EXPECT_EQ(fileContents(returnFullFileLocation("Example")),
               newSiteFileText("Example", "http://example.com/") + "\n<pagesUsed>0</pagesUsed>");
-}
 
-TEST_F(SiteSelection, RobotsBoxReadsTheSelectedRowAndWritesTheShownName) {
+    // The row picks the folder; the name in its file picks the file written.
     addSite("Folder", "<siteName>Example</siteName>\n<ignoreRobotFile>NO</ignoreRobotFile>");
     selectSite("Folder");
     controller.ignoreRobotsAction(true);

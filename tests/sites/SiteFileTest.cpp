@@ -23,30 +23,16 @@ std::string newSite() {
     return test::golden("new-site.vrLMP");
 }
 
-TEST(SiteFilePaths, DataRootAndSiteFileLiveUnderHome) {
+TEST(SiteFilePaths, LiveUnderHomeAndAreCreatedWithTheirMissingParents) {
     TemporaryHome home;
     EXPECT_EQ(homeFolderLocation(),
               home.path() + "/Library/Application Support/Quillmoor/Loomcrest");
     EXPECT_EQ(returnFullFileLocation("My Site"), home.dataRoot() + "/My Site/My Site.vrLMP");
     EXPECT_EQ(parentFolderOf(returnFullFileLocation("Example")), home.dataRoot() + "/Example");
-}
-
-TEST(SiteFilePaths, FoldersAreCreatedWithTheirMissingParents) {
-    TemporaryHome home;
     ASSERT_FALSE(pathExists(home.path() + "/Library"));
     checkNeededFoldersExist();
-    EXPECT_TRUE(isDirectory(home.dataRoot()));
     checkNeededFoldersExist();  // a second start finds everything in place
     EXPECT_TRUE(isDirectory(home.dataRoot()));
-}
-
-TEST(SiteFileText, NewSiteHasFiveLinesAndNoFinalLineFeed) {
-    EXPECT_EQ(newSiteFileText("Example", "http://example.com/"), newSite());
-}
-
-TEST(SiteFileText, ValuesAreWrittenUnescaped) {
-    EXPECT_EQ(siteFileElement(SiteField::SiteURL, "http://a.com/?x=1&y=<2>"),
-              "<siteURL>http://a.com/?x=1&y=<2></siteURL>");
 }
 
 // A field is read from one line, greedily within it; the first match wins and the tags are
@@ -67,53 +53,46 @@ TEST(SiteFileText, FieldsAreReadFromTheirOwnLine) {
     }
 }
 
-TEST(SiteFileText, ReplacingAnElementReplacesEveryLiteralCopy) {
-    const std::string text = "<siteURL>u</siteURL>\nx<siteURL>u</siteURL>";
-    EXPECT_EQ(replaceSiteElement(text, SiteField::SiteURL, "v"),
-              "<siteURL>v</siteURL>\nx<siteURL>v</siteURL>");
-    EXPECT_EQ(replaceSiteElement("no element", SiteField::SiteURL, "v"), "no element");
-}
-
-TEST(SiteFileText, StatisticsReplaceOnlyTheirLines) {
-    const std::string text = newSite() + "\n<pagesUsed>0</pagesUsed>";
-    EXPECT_EQ(siteFileTextWithStatistics(text, 120, 30, -4),
-              "<siteName>Example</siteName>\n"
-              "<siteURL>http://example.com/</siteURL>\n"
-              "<ignoreRobotFile>NO</ignoreRobotFile>\n"
-              "<pagesFound>30</pagesFound>\n"
-              "<totalLinks>120</totalLinks>\n"
-              "<pagesUsed>-4</pagesUsed>");
-}
-
-TEST(SiteFileText, StatisticsNeedAllThreeElements) {
-    EXPECT_EQ(siteFileTextWithStatistics(newSite(), 1, 2, 3), newSite());
-}
-
-TEST(SiteFileText, RobotsFlagIsALiteralElementReplacement) {
+// Each edit of a site file's text, and what it gives.
+TEST(SiteFileText, EditsAreLiteralReplacements) {
+    const std::string used = newSite() + "\n<pagesUsed>0</pagesUsed>";
     const std::string ignoring = siteFileTextWithRobotsFlag(newSite(), true);
-    EXPECT_NE(ignoring.find("<ignoreRobotFile>YES</ignoreRobotFile>\n"), std::string::npos);
-    EXPECT_EQ(siteFileTextWithRobotsFlag(ignoring, false), newSite());
-    EXPECT_EQ(siteFileTextWithRobotsFlag(ignoring, true), ignoring);
-
     const std::string lowerCase = "<ignoreRobotFile>no</ignoreRobotFile>";
-    EXPECT_EQ(siteFileTextWithRobotsFlag(lowerCase, true), lowerCase);
-}
-
-TEST(SiteFileText, CompletionAppendsMissingStatisticsInOrder) {
-    EXPECT_EQ(completedSiteFileText(newSite()), newSite() + "\n<pagesUsed>0</pagesUsed>");
-    EXPECT_EQ(completedSiteFileText("<siteName>A</siteName>"),
-              "<siteName>A</siteName>\n<pagesFound>0</pagesFound>\n<totalLinks>0</totalLinks>"
-              "\n<pagesUsed>0</pagesUsed>");
-    // The search ignores case, so a differently spelled tag counts as present.
-    EXPECT_EQ(completedSiteFileText("<PAGESFOUND>3</PAGESFOUND>\n<TotalLinks>"),
-              "<PAGESFOUND>3</PAGESFOUND>\n<TotalLinks>\n<pagesUsed>0</pagesUsed>");
-}
-
-TEST(SiteFileText, CountsShowAsStoredOnlyWhenPositive) {
-    EXPECT_EQ(countForDisplay(std::string("42")), "42");
-    EXPECT_EQ(countForDisplay(std::string("-3")), "0");
-    EXPECT_EQ(countForDisplay(std::string("many")), "0");
-    EXPECT_EQ(countForDisplay(std::nullopt), "0");
+    const std::pair<std::string, std::string> cases[] = {
+        {newSiteFileText("Example", "http://example.com/"), newSite()},
+        {siteFileElement(SiteField::SiteURL, "http://a.com/?x=1&y=<2>"),
+         "<siteURL>http://a.com/?x=1&y=<2></siteURL>"},
+        {replaceSiteElement("<siteURL>u</siteURL>\nx<siteURL>u</siteURL>", SiteField::SiteURL, "v"),
+         "<siteURL>v</siteURL>\nx<siteURL>v</siteURL>"},
+        {replaceSiteElement("no element", SiteField::SiteURL, "v"), "no element"},
+        {siteFileTextWithStatistics(used, 120, 30, -4),
+         "<siteName>Example</siteName>\n<siteURL>http://example.com/</siteURL>\n"
+         "<ignoreRobotFile>NO</ignoreRobotFile>\n<pagesFound>30</pagesFound>\n"
+         "<totalLinks>120</totalLinks>\n<pagesUsed>-4</pagesUsed>"},
+        // All three statistics or none.
+        {siteFileTextWithStatistics(newSite(), 1, 2, 3), newSite()},
+        {ignoring,
+         "<siteName>Example</siteName>\n<siteURL>http://example.com/</siteURL>\n"
+         "<ignoreRobotFile>YES</ignoreRobotFile>\n<pagesFound>0</pagesFound>\n"
+         "<totalLinks>0</totalLinks>"},
+        {siteFileTextWithRobotsFlag(ignoring, false), newSite()},
+        {siteFileTextWithRobotsFlag(ignoring, true), ignoring},
+        {siteFileTextWithRobotsFlag(lowerCase, true), lowerCase},
+        {completedSiteFileText(newSite()), used},
+        {completedSiteFileText("<siteName>A</siteName>"),
+         "<siteName>A</siteName>\n<pagesFound>0</pagesFound>\n<totalLinks>0</totalLinks>"
+         "\n<pagesUsed>0</pagesUsed>"},
+        // The search ignores case, so a differently spelled tag counts as present.
+        {completedSiteFileText("<PAGESFOUND>3</PAGESFOUND>\n<TotalLinks>"),
+         "<PAGESFOUND>3</PAGESFOUND>\n<TotalLinks>\n<pagesUsed>0</pagesUsed>"},
+        {countForDisplay(std::string("42")), "42"},
+        {countForDisplay(std::string("-3")), "0"},
+        {countForDisplay(std::string("many")), "0"},
+        {countForDisplay(std::nullopt), "0"},
+    };
+    for (const auto& [edited, expected] : cases) {
+        EXPECT_EQ(edited, expected);
+    }
 }
 
 class SiteFileOnDisk : public testing::Test {
@@ -134,24 +113,14 @@ TEST_F(SiteFileOnDisk, CreatingWritesTheTemplate) {
               newSiteFileText("Other", "https://other.org/index.php"));
 }
 
-TEST_F(SiteFileOnDisk, CompletionWritesTheSixthLineOnce) {
+TEST_F(SiteFileOnDisk, CompletionWritesTheSixthLineOnceAndStatisticsOnlyAfterIt) {
+    writeSiteStatistics("Example", 5, 6, 7);
+    EXPECT_EQ(siteFile(), newSite()) << "left alone while pagesUsed is missing";
     const std::string completed = completeSiteFile("Example");
     EXPECT_EQ(completed, newSite() + "\n<pagesUsed>0</pagesUsed>");
     EXPECT_EQ(siteFile(), completed);
     EXPECT_EQ(completeSiteFile("Example"), completed);
     EXPECT_EQ(siteFile(), completed);
-}
-
-TEST_F(SiteFileOnDisk, CompletionOfAMissingFileCreatesNothing) {
-    EXPECT_EQ(completeSiteFile("Missing"),
-              "\n<pagesFound>0</pagesFound>\n<totalLinks>0</totalLinks>\n<pagesUsed>0</pagesUsed>");
-    EXPECT_FALSE(pathExists(siteFolderLocation("Missing")));
-}
-
-TEST_F(SiteFileOnDisk, StatisticsAreWrittenAfterCompletion) {
-    writeSiteStatistics("Example", 5, 6, 7);
-    EXPECT_EQ(siteFile(), newSite()) << "left alone while pagesUsed is missing";
-    completeSiteFile("Example");
     writeSiteStatistics("Example", 0, 2147483647, -2147483647 - 1);
     EXPECT_EQ(siteFile(),
               "<siteName>Example</siteName>\n<siteURL>http://example.com/</siteURL>\n"
@@ -159,7 +128,11 @@ TEST_F(SiteFileOnDisk, StatisticsAreWrittenAfterCompletion) {
               "<totalLinks>0</totalLinks>\n<pagesUsed>-2147483648</pagesUsed>");
 }
 
-TEST_F(SiteFileOnDisk, AFileThatIsNotUtf8IsNeverRewritten) {
+TEST_F(SiteFileOnDisk, AMissingFileIsNotCreatedAndOneNotUtf8IsNeverRewritten) {
+    EXPECT_EQ(completeSiteFile("Missing"),
+              "\n<pagesFound>0</pagesFound>\n<totalLinks>0</totalLinks>\n<pagesUsed>0</pagesUsed>");
+    EXPECT_FALSE(pathExists(siteFolderLocation("Missing")));
+
     const std::string latin1 = "<siteName>Caf\xe9</siteName>";
     writeFile(returnFullFileLocation("Example"), latin1);
     EXPECT_EQ(readSiteFile("Example"), "");

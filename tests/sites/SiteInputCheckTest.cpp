@@ -9,43 +9,36 @@
 namespace loomcrest {
 namespace {
 
-constexpr const char* kBlankName = "The site name field cannot be left blank.";
-constexpr const char* kForbidden =
+const std::string kBlankName = "The site name field cannot be left blank.";
+const std::string kForbidden =
     "\nThe site name cannot contain the following characters: / \\ . or ?";
-constexpr const char* kBlankURL = "\nThe site URL field cannot be left blank.";
-constexpr const char* kFtp =
+const std::string kBlankURL = "\nThe site URL field cannot be left blank.";
+const std::string kFtp =
     "\nURLs must begin http:// or https://\nftp:// etc scans are not available.";
 
-TEST(SiteInputMessages, ValidInputPassesUnchanged) {
-    const SiteInput input = checkSiteInput("Example", "https://example.com/");
-    EXPECT_TRUE(input.isOK());
-    EXPECT_EQ(input.name, "Example");
-    EXPECT_EQ(input.url, "https://example.com/");
-}
-
-TEST(SiteInputMessages, EveryProblemIsListedInOrder) {
-    EXPECT_EQ(checkSiteInput("", "").errors, std::string(kBlankName) + kBlankURL);
-    EXPECT_EQ(checkSiteInput("a/b\\c.d?e", "ftp://host/").errors,
-              std::string(kForbidden) + kForbidden + kForbidden + kForbidden + kFtp);
-    EXPECT_EQ(checkSiteInput("", "ftps://host/").errors, std::string(kBlankName) + kFtp);
-}
-
-TEST(SiteInputMessages, ForbiddenCharacterLineAppearsOncePerKindOfCharacter) {
-    EXPECT_EQ(checkSiteInput("a.b/c", "example.com").errors, std::string(kForbidden) + kForbidden);
-    EXPECT_EQ(checkSiteInput("a..b", "example.com").errors, kForbidden);
-}
-
-TEST(SiteInputMessages, TextNoFolderOrListCanHoldIsRefusedAfterTheOtherProblems) {
+// Every problem is listed in order: a blank around a field empties it, the forbidden
+// characters' line comes once per kind of character, and text no folder or list can hold is
+// refused after the other problems.
+TEST(SiteInput, EveryProblemIsListedInOrder) {
     const std::string control = "\nThe site name cannot contain control characters";
     const std::string notUtf8 = "\nThe site name is not valid UTF-8 text";
     const std::string tooLong = "\nThe site name is too long";
     const std::string urlControl = "\nThe site URL cannot contain control characters";
-    const std::string urlNotUtf8 = "\nThe site URL is not valid UTF-8 text";
     const struct {
         std::string name;
         std::string url;
         std::string errors;
     } cases[] = {
+        {"", "", kBlankName + kBlankURL},
+        {"a/b\\c.d?e", "ftp://host/", kForbidden + kForbidden + kForbidden + kForbidden + kFtp},
+        {"", "ftps://host/", kBlankName + kFtp},
+        {"a.b/c", "example.com", kForbidden + kForbidden},
+        {"a..b", "example.com", kForbidden},
+        {" Example", "example.com", kBlankName},
+        {"Example ", "example.com", kBlankName},
+        {"Example", " example.com", kBlankURL},
+        {"Example", "example.com ", kBlankURL},
+        {"My Site", "example.com", ""},
         {"a\tb", "example.com", control},
         {"a\nb", "example.com", control},
         {"a\rb", "example.com", control},
@@ -66,32 +59,22 @@ TEST(SiteInputMessages, TextNoFolderOrListCanHoldIsRefusedAfterTheOtherProblems)
         {std::string(100, '\x01') + "b\xff" + std::string(100, 'n'), "example.com",
          control + notUtf8 + tooLong},
         {"a.b", "example.com/\tx", kForbidden + urlControl},
-        {"a", "http://h/\xe9.html", urlNotUtf8},
+        {"a", "http://h/\xe9.html", "\nThe site URL is not valid UTF-8 text"},
         {"\t", "\n", control + urlControl},
-        {"", "", kBlankName + std::string(kBlankURL)},
     };
     for (const auto& c : cases) {
-        EXPECT_EQ(checkSiteInput(c.name, c.url).errors, c.errors) << testing::PrintToString(c.name);
+        const SiteInput input = checkSiteInput(c.name, c.url);
+        EXPECT_EQ(input.errors, c.errors) << testing::PrintToString(c.name);
+        EXPECT_EQ(input.isOK(), c.errors.empty()) << testing::PrintToString(c.name);
     }
-}
-
-TEST(SiteInputBlanks, ASurroundingBlankEmptiesTheField) {
-    EXPECT_EQ(checkSiteInput(" Example", "example.com").errors, kBlankName);
-    EXPECT_EQ(checkSiteInput("Example ", "example.com").errors, kBlankName);
-    EXPECT_EQ(checkSiteInput("Example", " example.com").errors, kBlankURL);
-    EXPECT_EQ(checkSiteInput("Example", "example.com ").errors, kBlankURL);
-}
-
-TEST(SiteInputBlanks, InnerBlanksSurvive) {
-    const SiteInput input = checkSiteInput("My Site", "example.com");
-    EXPECT_TRUE(input.isOK());
-    EXPECT_EQ(input.name, "My Site");
+    EXPECT_EQ(checkSiteInput("My Site", "example.com").name, "My Site");
 }
 
 // A host alone gets a scheme and a slash; a page extension anywhere in the address keeps it
-// without one; the scheme is compared case-sensitively; spaces become escapes.
-TEST(SiteInputURL, IsCompletedAsTyped) {
+// without one; the scheme is compared case-sensitively; spaces become escapes; ftp empties it.
+TEST(SiteInput, TheURLIsCompletedAsTyped) {
     const std::vector<std::pair<std::string, std::string>> cases = {
+        {"https://example.com/", "https://example.com/"},
         {"example.com", "http://example.com/"},
         {"localhost:8080", "http://localhost:8080/"},
         {"example.com/index.php", "http://example.com/index.php"},
@@ -103,17 +86,13 @@ TEST(SiteInputURL, IsCompletedAsTyped) {
         {"http://example.com/my pages", "http://example.com/my%20pages/"},
         {"example.com/a b.htm", "http://example.com/a%20b.htm"},
         {"mailto:me@example.com", "http://mailto:me@example.com/"},
+        {"ftp://example.com/", "/"},
     };
     for (const auto& [typed, url] : cases) {
         EXPECT_EQ(checkSiteInput("A", typed).url, url) << typed;
     }
     EXPECT_TRUE(checkSiteInput("A", "FTP://example.com/").isOK());
-}
-
-TEST(SiteInputURL, FtpEmptiesTheURL) {
-    const SiteInput input = checkSiteInput("A", "ftp://example.com/");
-    EXPECT_EQ(input.errors, kFtp);
-    EXPECT_EQ(input.url, "/");
+    EXPECT_EQ(checkSiteInput("A", "ftp://example.com/").errors, kFtp);
 }
 
 }  // namespace

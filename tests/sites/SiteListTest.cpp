@@ -10,7 +10,6 @@ namespace loomcrest {
 namespace {
 
 using test::fileContents;
-using test::TemporaryHome;
 using test::writeFile;
 
 TEST(SiteNameFromPath, StripsTheFileNameBackToTheFolder) {
@@ -25,10 +24,11 @@ protected:
     void SetUp() override { checkNeededFoldersExist(); }
     std::string at(const std::string& relative) const { return home.dataRoot() + "/" + relative; }
 
-    TemporaryHome home;
+    test::TemporaryHome home;
 };
 
 TEST_F(DataRoot, ListsSiteFilesWithTheExactExtensionInWalkOrder) {
+    EXPECT_TRUE(siteNamesWithExtension("vrLMP").empty());
     writeFile(at("beta/beta.vrLMP"), "");
     writeFile(at("Alpha/Alpha.vrLMP"), "");
     writeFile(at("gamma/gamma.VRLMP"), "");
@@ -36,10 +36,6 @@ TEST_F(DataRoot, ListsSiteFilesWithTheExactExtensionInWalkOrder) {
     writeFile(at("alpha/notes.txt"), "");
     EXPECT_EQ(siteNamesWithExtension("vrLMP"), (std::vector<std::string>{"Alpha", "beta"}));
     EXPECT_TRUE(siteNamesWithExtension("xml").empty());
-}
-
-TEST_F(DataRoot, AnEmptyOrMissingRootListsNothing) {
-    EXPECT_TRUE(siteNamesWithExtension("vrLMP").empty());
     removeRecursively(home.dataRoot());
     EXPECT_TRUE(siteNamesWithExtension("vrLMP").empty());
     EXPECT_FALSE(convertOldSiteFiles());
@@ -53,6 +49,8 @@ TEST_F(DataRoot, OldSiteFilesAreConvertedAndTheirSitemapsDeleted) {
         writeFile(at(std::string("Old/") + sitemap), "old");
     }
     writeFile(at("Old/sitemap1c.html"), "current");
+    writeFile(at("Bare/Bare.vrlmp"), "nothing useful");
+    writeFile(at("Bad/Bad.vrlmp"), "<siteName>\xff</siteName>");
 
     EXPECT_TRUE(convertOldSiteFiles());
 
@@ -61,28 +59,21 @@ TEST_F(DataRoot, OldSiteFilesAreConvertedAndTheirSitemapsDeleted) {
               "<siteName>Old</siteName>\n<siteURL>http://old.com/</siteURL>\n"
               "<ignoreRobotFile>NO</ignoreRobotFile>\n<pagesFound>0</pagesFound>\n"
               "<totalLinks>0</totalLinks>");
-    EXPECT_FALSE(pathExists(at("Old/sitemap.html")));
-    EXPECT_FALSE(pathExists(at("Old/sitemap2.html")));
-    EXPECT_FALSE(pathExists(at("Old/sitemap6.html")));
+    for (const char* sitemap : {"sitemap.html", "sitemap2.html", "sitemap6.html"}) {
+        EXPECT_FALSE(pathExists(at(std::string("Old/") + sitemap))) << sitemap;
+    }
     EXPECT_EQ(fileContents(at("Old/sitemap1c.html")), "current");
-
-    EXPECT_FALSE(convertOldSiteFiles()) << "nothing is left to convert";
-    EXPECT_EQ(siteNamesWithExtension("vrLMP"), std::vector<std::string>{"Old"});
-}
-
-TEST_F(DataRoot, AnOldFileWithoutElementsKeepsEmptyLines) {
-    writeFile(at("Bare/Bare.vrlmp"), "nothing useful");
-    EXPECT_TRUE(convertOldSiteFiles());
+    // A file without the elements keeps empty lines; an unreadable one is left in place.
     EXPECT_EQ(fileContents(at("Bare/Bare.vrLMP")),
               "\n\n<ignoreRobotFile>NO</ignoreRobotFile>\n<pagesFound>0</pagesFound>\n"
               "<totalLinks>0</totalLinks>");
-}
-
-TEST_F(DataRoot, AnUnreadableOldFileIsLeftInPlace) {
-    writeFile(at("Bad/Bad.vrlmp"), "<siteName>\xff</siteName>");
-    EXPECT_TRUE(convertOldSiteFiles());
     EXPECT_TRUE(pathExists(at("Bad/Bad.vrlmp")));
     EXPECT_FALSE(pathExists(at("Bad/Bad.vrLMP")));
+
+    EXPECT_TRUE(convertOldSiteFiles()) << "the unreadable file is still there";
+    removeRecursively(at("Bad"));
+    EXPECT_FALSE(convertOldSiteFiles()) << "nothing is left to convert";
+    EXPECT_EQ(siteNamesWithExtension("vrLMP"), (std::vector<std::string>{"Bare", "Old"}));
 }
 
 }  // namespace

@@ -1,17 +1,20 @@
 #pragma once
 
+#include <fcntl.h>
+#include <gtest/gtest.h>
 #include <poll.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
-#include <cstdlib>
-#include <initializer_list>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "support/TemporaryHome.h"
+
+extern char** environ;
 
 namespace loomcrest::test {
 
@@ -21,38 +24,12 @@ struct CommandResult {
     std::string err;
 };
 
-inline std::string shellQuoted(const std::string& text) {
-    std::string quoted = "'";
-    for (const char c : text) {
-        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    }
-    return quoted + "'";
-}
-
-// Runs the real `loomcrest` binary with $HOME pointing at `home`, capturing both streams.
+// Runs the real `loomcrest` binary with $HOME pointing at `home` and standard input empty,
+// capturing both streams through pipes. With `fileSizeLimit` it may write no file past that
+// many bytes, as on a full disk; the limit does not touch the pipes.
 inline CommandResult runLoomcrest(const TemporaryHome& home,
-                                  std::initializer_list<std::string> arguments) {
-    const std::string outPath = home.path() + "/.stdout";
-    const std::string errPath = home.path() + "/.stderr";
-    std::string command = "HOME=" + shellQuoted(home.path()) + " " + LOOMCREST_CLI_PATH;
-    for (const std::string& argument : arguments) {
-        command += " " + shellQuoted(argument);
-    }
-    command += " >" + shellQuoted(outPath) + " 2>" + shellQuoted(errPath) + " </dev/null";
-    const int status = std::system(command.c_str());
-    CommandResult result;
-    result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    result.out = fileContents(outPath);
-    result.err = fileContents(errPath);
-    std::remove(outPath.c_str());
-    std::remove(errPath.c_str());
-    return result;
-}
-
-// Runs the binary as runLoomcrest does, but allowed to write no file past `bytes`, as on a
-// full disk. Its output goes through pipes, which the limit does not touch.
-inline CommandResult runLoomcrestWithFileSizeLimit(const TemporaryHome& home, rlim_t bytes,
-                                                   const std::vector<std::string>& arguments) {
+                                  const std::vector<std::string>& arguments,
+                                  rlim_t fileSizeLimit = RLIM_INFINITY) {
     std::vector<std::string> argumentTexts{LOOMCREST_CLI_PATH};
     argumentTexts.insert(argumentTexts.end(), arguments.begin(), arguments.end());
     std::vector<char*> argv;
@@ -61,7 +38,13 @@ inline CommandResult runLoomcrestWithFileSizeLimit(const TemporaryHome& home, rl
     }
     argv.push_back(nullptr);
     std::string homeVariable = "HOME=" + home.path();
-    std::array<char*, 2> environment{homeVariable.data(), nullptr};
+    std::vector<char*> environment{homeVariable.data()};
+    for (char** variable = environ; *variable != nullptr; ++variable) {
+        if (std::string_view(*variable).substr(0, 5) != "HOME=") {
+            environment.push_back(*variable);
+        }
+    }
+    environment.push_back(nullptr);
     std::array<int, 2> out{};
     std::array<int, 2> err{};
     if (pipe(out.data()) != 0 || pipe(err.data()) != 0) {
@@ -72,9 +55,10 @@ inline CommandResult runLoomcrestWithFileSizeLimit(const TemporaryHome& home, rl
         // Only async-signal-safe calls until exec: the test process has threads.
         dup2(out[1], STDOUT_FILENO);
         dup2(err[1], STDERR_FILENO);
+        dup2(open("/dev/null", O_RDONLY), STDIN_FILENO);
         close(out[0]);
         close(err[0]);
-        const rlimit limit{bytes, bytes};
+        const rlimit limit{fileSizeLimit, fileSizeLimit};
         setrlimit(RLIMIT_FSIZE, &limit);
         execve(argv[0], argv.data(), environment.data());
         _exit(127);
@@ -84,8 +68,8 @@ inline CommandResult runLoomcrestWithFileSizeLimit(const TemporaryHome& home, rl
     CommandResult result;
     std::array<pollfd, 2> streams{pollfd{out[0], POLLIN, 0}, pollfd{err[0], POLLIN, 0}};
     std::array<std::string*, 2> texts{&result.out, &result.err};
-    int open = 2;
-    while (open > 0 && poll(streams.data(), streams.size(), -1) > 0) {
+    int openStreams = 2;
+    while (openStreams > 0 && poll(streams.data(), streams.size(), -1) > 0) {
         for (size_t i = 0; i < streams.size(); ++i) {
             if (streams[i].fd < 0 || streams[i].revents == 0) {
                 continue;
@@ -95,7 +79,7 @@ inline CommandResult runLoomcrestWithFileSizeLimit(const TemporaryHome& home, rl
             if (got <= 0) {
                 close(streams[i].fd);
                 streams[i].fd = -1;
-                --open;
+                --openStreams;
             } else {
                 texts[i]->append(buffer.data(), static_cast<size_t>(got));
             }
@@ -106,5 +90,44 @@ inline CommandResult runLoomcrestWithFileSizeLimit(const TemporaryHome& home, rl
     result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     return result;
 }
+
+// One run of the command line and all it must give back; std::nullopt leaves that stream
+// unchecked.
+struct Step {
+    std::vector<std::string> arguments;
+    int exitCode = 0;
+    std::optional<std::string> out = std::string();
+    std::optional<std::string> err = std::string();
+};
+
+// A temporary home for the command line, and runs of it one after another.
+class CommandLineTest : public testing::Test {
+protected:
+    CommandResult run(const std::vector<std::string>& arguments) const {
+        return runLoomcrest(home, arguments);
+    }
+    void expectSteps(const std::vector<Step>& steps) const {
+        for (const Step& step : steps) {
+            const CommandResult result = run(step.arguments);
+            std::string command = "loomcrest";
+            for (const std::string& argument : step.arguments) {
+                command += " " + argument;
+            }
+            EXPECT_EQ(result.exitCode, step.exitCode) << command << "\n" << result.err;
+            if (step.out) {
+                EXPECT_EQ(result.out, *step.out) << command;
+            }
+            if (step.err) {
+                EXPECT_EQ(result.err, *step.err) << command;
+            }
+        }
+    }
+    // A file in the folder of the site `name`.
+    std::string siteFile(const std::string& name, const std::string& file) const {
+        return home.dataRoot() + "/" + name + "/" + file;
+    }
+
+    TemporaryHome home;
+};
 
 }  // namespace loomcrest::test

@@ -1,0 +1,166 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "platform/HtmlDocument.h"
+#include "platform/Text.h"
+#include "support/ServedSite.h"
+
+namespace loomcrest {
+namespace {
+
+using test::fileContents;
+using HtmlCommand = test::CommandLineTest;
+
+TEST_F(HtmlCommand, ListsStylesEditsDeletesAndPreviews) {
+    ASSERT_EQ(run({"demo"}).exitCode, 0);
+    const std::string folder = home.dataRoot() + "/Demo";
+    const auto lines = run({"html", "Demo", "1c", "lines"});
+    EXPECT_EQ(lines.exitCode, 0);
+    EXPECT_TRUE(lines.out.starts_with("1\ttitle\t0\tDemo Shop\thttp://127.0.0.1:")) << lines.out;
+    EXPECT_NE(lines.out.find("\n2\tlink\t2\tHome\thttp://127.0.0.1:"), std::string::npos);
+    const std::string last = std::to_string(std::count(lines.out.begin(), lines.out.end(), '\n'));
+    const std::string beyond = std::to_string(std::stoi(last) + 1);
+
+    const std::string twoColumns = fileContents(folder + "/sitemap2c.html");
+    expectSteps({
+        {{"html", "Demo", "1c", "style", "--pl-size", "1.3em", "--pt-underline", "none"},
+         0,
+         "",
+         "Are you sure you want to save the changes you have made?\n\n"},
+        {{"html", "Demo", "1c", "style", "--pt-colour", "#12345"},
+         1,
+         "",
+         "The colour much be 6 characters, (7 with begining #) please check the colour hex value "
+         "you entered.\n\n"},
+        {{"html", "Demo", "1c", "edit", "2", "--title", "Start & more"}},
+        {{"html", "Demo", "1c", "edit", "2", "--title", ""},
+         1,
+         "",
+         "The title field cannot be left blank, please enter a title for this page.\n\n"},
+        {{"html", "Demo", "1c", "edit", beyond, "--title", "X"},
+         1,
+         "",
+         "No line " + beyond + " in this layout.\n"},
+        {{"html", "Demo", "1c", "edit", last, "--title", "Last one"}},
+        {{"html", "Demo", "1c", "edit", "2"}, 2, "", "edit: give --title, --link or both.\n"},
+        {{"html", "Demo", "4c", "lines"}, 2, "", std::nullopt},
+        {{"html", "Demo", "1c", "style"},
+         0,
+         "pt font-family: Times New Roman, Times, serif\npt font-size: 1.1em\n"
+         "pt font-weight: bold\npt font-style: normal\npt color: #000000\npt underline: none\n"
+         "pl font-family: Times New Roman, Times, serif\npl font-size: 1.3em\n"
+         "pl font-weight: normal\npl font-style: normal\npl color: #0000FF\npl underline: hover\n"},
+    });
+    const std::string styled = fileContents(folder + "/sitemap1c.html");
+    EXPECT_NE(styled.find("\t\tfont-size: 1.3em;\n\t\tmargin-left: 20px;"), std::string::npos);
+    EXPECT_NE(styled.find("\t.zplPageTitle a:hover { text-decoration:none }"), std::string::npos);
+    EXPECT_NE(styled.find(">Start &amp; more<!-- LINKID: 2 -->"), std::string::npos);
+    EXPECT_EQ(fileContents(folder + "/sitemap2c.html"), twoColumns) << "one layout at a time";
+    const std::string edited = run({"html", "Demo", "1c", "lines"}).out;
+    EXPECT_NE(edited.find("\n" + last + "\tlink\t"), std::string::npos) << edited;
+    EXPECT_NE(edited.find("\tLast one\t"), std::string::npos) << edited;
+
+    expectSteps({
+        {{"html", "Demo", "1c", "delete", "1"},
+         0,
+         "",
+         "Are you absolutely sure you want to remove this link from your sitemap, deleted links "
+         "cannot be restored.\nThis could take a while for large sites.\n"},
+        {{"html", "Demo", "1c", "delete", beyond}, 1, "", std::nullopt},
+        {{"html", "Demo", "1c", "preview"}, 0, folder + "/tmpMap.html\n"},
+    });
+    EXPECT_TRUE(run({"html", "Demo", "1c", "lines"}).out.starts_with("1\ttitle\t2\tStart & more\t"))
+        << "the page's first link became its title";
+    EXPECT_EQ(fileContents(folder + "/tmpMap.html").find("LINKID"), std::string::npos);
+}
+
+TEST_F(HtmlCommand, ALineThatCannotBeFoundAgainIsReported) {
+    ASSERT_EQ(run({"demo"}).exitCode, 0);
+    // A title written with a reference the layouts never write: a click reads it as a quote,
+    // which the line does not hold.
+    const std::string path = siteFile("Demo", "sitemap1c.html");
+    const std::string quoted = replaceAll(fileContents(path), ">Demo Shop<", ">&quot;Demo&quot;<");
+    test::writeFile(path, quoted);
+    EXPECT_TRUE(run({"html", "Demo", "1c", "lines"}).out.starts_with("1\ttitle\t0\t\"Demo\"\t"));
+    expectSteps({
+        {{"html", "Demo", "1c", "delete", "1"},
+         1,
+         "",
+         "Are you absolutely sure you want to remove this link from your sitemap, deleted links "
+         "cannot be restored.\nThis could take a while for large sites.\n"
+         "Line 1 could not be found again in the layout; nothing was deleted.\n"},
+        {{"html", "Demo", "1c", "edit", "1", "--title", "X"},
+         1,
+         "",
+         "Line 1 could not be found again in the layout; nothing was changed.\n"},
+    });
+    EXPECT_EQ(fileContents(path), quoted);
+}
+
+// Every element and attribute of a published page that runs or loads something.
+size_t liveMarkup(const std::string& html) {
+    return MarkupDocument::parseHtml(html)
+        ->select(
+            "//script | //img | //iframe | //base | //meta[@http-equiv='refresh']"
+            " | //@*[starts-with(name(), 'on')]")
+        .size();
+}
+
+class CrawledMarkup : public test::ServedSite {
+protected:
+    void SetUp() override {
+        pages = {
+            {"/",
+             "<title>&lt;script&gt;document.title='pwned'&lt;/script&gt;</title>"
+             "<a href=\"a.html\">&lt;img src=x onerror=alert(1)&gt;</a>"
+             "<a href=\"b.html?q=1&amp;r=2\">Dee &amp;lt; Dum</a>"
+             "<a href=\"c.html\">&lt;/a&gt;&lt;iframe src=//evil.example/&gt;</a>"},
+            {"/a.html",
+             "<title>&lt;meta http-equiv=refresh content=0;url=//evil.example/&gt;"
+             "&lt;base href=//evil.example/&gt;</title>"},
+        };
+        ServedSite::SetUp();
+    }
+};
+
+TEST_F(CrawledMarkup, IsShownAsTextNeverRun) {
+    ASSERT_EQ(run({"scan", "Site"}).exitCode, 0);
+    EXPECT_NE(fileContents(folder + "/sitemap3c.html")
+                  .find("<div class=\"zplPageLink\"><a href=\"" + server.url("/a.html") +
+                        "---LINKID:2---\">&lt;img src=x onerror=alert(1)&gt;<!-- LINKID: 2 -->"
+                        "</a></div>"),
+              std::string::npos);
+    for (const char* layout : {"3c", "2c", "1c", "3cpo", "2cpo", "1cpo"}) {
+        EXPECT_EQ(liveMarkup(fileContents(folder + "/sitemap" + layout + ".html")), 0U) << layout;
+        ASSERT_EQ(run({"html", "Site", layout, "preview"}).exitCode, 0);
+        EXPECT_EQ(liveMarkup(fileContents(folder + "/tmpMap.html")), 0U) << layout;
+        ASSERT_EQ(run({"export", "Site", layout, home.path() + "/out.html"}).exitCode, 0);
+        EXPECT_EQ(liveMarkup(fileContents(home.path() + "/out.html")), 0U) << layout;
+    }
+
+    // The labels as a browser shows them, and edits that find exactly those lines.
+    EXPECT_EQ(run({"html", "Site", "1c", "lines"}).out,
+              "1\ttitle\t0\t<script>document.title='pwned'</script>\t" + server.url("/") +
+                  "\n2\tlink\t2\t<img src=x onerror=alert(1)>\t" + server.url("/a.html") +
+                  "\n3\tlink\t3\tDee &lt; Dum\t" + server.url("/b.html?q=1&r=2") +
+                  "\n4\tlink\t4\t</a><iframe src=//evil.example/>\t" + server.url("/c.html") +
+                  "\n5\ttitle\t4\t<meta http-equiv=refresh content=0;url=//evil.example/>"
+                  "<base href=//evil.example/>\t" +
+                  server.url("/a.html") + "\n");
+    expectSteps({
+        {{"html", "Site", "1c", "edit", "3", "--link", "http://h/d"}},
+        {{"html", "Site", "1c", "edit", "2", "--title", "<b>bold</b>"}},
+    });
+    const std::string edited = fileContents(folder + "/sitemap1c.html");
+    EXPECT_NE(
+        edited.find("<a href=\"http://h/d---LINKID:3---\">Dee &amp;lt; Dum<!-- LINKID: 3 -->"),
+        std::string::npos);
+    EXPECT_NE(edited.find("---LINKID:2---\">&lt;b&gt;bold&lt;/b&gt;<!-- LINKID: 2 -->"),
+              std::string::npos);
+    expectSteps({{{"html", "Site", "1c", "delete", "4"}, 0, "", std::nullopt}});
+    EXPECT_EQ(fileContents(folder + "/sitemap1c.html").find("iframe"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace loomcrest

@@ -1,0 +1,83 @@
+#include <gtest/gtest.h>
+
+#include "support/RunCommand.h"
+
+// `add`, `sites`, `show`, `edit`, `robots` and `delete`, and what every command does with a
+// site that does not exist or arguments it cannot take.
+namespace loomcrest {
+namespace {
+
+using SiteCommands = test::CommandLineTest;
+
+TEST_F(SiteCommands, AddListShowEditAndDelete) {
+    test::writeFile(home.dataRoot() + "/Old/Old.vrlmp",
+                    "<siteName>Old</siteName>\n<siteURL>http://old.com/</siteURL>");
+    expectSteps({
+        {{"add", "Beta", "https://beta.org/index.html"}},
+        {{"add", "Alpha", "alpha.com"}},
+        {{"sites"},
+         0,
+         "Alpha\thttp://alpha.com/\t0\t0\t0\nBeta\thttps://beta.org/index.html\t0\t0\t0\n"
+         "Old\thttp://old.com/\t0\t0\t0\n"},
+        {{"show", "Alpha"},
+         0,
+         "Name: Alpha\nURL: http://alpha.com/\nIgnore robots: no\nTotal links: 0\n"
+         "Pages found: 0\nPages used: 0\nBroken links: 0\n"},
+        {{"robots", "Alpha", "ignore"}},
+        {{"edit", "Alpha", "--url", "example.org/a b"}},
+        {{"edit", "Alpha", "--name", "Renamed"}},
+        {{"show", "Renamed"},
+         0,
+         "Name: Renamed\nURL: http://example.org/a%20b/\nIgnore robots: yes\nTotal links: 0\n"
+         "Pages found: 0\nPages used: 0\nBroken links: 0\n"},
+        {{"delete", "Renamed"}, 0, "", "Do you really want to delete the site:\nRenamed\n\n"},
+        {{"sites"},
+         0,
+         "Beta\thttps://beta.org/index.html\t0\t0\t0\nOld\thttp://old.com/\t0\t0\t0\n"},
+    });
+}
+
+TEST_F(SiteCommands, RefusalsPrintTheAlertAndExitOne) {
+    const std::string unknown = "No site named \"Nope\".\n";
+    expectSteps({
+        {{"add", "a.b", "ftp://x.org/"},
+         1,
+         "",
+         "The following error has occurred while saving your site.\n"
+         "\nThe site name cannot contain the following characters: / \\ . or ?"
+         "\nURLs must begin http:// or https://\nftp:// etc scans are not available.\n"},
+        {{"sites"}},
+        {{"add", "First", "first.com"}},
+        {{"add", "Second", "second.com"}},
+        {{"edit", "First", "--name", "Second"},
+         1,
+         "",
+         "A site with the name \"Second\" already exists, please delete this site first or "
+         "select a different name.\n\n"},
+        {{"show", "Nope"}, 1, "", unknown},
+        {{"delete", "Nope"}, 1, "", unknown},
+        {{"robots", "Nope", "ignore"}, 1, "", unknown},
+        {{"edit", "Nope", "--url", "x.com"}, 1, "", unknown},
+        {{"filters", "Nope"}, 1, "", unknown},
+        {{"xml", "Nope"}, 1, "", unknown},
+        {{"html", "Nope", "1c", "lines"}, 1, "", unknown},
+        {{"settings", "Nope"}, 1, "", unknown},
+        {{"broken", "Nope"}, 1, "", unknown},
+        {{"restore", "Nope"}, 1, "", unknown},
+        {{"scan", "Nope"}, 1, "", unknown},
+    });
+}
+
+TEST_F(SiteCommands, UsageErrorsExitTwo) {
+    expectSteps({
+        {{}, 2, std::nullopt, std::nullopt},
+        {{"bogus"}, 2, std::nullopt, std::nullopt},
+        {{"add", "OnlyName"}, 2, std::nullopt, std::nullopt},
+        {{"robots", "Example", "sometimes"}, 2, std::nullopt, std::nullopt},
+        {{"--help"}, 0, std::nullopt},
+        {{"--version"}, 0, "loomcrest " LOOMCREST_VERSION "\n"},
+    });
+}
+
+}  // namespace
+}  // namespace loomcrest
