@@ -17,8 +17,8 @@ install_bench_tools() {
     fi
 }
 
-# make_bench_folder ACCESS_LOG: makes $work and writes nginx's configuration for $work/site on
-# a random $port, logging requests to ACCESS_LOG (a path, or "off").
+# make_bench_folder on|off: makes $work and writes nginx's configuration for $work/site on a
+# random $port; with "on", requests are logged to $work/nginx/logs/access.log.
 make_bench_folder() {
     work="$(mktemp -d)"
     chmod 755 "$work"  # nginx's workers may run as another user
@@ -26,13 +26,15 @@ make_bench_folder() {
     trap 'stop_bench_server' EXIT
     port=$((20000 + RANDOM % 20000))
     mkdir -p "$work/nginx/logs"
+    local access_log=off
+    [ "$1" = on ] && access_log="$work/nginx/logs/access.log"
     cat > "$work/nginx/nginx.conf" <<CONF
 worker_processes 1;
 error_log $work/nginx/logs/error.log;
 pid $work/nginx/nginx.pid;
 events { worker_connections 256; }
 http {
-    access_log $1;
+    access_log $access_log;
     keepalive_requests 1000000;
     default_type text/html;
     types { text/html html; text/plain txt; }

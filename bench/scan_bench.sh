@@ -18,7 +18,7 @@ cmake -S . -B build/bench -DCMAKE_BUILD_TYPE=Release -DLOOMCREST_BUILD_TESTS=OFF
 cmake --build build/bench -j"$(nproc)" --target loomcrest >/dev/null
 loomcrest="$PWD/build/bench/loomcrest"
 
-make_bench_folder "$work/nginx/logs/access.log"
+make_bench_folder on
 
 # Empties nginx's access log; nginx reopens it on SIGUSR1.
 reset_log() {
