@@ -1,5 +1,5 @@
-#include <memory>
 #include <optional>
+#include <string_view>
 
 #include "app/ProcessState.h"
 #include "crawler/FetchAhead.h"
@@ -22,6 +22,10 @@ constexpr size_t kSuspiciousQueryPieces = 5;
 // connection busy while the worker deals with a page, few enough to keep memory flat.
 constexpr size_t kPagesAheadPerConnection = 4;
 
+bool hasManyQueryMarks(std::string_view url) {
+    return split(url, '?').size() >= kSuspiciousQueryPieces;
+}
+
 }  // namespace
 
 void ScanDriver::extractLinksFromPage() {
@@ -32,83 +36,93 @@ void ScanDriver::extractLinksFromPage() {
     pendingScannedLinks_.clear();
     // The scanner's rules stay as they are until the scan ends.
     judge_.emplace(scanner_);
-    std::unique_ptr<FetchAhead> ahead;
-    if (const int connections = crawlSettings_.connections(); connections > 1) {
-        const bool fetchOnce = crawlSettings_.fetchOnce();
-        // The pool reads each page's links as well, so that the crawl only records them.
-        ahead = std::make_unique<FetchAhead>(
-            connections, static_cast<size_t>(connections) * kPagesAheadPerConnection,
-            [this, fetchOnce](const std::string& url) {
-                FetchedPage page = fetchWholePage(url, *session_, fetchOnce);
-                prepareLinks(*judge_, url, page);
-                return page;
-            });
-    }
+    const int connections = crawlSettings_.connections();
+    // Even one connection fetches ahead, on a thread of its own, so that the next page's
+    // requests run while this one is dealt with; they come in the same order as ever.
+    // Fetching threads read each page's links as well, so that the crawl only records them.
+    FetchAhead ahead(connections, static_cast<size_t>(connections) * kPagesAheadPerConnection,
+                     [this, oneConnection = connections == 1](const std::string& url) {
+                         return fetchPageAhead(url, oneConnection);
+                     });
     // The list grows while it is walked; its length is read afresh at every turn.
     for (size_t i = 0; i < scanner_.uniquePagesLeftMArray.size(); ++i) {
-        if (!crawlNextPage(i, ahead.get())) {
+        if (!crawlNextPage(i, ahead)) {
             break;
         }
         afterPage();
     }
-    // Whatever was fetched ahead and not dealt with is dropped.
-    ahead.reset();
     refreshScannedLinks(true);
     refreshTotalLinks(true);
     refreshScanSheet(true);
     scanFinished();
 }
 
+// On a fetching thread. With one connection, while the warning about a URL with four "?"
+// may still come, such a page's title is fetched alone and the thread waits: its page is
+// asked for only once the warning has been answered, and nothing after it before that.
+FetchedPage ScanDriver::fetchPageAhead(const std::string& url, bool oneConnection) {
+    const bool fetchOnce = crawlSettings_.fetchOnce();
+    if (oneConnection && errCont_ && hasManyQueryMarks(url)) {
+        FetchedPage fetched;
+        if (fetchOnce) {
+            fetched = fetchPageOnce(url, *session_);
+        } else {
+            fetched.title = lookUpPageTitle(url, kPageTimeout, session_.get());
+        }
+        fetched.holdsFetching = true;
+        return fetched;
+    }
+    FetchedPage fetched = fetchWholePage(url, *session_, fetchOnce);
+    prepareLinks(*judge_, url, fetched);
+    return fetched;
+}
+
 // Fetches and deals with the page at `place` of the list; false when the scan stops there.
-bool ScanDriver::crawlNextPage(size_t place, FetchAhead* ahead) {
+bool ScanDriver::crawlNextPage(size_t place, FetchAhead& ahead) {
     const std::string url = scanner_.uniquePagesLeftMArray[place];
-    FetchedPage fetched = fetchTitle(place, url, ahead);
+    FetchedPage fetched = takePage(place, ahead);
     // A server's listing of a folder: counted, but neither mapped nor broken.
     if (isFolderListing(fetched.title)) {
+        if (fetched.holdsFetching) {
+            ahead.resume();
+        }
         return true;
     }
-    if (split(url, '?').size() >= kSuspiciousQueryPieces && errCont_) {
+    if (hasManyQueryMarks(url) && errCont_) {
         warnAboutQueryMarks();
     }
     if (terminateScan_) {
         return false;
     }
-    if (!fetched.page) {
-        fetched.page = fetchPageBody(url, *session_);
+    if (fetched.holdsFetching) {
+        // The page itself, on the connection that asked for its title; then fetching goes on.
+        ahead.resume([&] {
+            if (!fetched.page) {
+                fetched.page = fetchPageBody(url, *session_);
+            }
+        });
     }
-    // Only a cancel breaks into a page's requests; what they gave is not dealt with.
-    if (fetched.page->interrupted) {
+    // Without its page only when a cancel came between its title and the rest; as a cancel
+    // breaking into a page's requests, what they gave is not dealt with.
+    if (!fetched.page || fetched.page->interrupted) {
         return false;
     }
     crawlPage(place, url, fetched);
     return true;
 }
 
-// The page's title; with fetch-once or with fetching ahead, the rest of the page as well.
-// One connection without fetch-once asks for the title alone, so that the page itself is
-// asked for only once the warning about its URL has been answered.
-FetchedPage ScanDriver::fetchTitle(size_t place, const std::string& url, FetchAhead* ahead) {
+// The page at `place`, fetched ahead; first the pages after it are handed over as far as the
+// window allows. The start page's answer to the probe, at hand with fetch-once, serves as is.
+FetchedPage ScanDriver::takePage(size_t place, FetchAhead& ahead) {
     if (startAnswer_) {  // the start page, at place 0
-        FetchedPage start = pageFromAnswer(std::move(*startAnswer_));
+        ahead.handOverFetched(pageFromAnswer(std::move(*startAnswer_)));
         startAnswer_.reset();
-        if (ahead == nullptr) {
-            return start;
-        }
-        ahead->handOverFetched(std::move(start));
     }
-    if (ahead != nullptr) {
-        const PageList& pages = scanner_.uniquePagesLeftMArray;
-        while (ahead->handedOver() < pages.size() && ahead->hasRoom(place)) {
-            ahead->handOver(pages[ahead->handedOver()]);
-        }
-        return ahead->take(place);
+    const PageList& pages = scanner_.uniquePagesLeftMArray;
+    while (ahead.handedOver() < pages.size() && ahead.hasRoom(place)) {
+        ahead.handOver(pages[ahead.handedOver()]);
     }
-    if (crawlSettings_.fetchOnce()) {
-        return fetchPageOnce(url, *session_);
-    }
-    FetchedPage fetched;
-    fetched.title = lookUpPageTitle(url, kPageTimeout, session_.get());
-    return fetched;
+    return ahead.take(place);
 }
 
 void ScanDriver::warnAboutQueryMarks() {

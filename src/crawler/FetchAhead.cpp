@@ -47,18 +47,47 @@ FetchedPage FetchAhead::take(size_t place) {
     return page;
 }
 
+void FetchAhead::resume(const std::function<void()>& rest) {
+    std::unique_lock lock(mutex_);
+    if (!held_) {  // nothing to resume: the rest is run here
+        lock.unlock();
+        if (rest) {
+            rest();
+        }
+        return;
+    }
+    resumeWith_ = &rest;
+    changed_.notify_all();
+    changed_.wait(lock, [this] { return !held_; });
+}
+
 void FetchAhead::work() {
     std::unique_lock lock(mutex_);
     while (true) {
-        changed_.wait(lock, [this] { return stopping_ || !waiting_.empty(); });
+        changed_.wait(lock, [this] {
+            return stopping_ || (held_ ? resumeWith_ != nullptr : !waiting_.empty());
+        });
         if (stopping_) {
             return;
+        }
+        if (held_) {
+            const std::function<void()>& rest = *resumeWith_;
+            lock.unlock();
+            if (rest) {
+                rest();
+            }
+            lock.lock();
+            resumeWith_ = nullptr;
+            held_ = false;
+            changed_.notify_all();
+            continue;
         }
         auto [place, url] = std::move(waiting_.front());
         waiting_.pop_front();
         lock.unlock();
         FetchedPage page = fetch_(url);
         lock.lock();
+        held_ = held_ || page.holdsFetching;
         fetched_.emplace(place, std::move(page));
         changed_.notify_all();
     }

@@ -18,7 +18,12 @@ namespace loomcrest {
 // while the crawl deals with the pages one after another in list order. The crawl hands
 // over each page by its place in the list before it takes it; the pool works on the
 // lowest places first and holds no more than `window` pages handed over and not yet
-// taken, so memory stays flat however long the list grows.
+// taken, so memory stays flat however long the list grows. A pool of one thread makes its
+// requests in list order, page after page, as a crawl that fetched each page itself would.
+//
+// A fetch may hold the pool (FetchedPage::holdsFetching): nothing more is fetched until the
+// crawl has taken that page and resumes the pool. Meant for a pool of one thread, whose
+// order it keeps; other threads would finish what they had begun.
 class FetchAhead {
 public:
     using Fetch = std::function<FetchedPage(const std::string& url)>;
@@ -39,6 +44,9 @@ public:
     void handOverFetched(FetchedPage page);
     // Waits for the page at `place`, which must have been handed over and not taken yet.
     FetchedPage take(size_t place);
+    // After taking a page that held the pool: runs `rest` on the pool's thread, so on the
+    // connection that fetched the page, waits for it, and lets the pool fetch again.
+    void resume(const std::function<void()>& rest = {});
 
 private:
     void work();
@@ -52,6 +60,9 @@ private:
     std::deque<std::pair<size_t, std::string>> waiting_;
     std::map<size_t, FetchedPage> fetched_;
     bool stopping_ = false;
+    bool held_ = false;
+    // Handed over by resume: what the held thread runs before it fetches again.
+    const std::function<void()>* resumeWith_ = nullptr;
     std::vector<std::thread> threads_;
 };
 

@@ -35,6 +35,8 @@ struct FetchedPage {
     // parsed to no document.
     bool linksPrepared = false;
     std::optional<std::vector<PreparedLink>> links;
+    // The fetching stopped here until the crawl has dealt with what it fetched so far.
+    bool holdsFetching = false;
 };
 
 // Whether the title marks a server's listing of a folder. (Escaping the title's "&" cannot

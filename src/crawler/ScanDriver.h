@@ -38,9 +38,10 @@ struct FetchedPage;
 // robots.txt, then crawls on one worker thread that reaches the views only through the
 // UiThread, and closes the files at the end. A write that fails stops the scan as Cancel
 // does; the files then go back to the previous set and an alert names the file and why.
-// The site's crawl settings say how: with several connections, pages further down the
-// list are fetched ahead on a pool while the worker still deals with them strictly in list
-// order, so the files, figures and requests are those of one connection.
+// The site's crawl settings say how: pages further down the list are fetched ahead, on one
+// thread for each connection, while the worker still deals with them strictly in list
+// order, so the files, figures and requests are those of a crawl that fetched each page
+// only when it came to it; with one connection even the order of the requests is.
 class ScanDriver {
 public:
     ScanDriver(ProcessState& process, ScanViewController& siteView, ScanSheetView& sheet,
@@ -109,8 +110,9 @@ private:
     void handOverBrokenLinks();
     void finishSitemapFiles(WriteResult written);
     void warnAboutQueryMarks();
-    bool crawlNextPage(size_t place, FetchAhead* ahead);
-    FetchedPage fetchTitle(size_t place, const std::string& url, FetchAhead* ahead);
+    FetchedPage fetchPageAhead(const std::string& url, bool oneConnection);
+    bool crawlNextPage(size_t place, FetchAhead& ahead);
+    FetchedPage takePage(size_t place, FetchAhead& ahead);
     void crawlPage(size_t place, const std::string& url, FetchedPage& fetched);
     void extractLinks(size_t place, std::vector<PreparedLink>& links);
     void noteLinkForBrokenPages(size_t place, const LinkDecision& decision,
