@@ -38,7 +38,7 @@ std::vector<BrokenLinkDetail> BrokenLinkRecorder::details(const PageList& pages)
     std::vector<BrokenLinkDetail> details;
     details.reserve(broken_.size());
     for (const Broken& broken : broken_) {
-        BrokenLinkDetail detail{pages[broken.place], broken.status, {}, {}, 0};
+        BrokenLinkDetail detail{std::string(pages[broken.place]), broken.status, {}, {}, 0};
         if (broken.place < pages_.size()) {
             const Referral& referral = pages_[broken.place];
             if (referral.firstPage != kNoPage) {

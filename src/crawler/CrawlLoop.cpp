@@ -39,7 +39,6 @@ void ScanDriver::extractLinksFromPage() {
     const int connections = crawlSettings_.connections();
     // Even one connection fetches ahead, on a thread of its own, so that the next page's
     // requests run while this one is dealt with; they come in the same order as ever.
-    // Fetching threads read each page's links as well, so that the crawl only records them.
     FetchAhead ahead(connections, static_cast<size_t>(connections) * kPagesAheadPerConnection,
                      [this, oneConnection = connections == 1](const std::string& url) {
                          return fetchPageAhead(url, oneConnection);
@@ -73,13 +72,17 @@ FetchedPage ScanDriver::fetchPageAhead(const std::string& url, bool oneConnectio
         return fetched;
     }
     FetchedPage fetched = fetchWholePage(url, *session_, fetchOnce);
-    prepareLinks(*judge_, url, fetched);
+    // A pool reads the links as well, so that the crawl only records them. One connection's
+    // thread has the requests to make and leaves the links to the crawl, which waits for it.
+    if (!oneConnection) {
+        prepareLinks(*judge_, url, fetched);
+    }
     return fetched;
 }
 
 // Fetches and deals with the page at `place` of the list; false when the scan stops there.
 bool ScanDriver::crawlNextPage(size_t place, FetchAhead& ahead) {
-    const std::string url = scanner_.uniquePagesLeftMArray[place];
+    const std::string url(scanner_.uniquePagesLeftMArray[place]);
     FetchedPage fetched = takePage(place, ahead);
     // A server's listing of a folder: counted, but neither mapped nor broken.
     if (isFolderListing(fetched.title)) {
@@ -120,7 +123,7 @@ FetchedPage ScanDriver::takePage(size_t place, FetchAhead& ahead) {
     }
     const PageList& pages = scanner_.uniquePagesLeftMArray;
     while (ahead.handedOver() < pages.size() && ahead.hasRoom(place)) {
-        ahead.handOver(pages[ahead.handedOver()]);
+        ahead.handOver(std::string(pages[ahead.handedOver()]));
     }
     return ahead.take(place);
 }

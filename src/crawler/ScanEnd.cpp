@@ -35,8 +35,9 @@ void ScanDriver::scanFinished() {
         ui_.performAndWait([this] { reopenFilterDrawer(); });
     }
     std::string scannedLinks;
-    for (const std::string& url : scanner_.uniquePagesLeftMArray) {
-        scannedLinks.append(url).append("\n");
+    const PageList& pages = scanner_.uniquePagesLeftMArray;
+    for (size_t place = 0; place < pages.size(); ++place) {
+        scannedLinks.append(pages[place]).append("\n");
     }
     ui_.performAndWait([this, &scannedLinks] { siteView_.setScannedLinksText(scannedLinks); });
 
