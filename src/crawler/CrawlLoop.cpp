@@ -196,7 +196,7 @@ void ScanDriver::extractLinks(size_t place, std::vector<PreparedLink>& links) {
             continue;
         }
         if (link.repeatInPage) {
-            brokenLinkRecorder_.linkTo(scanner_.uniquePagesLeftMArray.placeOf(decision.url));
+            brokenLinkRecorder_.linkTo(decision.listedAt);
             continue;
         }
         appendLinkLine(scanner_.fullPageData, decision.url, scanner_.totLinks, link.linkText);
@@ -209,11 +209,10 @@ void ScanDriver::extractLinks(size_t place, std::vector<PreparedLink>& links) {
 // A queued link is the first to its page; any other only adds to the count of its target.
 void ScanDriver::noteLinkForBrokenPages(size_t place, const LinkDecision& decision,
                                         std::string_view linkText) {
-    const PageList& pages = scanner_.uniquePagesLeftMArray;
     if (decision.outcome == LinkOutcome::Queued) {
-        brokenLinkRecorder_.pageQueued(pages.size() - 1, place, linkText);
+        brokenLinkRecorder_.pageQueued(decision.listedAt, place, linkText);
     } else {
-        brokenLinkRecorder_.linkTo(pages.placeOf(decision.url));
+        brokenLinkRecorder_.linkTo(decision.listedAt);
     }
 }
 

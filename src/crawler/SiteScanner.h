@@ -53,6 +53,9 @@ struct LinkDecision {
     LinkReason reason = LinkReason::Empty;
     // The filter or robots value that matched; it lives as long as the scanner's lists.
     std::string_view rule;
+    // Where the URL stands in the page list, for a link queued or recorded; kNowhere when
+    // it is not listed.
+    size_t listedAt = PageList::kNowhere;
 
     // Two decisions are alike when they do the same with the same URL; the reason only
     // explains the outcome.
@@ -145,6 +148,8 @@ private:
     std::string sitemapFolder_;
     AppendingFiles sitemapFiles_;
     WriteResult writeFailure_;
+    // The URLs of folder index pages tested for links to folders, built here one by one.
+    std::string indexPageProbe_;
 };
 
 }  // namespace loomcrest
