@@ -86,17 +86,26 @@ void SiteScanner::releaseSitemapFiles() {
     }
 }
 
-std::string SiteScanner::sitemapFile(std::string_view name) const {
-    return sitemapFolder_ + "/" + std::string(name);
+void SiteScanner::appendToSitemap(std::string_view name, std::string_view piece) {
+    appendToSitemap(name, {piece});
 }
 
-void SiteScanner::appendToSitemap(std::string_view name, std::string_view piece) {
+// Every page appends to seven files: their paths are built in one buffer, and a page's block
+// goes out without being copied into a piece of its own first.
+void SiteScanner::appendToSitemap(std::string_view name,
+                                  std::initializer_list<std::string_view> pieces) {
     if (!writeFailure_) {
         return;
     }
-    if (WriteResult written = sitemapFiles_.append(sitemapFile(name), piece); !written) {
+    sitemapPath_.assign(sitemapFolder_).append("/").append(name);
+    if (WriteResult written = sitemapFiles_.append(sitemapPath_, pieces); !written) {
         writeFailure_ = std::move(written);
     }
+}
+
+void SiteScanner::appendFramed(std::string_view name, const PieceFrame& frame,
+                               std::string_view item) {
+    appendToSitemap(name, {frame.before, item, frame.after});
 }
 
 void SiteScanner::buildPageTitleSitemap(std::string_view fragment, std::string_view plainLink) {
@@ -105,9 +114,9 @@ void SiteScanner::buildPageTitleSitemap(std::string_view fragment, std::string_v
 
 void SiteScanner::buildPageTitleSitemap(std::string_view fragment, std::string_view plainLink,
                                         std::string_view lastModified) {
-    appendToSitemap(kOneColumnPagesOnly, oneColumnPiece(fragment));
-    appendToSitemap(kTwoColumnPagesOnly, tablePiece(fragment, 2, twoColCountPO));
-    appendToSitemap(kThreeColumnPagesOnly, tablePiece(fragment, 3, threeColCountPO));
+    appendFramed(kOneColumnPagesOnly, oneColumnFrame(), fragment);
+    appendFramed(kTwoColumnPagesOnly, tableFrame(2, twoColCountPO), fragment);
+    appendFramed(kThreeColumnPagesOnly, tableFrame(3, threeColCountPO), fragment);
     appendToSitemap(kXmlSitemap, xmlSitemapEntry(plainLink, lastModified));
 }
 
@@ -115,9 +124,9 @@ void SiteScanner::buildAllLinksSitemaps(std::string_view pageData) {
     if (pageData.empty() || !isValidUtf8(pageData)) {
         return;
     }
-    appendToSitemap(kOneColumnAllLinks, oneColumnPiece(pageData));
-    appendToSitemap(kTwoColumnAllLinks, tablePiece(pageData, 2, twoColCountAP));
-    appendToSitemap(kThreeColumnAllLinks, tablePiece(pageData, 3, threeColCountAP));
+    appendFramed(kOneColumnAllLinks, oneColumnFrame(), pageData);
+    appendFramed(kTwoColumnAllLinks, tableFrame(2, twoColCountAP), pageData);
+    appendFramed(kThreeColumnAllLinks, tableFrame(3, threeColCountAP), pageData);
 }
 
 }  // namespace loomcrest

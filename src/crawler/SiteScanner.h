@@ -3,6 +3,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,6 +13,8 @@
 #include "platform/Http.h"
 
 namespace loomcrest {
+
+struct PieceFrame;
 
 struct ProcessState;
 struct PreparedLink;
@@ -140,14 +143,16 @@ public:
     int32_t threeColCountAP = 0;
 
 private:
-    std::string sitemapFile(std::string_view name) const;
     void appendToSitemap(std::string_view name, std::string_view piece);
+    void appendToSitemap(std::string_view name, std::initializer_list<std::string_view> pieces);
+    void appendFramed(std::string_view name, const PieceFrame& frame, std::string_view item);
     bool inPageList(const std::string& url) const { return uniquePagesLeftMArray.contains(url); }
 
     ProcessState& process_;
     std::string sitemapFolder_;
     AppendingFiles sitemapFiles_;
     WriteResult writeFailure_;
+    std::string sitemapPath_;
     // The URLs of folder index pages tested for links to folders, built here one by one.
     std::string indexPageProbe_;
 };

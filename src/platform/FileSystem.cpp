@@ -252,6 +252,15 @@ WriteResult AppendingFiles::append(const std::string& path, std::string_view pie
     return error == 0 ? WriteResult() : WriteResult::failure(path, error);
 }
 
+WriteResult AppendingFiles::append(const std::string& path,
+                                   std::initializer_list<std::string_view> pieces) {
+    gathered_.clear();
+    for (const std::string_view piece : pieces) {
+        gathered_.append(piece);
+    }
+    return append(path, gathered_);
+}
+
 WriteResult AppendingFiles::closeAll() {
     WriteResult result;
     for (const auto& [path, fd] : open_) {

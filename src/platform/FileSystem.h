@@ -1,5 +1,6 @@
 #pragma once
 
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -56,12 +57,15 @@ public:
     ~AppendingFiles() { (void)closeAll(); }
 
     WriteResult append(const std::string& path, std::string_view piece);
+    // Appends the pieces one after another in one write, gathered in a buffer that is kept.
+    WriteResult append(const std::string& path, std::initializer_list<std::string_view> pieces);
     // Flushes every file to the disk and closes it; the first failure is reported, and
     // every file is closed all the same.
     WriteResult closeAll();
 
 private:
     std::vector<std::pair<std::string, int>> open_;
+    std::string gathered_;
 };
 
 // Whether the file's last bytes other than blanks and line breaks are `ending`; false for

@@ -148,23 +148,32 @@ std::string escapeAddress(std::string_view address) {
 }
 
 std::string oneColumnPiece(std::string_view item) {
-    return "\n" + std::string(item) + std::string(kClearer);
+    const PieceFrame frame = oneColumnFrame();
+    return std::string(frame.before).append(item).append(frame.after);
 }
 
 std::string tablePiece(std::string_view item, int columns, int& filledCells) {
-    std::string piece;
+    const PieceFrame frame = tableFrame(columns, filledCells);
+    return std::string(frame.before).append(item).append(frame.after);
+}
+
+PieceFrame oneColumnFrame() {
+    return {"\n", kClearer};
+}
+
+PieceFrame tableFrame(int columns, int& filledCells) {
+    PieceFrame frame;
     if (filledCells == 0) {
-        piece.append(kRowOpening);
+        frame.before = kRowOpening;
     }
-    piece.append(item);
     if (filledCells + 1 < columns) {
-        piece.append(kCellSeparator);
+        frame.after = kCellSeparator;
         ++filledCells;
     } else {
-        piece.append(kRowClosing);
+        frame.after = kRowClosing;
         filledCells = 0;
     }
-    return piece;
+    return frame;
 }
 
 }  // namespace loomcrest

@@ -39,5 +39,13 @@ std::string oneColumnPiece(std::string_view item);
 // The piece that appends `item` to a table of `columns` cells a row, given how many cells of
 // the open row are filled; advances that count.
 std::string tablePiece(std::string_view item, int columns, int& filledCells);
+// The same piece as the markup that goes before and after the item, for a writer that
+// would rather not copy the item.
+struct PieceFrame {
+    std::string_view before;
+    std::string_view after;
+};
+PieceFrame oneColumnFrame();
+PieceFrame tableFrame(int columns, int& filledCells);
 
 }  // namespace loomcrest
