@@ -71,12 +71,9 @@ FetchedPage ScanDriver::fetchPageAhead(const std::string& url, bool oneConnectio
         fetched.holdsFetching = true;
         return fetched;
     }
+    // The fetching threads read the links as well, so that the crawl only records them.
     FetchedPage fetched = fetchWholePage(url, *session_, fetchOnce);
-    // A pool reads the links as well, so that the crawl only records them. One connection's
-    // thread has the requests to make and leaves the links to the crawl, which waits for it.
-    if (!oneConnection) {
-        prepareLinks(*judge_, url, fetched);
-    }
+    prepareLinks(*judge_, url, fetched);
     return fetched;
 }
 
@@ -111,21 +108,29 @@ bool ScanDriver::crawlNextPage(size_t place, FetchAhead& ahead) {
         return false;
     }
     crawlPage(place, url, fetched);
+    ahead.giveBack(std::move(fetched));
     return true;
 }
 
-// The page at `place`, fetched ahead; first the pages after it are handed over as far as the
-// window allows. The start page's answer to the probe, at hand with fetch-once, serves as is.
+// The page at `place`, fetched ahead. The pages after it are handed over as far as the
+// window allows, before the wait and again at once after it, so that the fetching goes on
+// while this page is dealt with. The start page's answer to the probe, at hand with
+// fetch-once, serves as it is.
 FetchedPage ScanDriver::takePage(size_t place, FetchAhead& ahead) {
     if (startAnswer_) {  // the start page, at place 0
         ahead.handOverFetched(pageFromAnswer(std::move(*startAnswer_)));
         startAnswer_.reset();
     }
     const PageList& pages = scanner_.uniquePagesLeftMArray;
-    while (ahead.handedOver() < pages.size() && ahead.hasRoom(place)) {
-        ahead.handOver(std::string(pages[ahead.handedOver()]));
-    }
-    return ahead.take(place);
+    const auto handOverUpTo = [&](size_t nextToTake) {
+        while (ahead.handedOver() < pages.size() && ahead.hasRoom(nextToTake)) {
+            ahead.handOver(std::string(pages[ahead.handedOver()]));
+        }
+    };
+    handOverUpTo(place);
+    FetchedPage page = ahead.take(place);
+    handOverUpTo(place + 1);
+    return page;
 }
 
 void ScanDriver::warnAboutQueryMarks() {

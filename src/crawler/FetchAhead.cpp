@@ -16,7 +16,7 @@ FetchAhead::~FetchAhead() {
         stopping_ = true;
         waiting_.clear();
     }
-    changed_.notify_all();
+    workChanged_.notify_all();
     for (std::thread& thread : threads_) {
         thread.join();
     }
@@ -28,7 +28,7 @@ void FetchAhead::handOver(std::string url) {
         waiting_.emplace_back(handedOver_, std::move(url));
     }
     ++handedOver_;
-    changed_.notify_one();
+    workChanged_.notify_one();
 }
 
 void FetchAhead::handOverFetched(FetchedPage page) {
@@ -39,9 +39,20 @@ void FetchAhead::handOverFetched(FetchedPage page) {
     ++handedOver_;
 }
 
+// Each wake-up of a thread that sleeps costs more than a little work. A single fetching
+// thread, which sets the pace, wakes the crawl only once it has fetched every page handed
+// over: the crawl then deals with them in a row and hands over the next ones as it goes, so
+// both sleep once in a few pages rather than at every page.
+bool FetchAhead::crawlMayGoOn(size_t place) const {
+    return fetched_.contains(place) &&
+           (threads_.size() > 1 || held_ || (waiting_.empty() && busy_ == 0));
+}
+
 FetchedPage FetchAhead::take(size_t place) {
     std::unique_lock lock(mutex_);
-    changed_.wait(lock, [&] { return fetched_.contains(place); });
+    awaited_ = place;
+    pagesChanged_.wait(lock, [&] { return crawlMayGoOn(place); });
+    awaited_.reset();
     FetchedPage page = std::move(fetched_.at(place));
     fetched_.erase(place);
     return page;
@@ -57,14 +68,19 @@ void FetchAhead::resume(const std::function<void()>& rest) {
         return;
     }
     resumeWith_ = &rest;
-    changed_.notify_all();
-    changed_.wait(lock, [this] { return !held_; });
+    workChanged_.notify_all();
+    pagesChanged_.wait(lock, [this] { return !held_; });
+}
+
+void FetchAhead::giveBack(FetchedPage page) {
+    const std::lock_guard lock(mutex_);
+    spent_.push_back(std::move(page));
 }
 
 void FetchAhead::work() {
     std::unique_lock lock(mutex_);
     while (true) {
-        changed_.wait(lock, [this] {
+        workChanged_.wait(lock, [this] {
             return stopping_ || (held_ ? resumeWith_ != nullptr : !waiting_.empty());
         });
         if (stopping_) {
@@ -79,17 +95,24 @@ void FetchAhead::work() {
             lock.lock();
             resumeWith_ = nullptr;
             held_ = false;
-            changed_.notify_all();
+            pagesChanged_.notify_one();
             continue;
         }
         auto [place, url] = std::move(waiting_.front());
         waiting_.pop_front();
+        ++busy_;
+        std::vector<FetchedPage> spent = std::move(spent_);
+        spent_.clear();
         lock.unlock();
+        spent.clear();
         FetchedPage page = fetch_(url);
         lock.lock();
+        --busy_;
         held_ = held_ || page.holdsFetching;
         fetched_.emplace(place, std::move(page));
-        changed_.notify_all();
+        if (awaited_ && crawlMayGoOn(*awaited_)) {
+            pagesChanged_.notify_one();
+        }
     }
 }
 

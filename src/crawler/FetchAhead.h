@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -47,6 +48,10 @@ public:
     // After taking a page that held the pool: runs `rest` on the pool's thread, so on the
     // connection that fetched the page, waits for it, and lets the pool fetch again.
     void resume(const std::function<void()>& rest = {});
+    // A page dealt with. A fetching thread frees it, as it made it: memory freed by another
+    // thread goes back to the heap of the one that took it only at a cost, a large one
+    // when that happens for every piece of every page.
+    void giveBack(FetchedPage page);
 
 private:
     void work();
@@ -55,12 +60,23 @@ private:
     const Fetch fetch_;
     size_t handedOver_ = 0;  // the crawl's thread only
 
+    // Whether the crawl, waiting for the page at `place`, should be woken now.
+    bool crawlMayGoOn(size_t place) const;
+
     std::mutex mutex_;
-    std::condition_variable changed_;
+    // The fetching threads wait on one, the crawl on the other: a page fetched wakes no
+    // other fetching thread, a page handed over does not wake the crawl.
+    std::condition_variable workChanged_;
+    std::condition_variable pagesChanged_;
+    // The place the crawl waits for, if it does.
+    std::optional<size_t> awaited_;
     std::deque<std::pair<size_t, std::string>> waiting_;
     std::map<size_t, FetchedPage> fetched_;
+    std::vector<FetchedPage> spent_;
     bool stopping_ = false;
     bool held_ = false;
+    // Pages being fetched.
+    size_t busy_ = 0;
     // Handed over by resume: what the held thread runs before it fetches again.
     const std::function<void()>* resumeWith_ = nullptr;
     std::vector<std::thread> threads_;
