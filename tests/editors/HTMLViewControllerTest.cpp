@@ -314,16 +314,6 @@ TEST_F(HtmlEditor, AnEmptyFieldOffersDeletion) {
     EXPECT_FALSE(test::contains(fileContents(layout("sitemap3c.html")), "b.html"));
 }
 
-TEST_F(HtmlEditor, DeletingATitleFollowedByTheNextPagePromotesNothing) {
-    const std::string second = pageTitleLine("http://h/a.html", 3, "A");
-    writeFile(layout("sitemap1cpo.html"),
-              oneColumnLayout({pageTitleLine("http://h/", 0, "Home"), second}));
-    controller.changeMapType(5);
-    controller.linkClicked("http://h/---LINKID:0---", "Home");
-    controller.deleteLinkAction();
-    EXPECT_EQ(fileContents(layout("sitemap1cpo.html")), oneColumnLayout({"", second}));
-}
-
 TEST_F(HtmlEditor, UnsavedChangesAreOfferedBeforeADeletion) {
     controller.setFontSize(Group::PageTitle, 0);
     controller.linkClicked("http://h/b.html---LINKID:3---", "B");
@@ -453,68 +443,73 @@ TEST_F(HtmlEditor, ARepackOrAFailedSaveLoadsThePreviewAgain) {
     EXPECT_EQ(alerts.shown.back().title, "The HTML sitemap could not be saved.");
 }
 
-TEST_F(HtmlEditor, EscapedTitlesAndQuotedAddressesAreFoundAgain) {
-    writeFile(layout("sitemap1c.html"),
-              oneColumnLayout({pageTitleLine("http://h/q?x=\"1\"&y=2", 7, "<b>Bold</b> & co")}));
-    controller.changeMapType(2);
-    // What a browser reports for the line.
-    controller.linkClicked("http://h/q?x=%221%22&y=2---LINKID:7---", "<b>Bold</b> & co");
-    EXPECT_EQ(view.state.linkField, "http://h/q?x=%221%22&y=2");
-    controller.setEditFields("<i>\"x\"</i>", "http://h/\"new\"");
-    controller.titleEditInputAction();
-    EXPECT_EQ(controller.lastLineEdit(), HTMLViewController::LineEdit::Done);
-    EXPECT_EQ(fileContents(layout("sitemap1c.html")),
-              oneColumnLayout({pageTitleLine("http://h/%22new%22", 7, "<i>\"x\"</i>")}));
-
-    controller.linkClicked("http://h/%22new%22---LINKID:7---", "<i>\"x\"</i>");
-    controller.deleteLinkAction();
-    EXPECT_EQ(controller.lastLineEdit(), HTMLViewController::LineEdit::Done);
-    EXPECT_EQ(fileContents(layout("sitemap1c.html")), oneColumnLayout({""}));
-}
-
-TEST_F(HtmlEditor, OlderLayoutsWithBareMarkupCharactersAreFoundAgain) {
+// A click on a line of a one-column layout and an edit of its title and address, or its
+// deletion; the lines after it, or none when the line is not found again and nothing changes.
+TEST_F(HtmlEditor, EditsAndDeletionsFindTheClickedLineAgain) {
+    struct Case {
+        const char* name;
+        std::vector<std::string> lines;
+        std::string href;  // as a browser reports it
+        std::string label;
+        std::optional<std::pair<std::string, std::string>> edit;  // none deletes
+        std::optional<std::vector<std::string>> after;
+        size_t type = 2;
+    };
     const std::string older =
-        "\n\t\t\t<div class=\"zplPageTitle\"><a href=\"http://h/\">"
+        "\n\t\t\t<div class=\"zplPageTitle\"><a href=\"http://h/---LINKID:0---\">"
         "A < B<!-- LINKID: 0 --></a></div>";
-    writeFile(layout("sitemap1c.html"),
-              oneColumnLayout({replaceAll(older, "/\">", "/---LINKID:0---\">")}));
-    controller.changeMapType(2);
-    controller.linkClicked("http://h/---LINKID:0---", "A < B");
-    controller.setEditFields("A > B", "http://h/");
-    controller.titleEditInputAction();
-    EXPECT_EQ(fileContents(layout("sitemap1c.html")),
-              oneColumnLayout({pageTitleLine("http://h/", 0, "A > B")}));
-}
-
-TEST_F(HtmlEditor, LinesThatCannotBeFoundAreReported) {
-    controller.linkClicked("http://h/gone.html---LINKID:9---", "Gone");
-    controller.setEditFields("Back", "http://h/gone.html");
-    controller.titleEditInputAction();
-    EXPECT_EQ(controller.lastLineEdit(), HTMLViewController::LineEdit::NotFound);
-    EXPECT_EQ(fileContents(layout("sitemap3c.html")), threeColumnLayout());
-
-    // Pattern characters other than "?" in a title are taken as a pattern.
-    writeFile(layout("sitemap1c.html"),
-              oneColumnLayout({pageTitleLine("http://h/x?y", 1, "a (b)"),
-                               pageTitleLine("http://h/x?y", 2, "a (b")}));
-    controller.changeMapType(2);
-    for (const auto& [number, title] : {std::pair{1, "a (b)"}, std::pair{2, "a (b"}}) {
-        controller.linkClicked("http://h/x?y---LINKID:" + std::to_string(number) + "---", title);
-        controller.deleteLinkAction();
-        EXPECT_EQ(controller.lastLineEdit(), HTMLViewController::LineEdit::NotFound) << title;
+    const std::string edited = pageTitleLine("http://h/%22new%22", 7, "<i>\"x\"</i>");
+    const std::string a3 = pageTitleLine("http://h/a.html", 3, "A");
+    const std::string same = pageTitleLine("http://h/a.html", 4, "Same");
+    const std::vector<std::string> patterns = {pageTitleLine("http://h/x?y", 1, "a (b)"),
+                                               pageTitleLine("http://h/x?y", 2, "a (b")};
+    using Lines = std::vector<std::string>;
+    const auto edit = [](const char* name, Lines lines, std::string href, std::string label,
+                         std::string title, std::string address, std::optional<Lines> after) {
+        return Case{name, lines, href, label, std::pair{title, address}, after};
+    };
+    const auto deletion = [](const char* name, Lines lines, std::string href, std::string label,
+                             std::optional<Lines> after, size_t type = 2) {
+        return Case{name, lines, href, label, std::nullopt, after, type};
+    };
+    const Case cases[] = {
+        edit("escaped title, quoted address",
+             Lines{pageTitleLine("http://h/q?x=\"1\"&y=2", 7, "<b>Bold</b> & co")},
+             "http://h/q?x=%221%22&y=2---LINKID:7---", "<b>Bold</b> & co", "<i>\"x\"</i>",
+             "http://h/\"new\"", Lines{edited}),
+        deletion("the edited line", Lines{edited}, "http://h/%22new%22---LINKID:7---",
+                 "<i>\"x\"</i>", Lines{""}),
+        edit("older bare markup", Lines{older}, "http://h/---LINKID:0---", "A < B", "A > B",
+             "http://h/", Lines{pageTitleLine("http://h/", 0, "A > B")}),
+        deletion("a title followed by the next page, pages only",
+                 Lines{pageTitleLine("http://h/", 0, "Home"), a3}, "http://h/---LINKID:0---",
+                 "Home", Lines{"", a3}, 5),
+        // "." in the address matches any character: an earlier line answers the pattern.
+        deletion("address as a pattern", Lines{pageTitleLine("http://h/aXhtml", 4, "Same"), same},
+                 "http://h/a.html---LINKID:4---", "Same", Lines{"", same}),
+        edit("a line no longer there", patterns, "http://h/gone.html---LINKID:9---", "Gone", "Back",
+             "http://h/gone.html", std::nullopt),
+        // Pattern characters other than "?" in a title are taken as a pattern.
+        deletion("a (b)", patterns, "http://h/x?y---LINKID:1---", "a (b)", std::nullopt),
+        deletion("a (b", patterns, "http://h/x?y---LINKID:2---", "a (b", std::nullopt),
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const std::string path = layout(c.type == 5 ? "sitemap1cpo.html" : "sitemap1c.html");
+        writeFile(path, oneColumnLayout(c.lines));
+        controller.changeMapType(c.type);
+        controller.linkClicked(c.href, c.label);
+        EXPECT_EQ(view.state.linkField, c.href.substr(0, c.href.find("---LINKID:")));
+        if (c.edit) {
+            controller.setEditFields(c.edit->first, c.edit->second);
+            controller.titleEditInputAction();
+        } else {
+            controller.deleteLinkAction();
+        }
+        EXPECT_EQ(controller.lastLineEdit(), c.after ? HTMLViewController::LineEdit::Done
+                                                     : HTMLViewController::LineEdit::NotFound);
+        EXPECT_EQ(fileContents(path), oneColumnLayout(c.after.value_or(c.lines)));
     }
-}
-
-TEST_F(HtmlEditor, AnAddressIsAPatternSoAnEarlierLineCanAnswerIt) {
-    // "." in the address matches any character: the first line matching the deletion's
-    // pattern goes, even if it is not the one clicked.
-    const std::string look = pageTitleLine("http://h/aXhtml", 4, "Same");
-    const std::string clicked = pageTitleLine("http://h/a.html", 4, "Same");
-    writeFile(layout("sitemap1c.html"), oneColumnLayout({look, clicked}));
-    controller.changeMapType(2);
-    controller.linkClicked("http://h/a.html---LINKID:4---", "Same");
-    controller.deleteLinkAction();
-    EXPECT_EQ(fileContents(layout("sitemap1c.html")), oneColumnLayout({"", clicked}));
 }
 
 TEST_F(HtmlEditor, AfterARepackALinkWithAnAmpersandIsFoundAgain) {
