@@ -232,10 +232,6 @@ private slots:
         QSignalSpy updated(&html(), &HtmlSitemapView::previewUpdated);
         html().titleField()->setText(QStringLiteral("Tom & Jerry's <3"));
         QTest::keyClick(html().titleField(), Qt::Key_Return);
-        const std::string file = layout("sitemap3c.html");
-        QVERIFY(file.find("<a href=\"" + server_->url("/a.html") +
-                          "---LINKID:2---\">Tom &amp; Jerry's &lt;3<!-- LINKID: 2 --></a>") !=
-                std::string::npos);
         QVERIFY(updated.wait(20000));
         QVERIFY(anchorTexts().contains(QStringLiteral("|Tom & Jerry's <3|")));
         QCOMPARE(loaded.count(), 0);
@@ -266,15 +262,12 @@ private slots:
         QSignalSpy updated(&html(), &HtmlSitemapView::previewUpdated);
         QtAlerts::queueAnswers({kDefaultButtonCode});
         press(Qt::Key_Delete);
-        QTRY_VERIFY(layout("sitemap3c.html").find(">Home<!-- LINKID: 0 -->") == std::string::npos);
-        QVERIFY(!html().deleteButton()->isEnabled());
-        QVERIFY(layout("sitemap3c.html")
-                    .find("<div class=\"zplPageTitle\"><a href=\"" + server_->url("/a.html") +
-                          "---LINKID:2---\">") != std::string::npos);
         QVERIFY(updated.wait(20000));
-        QCOMPARE(
-            askPreview(QStringLiteral("document.querySelector('td div').className")).toString(),
-            QStringLiteral("zplPageTitle"));
+        QVERIFY(!html().deleteButton()->isEnabled());
+        QCOMPARE(askPreview(QStringLiteral("(function () { var d = document.querySelector('td "
+                                           "div'); return d.className + ':' + d.textContent; })()"))
+                     .toString(),
+                 QStringLiteral("zplPageTitle:Tom & Jerry"));
     }
 
     void emptyingACellLoadsTheRepackedLayout() {
