@@ -443,18 +443,32 @@ TEST_F(HtmlEditor, ARepackOrAFailedSaveLoadsThePreviewAgain) {
     EXPECT_EQ(alerts.shown.back().title, "The HTML sitemap could not be saved.");
 }
 
-// A click on a line of a one-column layout and an edit of its title and address, or its
-// deletion; the lines after it, or none when the line is not found again and nothing changes.
+// A click on a line of a one-column layout (or, with type 5, the pages-only one), and an
+// edit of its title and address or its deletion; the lines after it, or none when the line
+// is not found again and nothing changes.
+struct LineEditCase {
+    const char* name;
+    std::vector<std::string> lines;
+    std::string href;  // as a browser reports it
+    std::string label;
+    std::optional<std::pair<std::string, std::string>> edit;  // none deletes
+    std::optional<std::vector<std::string>> after;
+    size_t type = 2;
+};
+
+using Lines = std::vector<std::string>;
+
+LineEditCase edit(const char* name, Lines lines, std::string href, std::string label,
+                  std::string title, std::string address, std::optional<Lines> after) {
+    return {name, lines, href, label, std::pair{title, address}, after};
+}
+
+LineEditCase deletion(const char* name, Lines lines, std::string href, std::string label,
+                      std::optional<Lines> after, size_t type = 2) {
+    return {name, lines, href, label, std::nullopt, after, type};
+}
+
 TEST_F(HtmlEditor, EditsAndDeletionsFindTheClickedLineAgain) {
-    struct Case {
-        const char* name;
-        std::vector<std::string> lines;
-        std::string href;  // as a browser reports it
-        std::string label;
-        std::optional<std::pair<std::string, std::string>> edit;  // none deletes
-        std::optional<std::vector<std::string>> after;
-        size_t type = 2;
-    };
     const std::string older =
         "\n\t\t\t<div class=\"zplPageTitle\"><a href=\"http://h/---LINKID:0---\">"
         "A < B<!-- LINKID: 0 --></a></div>";
@@ -463,16 +477,7 @@ TEST_F(HtmlEditor, EditsAndDeletionsFindTheClickedLineAgain) {
     const std::string same = pageTitleLine("http://h/a.html", 4, "Same");
     const std::vector<std::string> patterns = {pageTitleLine("http://h/x?y", 1, "a (b)"),
                                                pageTitleLine("http://h/x?y", 2, "a (b")};
-    using Lines = std::vector<std::string>;
-    const auto edit = [](const char* name, Lines lines, std::string href, std::string label,
-                         std::string title, std::string address, std::optional<Lines> after) {
-        return Case{name, lines, href, label, std::pair{title, address}, after};
-    };
-    const auto deletion = [](const char* name, Lines lines, std::string href, std::string label,
-                             std::optional<Lines> after, size_t type = 2) {
-        return Case{name, lines, href, label, std::nullopt, after, type};
-    };
-    const Case cases[] = {
+    const LineEditCase cases[] = {
         edit("escaped title, quoted address",
              Lines{pageTitleLine("http://h/q?x=\"1\"&y=2", 7, "<b>Bold</b> & co")},
              "http://h/q?x=%221%22&y=2---LINKID:7---", "<b>Bold</b> & co", "<i>\"x\"</i>",
@@ -493,7 +498,7 @@ TEST_F(HtmlEditor, EditsAndDeletionsFindTheClickedLineAgain) {
         deletion("a (b)", patterns, "http://h/x?y---LINKID:1---", "a (b)", std::nullopt),
         deletion("a (b", patterns, "http://h/x?y---LINKID:2---", "a (b", std::nullopt),
     };
-    for (const Case& c : cases) {
+    for (const LineEditCase& c : cases) {
         SCOPED_TRACE(c.name);
         const std::string path = layout(c.type == 5 ? "sitemap1cpo.html" : "sitemap1c.html");
         writeFile(path, oneColumnLayout(c.lines));
