@@ -254,8 +254,8 @@ TEST_F(ScanSettings, BasicAuthComesFromTheNetrc) {
     test::writeFile(home.path() + "/.netrc", "machine 127.0.0.1 login user password secret\n");
     addSite();
     scan();
-    ASSERT_EQ(alerts.shown.size(), 1U);
-    EXPECT_EQ(alerts.shown[0].message, "Error Code: 401 - Unauthorized");
+    EXPECT_EQ(alerts.described(), std::vector<std::string>{"Refusal: The Site URL Could Not Be "
+                                                           "Reached | Error Code: 401 - Unauthorized [OK]"});
 
     CrawlSettings settings;
     settings.setUseNetrc(true);
@@ -264,22 +264,6 @@ TEST_F(ScanSettings, BasicAuthComesFromTheNetrc) {
     EXPECT_EQ(alerts.shown.size(), 1U);
     EXPECT_EQ(siteView.state().details.pagesFound, "2");
     EXPECT_EQ(siteView.state().details.brokenLinks, "0");
-}
-
-TEST_F(ScanSettings, AMalformedFileIsReportedAndTheDefaultsAreUsed) {
-    servePage("/", {"<html><head><title>Only</title></head><body></body></html>"});
-    addSite();
-    test::writeFile(home.dataRoot() + "/Test/crawl.json", "{connections: 8}");
-    scan();
-    ASSERT_EQ(alerts.shown.size(), 1U);
-    EXPECT_EQ(alerts.shown[0].kind, AlertKind::Information);
-    EXPECT_EQ(alerts.shown[0].title, "The Crawl Settings Could Not Be Read");
-    EXPECT_EQ(alerts.shown[0].message,
-              home.dataRoot() +
-                  "/Test/crawl.json: line 1, column 2: expected a member name in double quotes. "
-                  "The default settings are used.");
-    EXPECT_EQ(requestLog(), (std::vector<std::string>{"GET /", "GET //robots.txt", "GET /", "GET /",
-                                                      "GET /", "GET /", "HEAD /", "GET /"}));
 }
 
 TEST_F(ScanSettings, CancelWithFetchesUnderWayClosesTheFilesAndWritesTheStatistics) {

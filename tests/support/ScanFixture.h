@@ -54,17 +54,9 @@ public:
 
 // One page of a test site.
 struct TestPage {
-    TestPage(std::string pageBody, std::string type = "text/html", int code = 200,
-             std::string modified = {}, std::string redirect = {})
-        : body(std::move(pageBody)),
-          contentType(std::move(type)),
-          status(code),
-          lastModified(std::move(modified)),
-          location(std::move(redirect)) {}
-
     std::string body;
-    std::string contentType;
-    int status;
+    std::string contentType = "text/html";
+    int status = 200;
     std::string lastModified;
     std::string location;
 };
@@ -112,6 +104,13 @@ protected:
     }
 
     SiteScanner& scanner() { return driver.scanner(); }
+
+    // The figures of the site's details as the window shows them.
+    std::string figures() const {
+        const SiteDetailsFields& shown = siteView.state().details;
+        return "links " + shown.totalLinksFound + ", pages " + shown.pagesFound + ", scanned " +
+               shown.linksScanned + ", broken " + shown.brokenLinks;
+    }
 
     std::vector<std::string> requestLog() {
         const std::lock_guard lock(mutex);
