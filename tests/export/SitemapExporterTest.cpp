@@ -122,12 +122,10 @@ TEST_F(Export, XmlDropsEmptyElementsWithTheirIndent) {
     EXPECT_EQ(view.requests.at(0).proposedName, "sitemap.xml");
     EXPECT_EQ(view.requests.at(0).allowedTypes, std::vector<std::string>{"xml"});
     EXPECT_FALSE(view.indeterminate);
-    ASSERT_EQ(alerts.shown.size(), 1U);
-    EXPECT_EQ(alerts.shown[0].kind, AlertKind::Information);
-    EXPECT_EQ(alerts.shown[0].title, "The XML sitemap was exported.");
-    EXPECT_EQ(alerts.shown[0].message,
-              "2 empty last-modified dates were left out: search engines take an empty date as "
-              "an invalid one.");
+    EXPECT_EQ(alerts.described(),
+              std::vector<std::string>{
+                  "Information: The XML sitemap was exported. | 2 empty last-modified dates were "
+                  "left out: search engines take an empty date as an invalid one. [OK]"});
 }
 
 TEST(XmlExportText, EveryEmptyDateGoesAndIsCounted) {
@@ -161,15 +159,11 @@ TEST_F(Export, ABareAmpersandIsEscapedOnlyWhenTheUserAgrees) {
     alerts.answers = {kAlternateButtonCode};
     exporter.exportXMLSitemap();
     exporter.waitForExport();
-    ASSERT_EQ(alerts.shown.size(), 1U);
-    EXPECT_EQ(alerts.shown[0].kind, AlertKind::Question);
-    EXPECT_EQ(alerts.shown[0].title,
-              "The XML sitemap is not well formed: line 9 holds a bare \"&\".");
-    EXPECT_EQ(alerts.shown[0].message,
-              "Export it with every bare \"&\" written as \"&amp;\"? The site's own sitemap.xml "
-              "stays as it is.");
-    EXPECT_EQ(alerts.shown[0].defaultButton, "Fix and Export");
-    EXPECT_EQ(alerts.shown[0].alternateButton, "Cancel");
+    EXPECT_EQ(alerts.described(),
+              std::vector<std::string>{
+                  "Question: The XML sitemap is not well formed: line 9 holds a bare \"&\". | "
+                  "Export it with every bare \"&\" written as \"&amp;\"? The site's own "
+                  "sitemap.xml stays as it is. [Fix and Export] [Cancel]"});
     EXPECT_TRUE(exporter.ampersandRepairDeclined());
     EXPECT_TRUE(view.requests.empty());
     EXPECT_FALSE(view.panelShown);
@@ -188,11 +182,9 @@ TEST_F(Export, ABareAmpersandIsEscapedOnlyWhenTheUserAgrees) {
     writeFile(site("sitemap.xml"), header + "\n\t<url><loc>http://h/?a&b</url>\n</urlset>");
     exporter.exportXMLSitemap();
     exporter.waitForExport();
-    EXPECT_EQ(alerts.shown.back().kind, AlertKind::Refusal);
-    EXPECT_EQ(alerts.shown.back().title,
-              "The XML sitemap is not well formed, so it was not exported.");
-    EXPECT_EQ(alerts.shown.back().message,
-              "Line 8: Opening and ending tag mismatch: loc line 8 and url.");
+    EXPECT_EQ(alerts.described().back(),
+              "Refusal: The XML sitemap is not well formed, so it was not exported. | Line 8: "
+              "Opening and ending tag mismatch: loc line 8 and url. [OK]");
     EXPECT_EQ(view.requests.size(), 1U);
 }
 
@@ -286,12 +278,11 @@ TEST_F(Export, MissingOrUnreadableFilesAreReportedAndNothingIsWritten) {
         exporter.waitForExport();
         exporter.exportXMLSitemap();
         exporter.waitForExport();
-        ASSERT_EQ(alerts.shown.size(), 2U);
-        for (const Alert& alert : alerts.shown) {
-            EXPECT_EQ(alert.title, present ? unreadable : missing);
-            EXPECT_EQ(alert.message,
-                      present ? "If this problem persists, please contact support." : "");
-        }
+        const std::string shown =
+            present ? "Refusal: " + unreadable +
+                          " | If this problem persists, please contact support. [OK]"
+                    : "Refusal: " + missing + " |  [OK]";
+        EXPECT_EQ(alerts.described(), std::vector<std::string>(2, shown));
         EXPECT_TRUE(view.requests.empty());
         EXPECT_FALSE(pathExists(*view.answer));
     }
@@ -309,11 +300,9 @@ TEST_F(Export, AFileThatCannotBeWrittenIsRefusedWithTheReason) {
         exporter.exportHTMLSitemaps();
         exporter.waitForExport();
         ASSERT_FALSE(alerts.shown.empty()) << path;
-        EXPECT_EQ(alerts.shown.back().kind, AlertKind::Refusal);
-        EXPECT_EQ(alerts.shown.back().title,
-                  path.empty() ? "The export could not be written."
-                               : "The export could not be written to \"" + path + "\".");
-        EXPECT_EQ(alerts.shown.back().message, reason);
+        EXPECT_EQ(alerts.described().back(), "Refusal: The export could not be written" +
+                                                 (path.empty() ? "." : " to \"" + path + "\".") +
+                                                 " | " + reason + " [OK]");
     }
     EXPECT_FALSE(pathExists(home.path() + "/missing"));
 }
