@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <map>
 #include <thread>
 #include <tuple>
 
@@ -461,52 +462,51 @@ const std::string& manyAnchors() {
     return page;
 }
 
+// Answers that are written whole at once, by path.
+const std::map<std::string, std::string>& wholeAnswers() {
+    static const std::map<std::string, std::string> answers = [] {
+        std::string noise;
+        for (int i = 0; i < 5000; ++i) {
+            noise += static_cast<char>((i * 7919) % 256);
+        }
+        const auto page = [](const std::string& body) {
+            return RawHttpServer::response("200 OK", "text/html", body);
+        };
+        return std::map<std::string, std::string>{
+            {"/", page(R"(<title>Home</title><a href="silent.html">1</a><a href="slow.html">2</a>)"
+                       R"(<a href="endless.html">3</a><a href="binary.html">4</a>)"
+                       R"(<a href="latin1.html">5</a><a href="loop.html">6</a>)"
+                       R"(<a href="many.html">7</a>)")},
+            {"/binary.html", page(noise)},
+            {"/latin1.html", page("<title>Caf\xe9</title><a href=\"/\">\xe0 la maison</a>")},
+            {"/loop.html",
+             "HTTP/1.1 302 Found\r\nLocation: /loop.html\r\n"
+             "Content-Length: 0\r\nConnection: close\r\n\r\n"},
+            {"/many.html", page(manyAnchors())},
+        };
+    }();
+    return answers;
+}
+
 void answer(int connection, const std::string& head, const std::atomic<bool>& stopping) {
-    const std::string requestLine = head.substr(0, head.find("\r\n"));
-    const auto asked = [&](std::string_view path) {
-        return requestLine.find(" " + std::string(path) + " ") != std::string::npos;
-    };
-    if (asked("/")) {
-        RawHttpServer::send(
-            connection,
-            RawHttpServer::response(
-                "200 OK", "text/html",
-                "<title>Home</title><a href=\"silent.html\">1</a><a href=\"slow.html\">2</a>"
-                "<a href=\"endless.html\">3</a><a href=\"binary.html\">4</a>"
-                "<a href=\"latin1.html\">5</a><a href=\"loop.html\">6</a><a "
-                "href=\"many.html\">7</a>"));
-    } else if (asked("/silent.html")) {
+    const size_t start = head.find(' ') + 1;
+    const std::string path = head.substr(start, head.find(' ', start) - start);
+    if (const auto whole = wholeAnswers().find(path); whole != wholeAnswers().end()) {
+        RawHttpServer::send(connection, whole->second);
+    } else if (path == "/silent.html") {
         waitForHangUp(connection, stopping);
-    } else if (asked("/slow.html")) {
+    } else if (path == "/slow.html") {
         RawHttpServer::send(connection,
                             "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\n"
                             "Content-Length: 100000\r\n\r\n<title>");
         while (!stopping && RawHttpServer::send(connection, "x")) {
             std::this_thread::sleep_for(100ms);
         }
-    } else if (asked("/endless.html")) {
+    } else if (path == "/endless.html") {
         RawHttpServer::send(connection, "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\n\r\n");
         const std::string chunk(64 * 1024, 'a');
         while (!stopping && RawHttpServer::send(connection, chunk)) {
         }
-    } else if (asked("/binary.html")) {
-        std::string noise;
-        for (int i = 0; i < 5000; ++i) {
-            noise += static_cast<char>((i * 7919) % 256);
-        }
-        RawHttpServer::send(connection, RawHttpServer::response("200 OK", "text/html", noise));
-    } else if (asked("/latin1.html")) {
-        RawHttpServer::send(
-            connection,
-            RawHttpServer::response("200 OK", "text/html",
-                                    "<title>Caf\xe9</title><a href=\"/\">\xe0 la maison</a>"));
-    } else if (asked("/loop.html")) {
-        RawHttpServer::send(connection,
-                            "HTTP/1.1 302 Found\r\nLocation: /loop.html\r\n"
-                            "Content-Length: 0\r\nConnection: close\r\n\r\n");
-    } else if (asked("/many.html")) {
-        RawHttpServer::send(connection,
-                            RawHttpServer::response("200 OK", "text/html", manyAnchors()));
     } else {
         RawHttpServer::send(connection, RawHttpServer::response("404 Not Found", "text/html", ""));
     }
@@ -532,7 +532,7 @@ protected:
 };
 
 TEST_F(HostileServers, NeitherHangNorCrashTheScan) {
-    manyAnchors();
+    wholeAnswers();
     RawHttpServer hostile(answer);
     addSiteAt(hostile.url("/"));
     scan();

@@ -54,9 +54,17 @@ public:
 
 // One page of a test site.
 struct TestPage {
+    TestPage(std::string pageBody, std::string type = "text/html", int code = 200,
+             std::string modified = {}, std::string redirect = {})
+        : body(std::move(pageBody)),
+          contentType(std::move(type)),
+          status(code),
+          lastModified(std::move(modified)),
+          location(std::move(redirect)) {}
+
     std::string body;
-    std::string contentType = "text/html";
-    int status = 200;
+    std::string contentType;
+    int status;
     std::string lastModified;
     std::string location;
 };
