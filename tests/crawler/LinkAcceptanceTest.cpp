@@ -153,10 +153,8 @@ TEST(RebuildHref, HrefsAreMadeAbsoluteByTheirOwnRules) {
         {"x.html", "http://host/site/a/b/x.html"},
         {"x.html", "http://host/dir/x.html", "http://host/dir"},
     };
-    ProcessState process;
-    SiteScanner scanner{process};
-    scanner.setAllowedMedia();
-    scanner.setSiteBaseURL("http://host/site/");
+    Scanner s("http://host/", "", "http://host/site/");
+    SiteScanner& scanner = s.scanner;
     for (const Rebuild& each : cases) {
         scanner.setPageBaseURLs(each.page);
         EXPECT_EQ(scanner.rebuildHREF(each.href), each.rebuilt) << each.href << " on " << each.page;

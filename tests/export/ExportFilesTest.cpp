@@ -1,27 +1,18 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include "export/ExportFile.h"
 #include "export/Gzip.h"
+#include "platform/FileSystem.h"
 #include "support/TemporaryHome.h"
 
 namespace loomcrest {
 namespace {
 
 using test::fileContents;
-
-std::vector<std::string> namesIn(const std::string& folder) {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-        names.push_back(entry.path().filename().string());
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-}
 
 TEST(ExportFiles, ASetIsWrittenWholeOrNotAtAll) {
     const test::TemporaryHome folder;
@@ -41,7 +32,7 @@ TEST(ExportFiles, ASetIsWrittenWholeOrNotAtAll) {
     EXPECT_EQ(failure->reason, "Is a directory");
     EXPECT_EQ(fileContents(one), "old one");
     EXPECT_EQ(fileContents(index), "old index");
-    EXPECT_EQ(namesIn(folder.path()),
+    EXPECT_EQ(walkFolder(folder.path()),
               (std::vector<std::string>{"sitemap.xml", "sitemap1.xml", "sitemap2.xml"}));
 
     std::filesystem::remove(two);
