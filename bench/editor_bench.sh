@@ -6,7 +6,7 @@
 # files the scan wrote. Then the window's own timers: a click selecting a link and an edit
 # showing in the preview, on the 10,000-page scan.
 # Usage: bench/editor_bench.sh [PAGES...]   (default: 1000 10000)
-# LOOMCREST=path times another build of the command line (and the window tests built beside
+# LOOMCREST=path times another build of the command line (and the window benchmark built beside
 # it); LOOMCREST_BENCH_WINDOW=0 skips the window.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -19,9 +19,9 @@ if [ -z "${LOOMCREST:-}" ]; then
     gui=OFF
     [ "$window" = 1 ] && gui=ON
     cmake -S . -B build/bench -DCMAKE_BUILD_TYPE=Release -DLOOMCREST_BUILD_GUI="$gui" \
-        -DLOOMCREST_BUILD_TESTS="$gui" >/dev/null
+        -DLOOMCREST_BUILD_BENCHMARKS="$gui" >/dev/null
     targets=(loomcrest)
-    [ "$window" = 1 ] && targets+=(loomcrest_gui_sitemap_tests)
+    [ "$window" = 1 ] && targets+=(loomcrest_window_bench)
     cmake --build build/bench -j"$(nproc)" --target "${targets[@]}" >/dev/null
 fi
 loomcrest="${LOOMCREST:-$PWD/build/bench/loomcrest}"
@@ -156,15 +156,15 @@ for label in "${operations[@]}"; do
     printf '| `%s`%s |\n' "$label" "${results[$label]}"
 done
 
-window_tests="$(dirname "$loomcrest")/tests/loomcrest_gui_sitemap_tests"
-[ -x "$window_tests" ] || window_tests="$(dirname "$loomcrest")/loomcrest_gui_sitemap_tests"
-if [ "$window" = 1 ] && [ -x "$window_tests" ] && command -v xvfb-run >/dev/null; then
+window_bench="$(dirname "$loomcrest")/bench/loomcrest_window_bench"
+[ -x "$window_bench" ] || window_bench="$(dirname "$loomcrest")/loomcrest_window_bench"
+if [ "$window" = 1 ] && [ -x "$window_bench" ] && command -v xvfb-run >/dev/null; then
     # Loading a big layout into the preview takes minutes on a busy machine.
     LOOMCREST_BENCH_HOME="$work/home" LOOMCREST_BENCH_SITE=Big QT_QPA_PLATFORM=xcb \
         QTEST_FUNCTION_TIMEOUT=3600000 \
         QTWEBENGINE_CHROMIUM_FLAGS=--disable-gpu \
         dbus-run-session -- xvfb-run -a -s "-screen 0 1280x1024x24" \
-        "$window_tests" timeTheWindowOnABigSite 2>&1 |
+        "$window_bench" 2>&1 |
         sed -n 's/.*window timing: //p'
 fi
 echo "load average at the end: $(cut -d" " -f1-3 /proc/loadavg)"

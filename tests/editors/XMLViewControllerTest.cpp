@@ -10,6 +10,7 @@
 #include "sitemap/SitemapFiles.h"
 #include "sitemap/XmlSitemapFormat.h"
 #include "sites/DataPaths.h"
+#include "support/AlertText.h"
 #include "support/Recorders.h"
 #include "support/TemporaryHome.h"
 #include "support/TextChecks.h"
@@ -118,12 +119,11 @@ TEST_F(XmlEditor, EmptyCellsAreRefusedWithTheirMessages) {
     xml.setObjectValue("", Column::LastUpdated, 0);
     xml.setObjectValue("", Column::ChangeFrequency, 0);
     xml.setObjectValue("", Column::Priority, 0);
-    ASSERT_EQ(alerts.shown.size(), 4U);
-    EXPECT_EQ(alerts.shown[0].title, "The URL field cannot be left blank");
-    EXPECT_EQ(alerts.shown[1].title, "The Last Updated field cannot be left blank");
-    EXPECT_EQ(alerts.shown[2].title, "The Change Frequency field cannot be left blank");
-    EXPECT_EQ(alerts.shown[3].title, "The Link Priority field cannot be left blank");
-    EXPECT_EQ(alerts.shown[3].defaultButton, "OK");
+    EXPECT_EQ(alertTexts(alerts.shown),
+              "The URL field cannot be left blank||OK||\n"
+              "The Last Updated field cannot be left blank||OK||\n"
+              "The Change Frequency field cannot be left blank||OK||\n"
+              "The Link Priority field cannot be left blank||OK||\n");
     EXPECT_EQ(fileContents(file()), before);
 }
 
@@ -131,11 +131,9 @@ TEST_F(XmlEditor, DeletionAsksThenRewrites) {
     xml.selectRow(1);
     alerts.answers.push_back(kOtherButtonCode);
     xml.delLinkAction();
-    ASSERT_EQ(alerts.shown.size(), 1U);
-    EXPECT_EQ(alerts.shown[0].title,
-              "Do you really want to delete the selected link?\nDeleting links cannot be undone!");
-    EXPECT_EQ(alerts.shown[0].defaultButton, "Delete Link");
-    EXPECT_EQ(alerts.shown[0].otherButton, "Cancel");
+    EXPECT_EQ(alertTexts(alerts.shown),
+              "Do you really want to delete the selected link?\nDeleting "
+              "links cannot be undone!||Delete Link||Cancel\n");
     EXPECT_EQ(xml.numberOfRowsInTableView(), 3U);
 
     xml.selectRow(1);
@@ -167,9 +165,9 @@ TEST(XmlEditorWithoutSite, RefusesToOpen) {
     ProcessState process;
     XMLViewController xml(process, alerts, [] { return std::string(); });
     EXPECT_FALSE(xml.viewTBIAction());
-    ASSERT_EQ(alerts.shown.size(), 1U);
-    EXPECT_EQ(alerts.shown[0].title,
-              "You need to select a sitemap from the sites list to use the XML sitemap viewer.");
+    EXPECT_EQ(alertTexts(alerts.shown),
+              "You need to select a sitemap from the sites list to use "
+              "the XML sitemap viewer.||OK||\n");
 }
 
 // Month and day are read as numbers from fixed positions, so a blank lets a day of two
@@ -207,9 +205,8 @@ TEST_F(XmlEditor, TheFormatMessageNamesToday) {
     localtime_r(&now, &local);
     char today[16];
     std::strftime(today, sizeof today, "%Y-%m-%d", &local);
-    ASSERT_EQ(alerts.shown.size(), 1U);
-    EXPECT_EQ(alerts.shown[0].title,
-              "The Last Updated date format must be yyyy-mm-dd (" + std::string(today) + ")");
+    EXPECT_EQ(alertTexts(alerts.shown), "The Last Updated date format must be yyyy-mm-dd (" +
+                                            std::string(today) + ")||OK||\n");
 }
 
 }  // namespace

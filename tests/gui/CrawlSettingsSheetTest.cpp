@@ -36,6 +36,16 @@ private:
         QTRY_VERIFY(sheet().isVisible());
     }
 
+    // The sheet's fields as "connections|rate|user agent|fetch once|netrc|headers".
+    QString fields() {
+        return QStringList{sheet().connectionsField()->text(),
+                           sheet().rateField()->text(),
+                           sheet().userAgentField()->text(),
+                           sheet().fetchOnceBox()->isChecked() ? "fetch once" : "",
+                           sheet().netrcBox()->isChecked() ? "netrc" : "",
+                           sheet().headersField()->toPlainText()}
+            .join('|');
+    }
     static void retype(QLineEdit* field, const QString& text) {
         field->setFocus();
         field->selectAll();
@@ -59,12 +69,8 @@ private slots:
     void typedSettingsAreSaved() {
         addAndSelectSite("http://example.com/");
         openSheet();
-        QCOMPARE(sheet().connectionsField()->text(), QStringLiteral("1"));
-        QCOMPARE(sheet().rateField()->text(), QStringLiteral("0"));
-        QCOMPARE(sheet().userAgentField()->text(),
-                 QString::fromStdString(CrawlSettings::defaultUserAgent()));
-        QVERIFY(!sheet().fetchOnceBox()->isChecked());
-        QVERIFY(!sheet().netrcBox()->isChecked());
+        const QString defaultAgent = QString::fromStdString(CrawlSettings::defaultUserAgent());
+        QCOMPARE(fields(), "1|0|" + defaultAgent + "|||");
 
         retype(sheet().connectionsField(), QStringLiteral("4"));
         retype(sheet().rateField(), QStringLiteral("2.5"));
@@ -79,24 +85,19 @@ private slots:
         QTRY_VERIFY(!sheet().isVisible());
         QVERIFY(QtAlerts::shownAlerts().empty());
 
-        const CrawlSettingsRead read = readCrawlSettings(siteFolderLocation("Site"));
-        QVERIFY(!read.problem);
-        QCOMPARE(read.settings.connections(), 4);
-        QCOMPARE(read.settings.requestsPerSecond(), 2.5);
-        QVERIFY(read.settings.fetchOnce());
-        QCOMPARE(read.settings.extraHeaders(),
-                 (std::vector<std::string>{"Cookie: a=b", "X-Token: t"}));
-        QVERIFY(!read.settings.useNetrc());
+        const std::string saved =
+            "{\n  \"connections\": 4,\n  \"requestsPerSecond\": 2.5,\n  \"fetchOnce\": true,\n"
+            "  \"extraHeaders\": [\n    \"Cookie: a=b\",\n    \"X-Token: t\"\n  ],\n"
+            "  \"useNetrc\": false\n}\n";
+        QCOMPARE(test::fileContents(settingsPath()), saved);
 
         // Opened again, the sheet shows what was saved; Escape leaves the file alone.
         openSheet();
-        QCOMPARE(sheet().connectionsField()->text(), QStringLiteral("4"));
-        QCOMPARE(sheet().headersField()->toPlainText(),
-                 QStringLiteral("Cookie: a=b\nX-Token: t\n"));
+        QCOMPARE(fields(), "4|2.5|" + defaultAgent + "|fetch once||Cookie: a=b\nX-Token: t\n");
         retype(sheet().connectionsField(), QStringLiteral("9"));
         QTest::keyClick(sheet().connectionsField(), Qt::Key_Escape);
         QTRY_VERIFY(!sheet().isVisible());
-        QCOMPARE(readCrawlSettings(siteFolderLocation("Site")).settings.connections(), 4);
+        QCOMPARE(test::fileContents(settingsPath()), saved);
     }
 
     void refusedSettingsKeepTheSheetOpen() {
@@ -106,9 +107,6 @@ private slots:
         QtAlerts::queueAnswers({kDefaultButtonCode});
         QTest::keyClick(sheet().connectionsField(), Qt::Key_Return);  // the default button
         QTRY_COMPARE(QtAlerts::shownAlerts().size(), size_t{1});
-        QCOMPARE(QtAlerts::shownAlerts()[0].title, std::string("Cannot Use These Crawl Settings"));
-        QCOMPARE(QtAlerts::shownAlerts()[0].message,
-                 std::string("Connections must be a whole number from 1 to 16."));
         QVERIFY(sheet().isVisible());
         QVERIFY(!QFileInfo::exists(QString::fromStdString(settingsPath())));
 
@@ -117,9 +115,6 @@ private slots:
         QtAlerts::queueAnswers({kDefaultButtonCode});
         QTest::mouseClick(sheet().saveButton(), Qt::LeftButton);
         QTRY_COMPARE(QtAlerts::shownAlerts().size(), size_t{2});
-        QCOMPARE(QtAlerts::shownAlerts()[1].message,
-                 std::string("The user agent must not be empty and must not hold control "
-                             "characters."));
         QVERIFY(sheet().isVisible());
         QTest::mouseClick(sheet().cancelButton(), Qt::LeftButton);
         QTRY_VERIFY(!sheet().isVisible());

@@ -83,6 +83,12 @@ private:
         QCOMPARE(detail("siteName"), QString());
     }
     QString detail(const char* name) { return scan().detail(QString::fromLatin1(name))->text(); }
+    // The shown figures as "pages found|total links|broken links|links scanned".
+    QString figures() {
+        return QStringList{detail("pagesFound"), detail("totalLinksFound"), detail("brokenLinks"),
+                           detail("linksScanned")}
+            .join('|');
+    }
     QPoint placeInWindow(const QWidget* widget) { return widget->mapTo(window_.get(), QPoint()); }
 
     // The details as columns; a double-click opens the page, Ctrl+C copies the selected
@@ -217,11 +223,6 @@ private slots:
         QCOMPARE(QtAlerts::shownAlerts().size(), size_t{2});
         QVERIFY(window_->toolbarAction(MainViewControl::Export)->isChecked());
         QVERIFY(!window_->toolbarAction(MainViewControl::HtmlSitemap)->isChecked());
-        for (const char* view : {"HTML", "XML"}) {
-            QCOMPARE(QtAlerts::shownAlerts()[view[0] == 'X'].title,
-                     "You need to select a sitemap from the sites list to use the " +
-                         std::string(view) + " sitemap viewer.");
-        }
         QCOMPARE(window_->returnCurrentView(), 5);
     }
 
@@ -232,9 +233,8 @@ private slots:
         QCOMPARE(scan().siteTable()->item(0)->text(), QStringLiteral("Example"));
         selectSite(QStringLiteral("Example"));
         QCOMPARE(window_->windowTitle(), QStringLiteral("Loomcrest2 - Example"));
-        QCOMPARE(detail("siteName"), QStringLiteral("Example"));
-        QCOMPARE(detail("siteURL"), QStringLiteral("http://example.com/"));
-        QCOMPARE(detail("pagesFound"), QStringLiteral("0"));
+        QCOMPARE(detail("siteName") + "|" + detail("siteURL") + "|" + figures(),
+                 QStringLiteral("Example|http://example.com/|0|0|0|0"));
         QVERIFY(scan().scanButton()->isEnabled());
         QVERIFY(scan().deleteButton()->isEnabled());
         QTest::mouseClick(scan().robotsBox(), Qt::LeftButton, {}, QPoint(5, 5));
@@ -246,12 +246,6 @@ private slots:
         QtAlerts::queueAnswers({kDefaultButtonCode});
         addSite(QStringLiteral("a.b"), QString());
         QTRY_COMPARE(QtAlerts::shownAlerts().size(), size_t{1});
-        const Alert& alert = QtAlerts::shownAlerts().front();
-        QCOMPARE(alert.title,
-                 std::string("The following error has occurred while saving your site."));
-        QCOMPARE(alert.message,
-                 std::string("\nThe site name cannot contain the following characters: "
-                             "/ \\ . or ?\nThe site URL field cannot be left blank."));
         QVERIFY(window_->siteSheet().isVisible());
         QCOMPARE(window_->siteSheet().nameField()->text(), QStringLiteral("a.b"));
     }
@@ -346,11 +340,8 @@ private slots:
         selectSite(QStringLiteral("Site"));
         press(Qt::Key_F5);
         QTRY_VERIFY_WITH_TIMEOUT(!scan().scanner().isScanning(), 10000);
-        QTRY_COMPARE(detail("pagesFound"), QStringLiteral("3"));
+        QTRY_COMPARE(figures(), QStringLiteral("3|5|1|2"));
         QTRY_COMPARE(windowsBesides(*window_), QStringList());
-        QCOMPARE(detail("totalLinksFound"), QStringLiteral("5"));
-        QCOMPARE(detail("brokenLinks"), QStringLiteral("1"));
-        QCOMPARE(detail("linksScanned"), QStringLiteral("2"));
         QVERIFY(scan().brokenLinksButton()->isVisible());
         QVERIFY(scan().scannedLinks()->toPlainText().contains(QStringLiteral("/a.html")));
         QVERIFY(scan().scanButton()->isEnabled());

@@ -133,9 +133,7 @@ TEST_F(SiteRecords, RenamingMovesTheFolderWithAllItsFiles) {
     edit("Example", "Renamed", "example.com");
     EXPECT_FALSE(pathExists(siteFolderLocation("Example")));
     EXPECT_EQ(siteFile("Renamed"),
-              "<siteName>Renamed</siteName>\n<siteURL>http://example.com/</siteURL>\n"
-              "<ignoreRobotFile>NO</ignoreRobotFile>\n<pagesFound>0</pagesFound>\n"
-              "<totalLinks>0</totalLinks>\n<pagesUsed>0</pagesUsed>");
+              newSiteFileText("Renamed", "http://example.com/") + "\n<pagesUsed>0</pagesUsed>");
     EXPECT_EQ(fileContents(home.dataRoot() + "/Renamed/sitemap.xml"), "<urlset/>");
     EXPECT_EQ(fileContents(home.dataRoot() + "/Renamed/filters.zplp"), "tmp\n");
     EXPECT_EQ(scanView.names, std::vector<std::string>{"Renamed"});
@@ -150,10 +148,7 @@ TEST_F(SiteRecords, RenamingOntoAnExistingSiteOverwritesThatSitesURL) {
               "A site with the name \"Second\" already exists, please delete this site first or "
               "select a different name.||OK|window");
     EXPECT_NE(siteFile("First").find("<siteURL>http://first.com/</siteURL>"), std::string::npos);
-    EXPECT_EQ(siteFile("Second"),
-              "<siteName>Second</siteName>\n<siteURL>http://changed.com/</siteURL>\n"
-              "<ignoreRobotFile>NO</ignoreRobotFile>\n<pagesFound>0</pagesFound>\n"
-              "<totalLinks>0</totalLinks>");
+    EXPECT_EQ(siteFile("Second"), newSiteFileText("Second", "http://changed.com/"));
     EXPECT_FALSE(sheetView.state.shown);
 }
 
