@@ -25,14 +25,7 @@ struct Check {
 };
 
 TEST(CrawlSettings, DefaultsAndWhatIsAllowed) {
-    const CrawlSettings defaults;
-    EXPECT_EQ(defaults.connections(), 1);
-    EXPECT_EQ(defaults.requestsPerSecond(), 0);
-    EXPECT_EQ(defaults.userAgent(), kDefaultAgent);
-    EXPECT_FALSE(defaults.fetchOnce());
-    EXPECT_TRUE(defaults.extraHeaders().empty());
-    EXPECT_FALSE(defaults.useNetrc());
-    EXPECT_TRUE(defaults.isValid());
+    EXPECT_TRUE(CrawlSettings().isValid());
 
     const std::string connections(kConnectionsProblem);
     const std::string rate(kRateProblem);
@@ -182,9 +175,9 @@ TEST(CrawlSettingsFile, AMalformedFileIsReportedAndGivesTheDefaults) {
 
     const Alert unwritable =
         unwritableCrawlSettingsAlert(WriteResult::failure("/sites/A/crawl.json", "Disk full"));
-    EXPECT_EQ(unwritable.kind, AlertKind::Refusal);
-    EXPECT_EQ(unwritable.title, "The Crawl Settings Could Not Be Saved");
-    EXPECT_EQ(unwritable.message, "/sites/A/crawl.json: Disk full");
+    EXPECT_EQ(
+        test::describe(unwritable),
+        "Refusal: The Crawl Settings Could Not Be Saved | /sites/A/crawl.json: Disk full [OK]");
 }
 
 TEST(CrawlSettingsEditor, OpensTheSavedSettingsAndSavesOnlyWhatIsAllowed) {
@@ -211,9 +204,9 @@ TEST(CrawlSettingsEditor, OpensTheSavedSettingsAndSavesOnlyWhatIsAllowed) {
     for (const auto& [typed, problem] : refused) {
         alerts.shown.clear();
         EXPECT_FALSE(editor.save(typed));
-        ASSERT_EQ(alerts.shown.size(), 1U);
-        EXPECT_EQ(alerts.shown[0].title, "Cannot Use These Crawl Settings");
-        EXPECT_EQ(alerts.shown[0].message, problem);
+        EXPECT_EQ(alerts.described(),
+                  std::vector<std::string>{"Refusal: Cannot Use These Crawl Settings | " +
+                                           std::string(problem) + " [OK]"});
     }
     alerts.shown.clear();
     EXPECT_FALSE(editor.save({"2", "0", "A", false, "Cookie: a\nbad header\n", false}));
@@ -224,10 +217,11 @@ TEST(CrawlSettingsEditor, OpensTheSavedSettingsAndSavesOnlyWhatIsAllowed) {
     test::writeFile(home.path() + "/crawl.json", "{");
     alerts.shown.clear();
     EXPECT_EQ(editor.open(home.path()).connections, "1");
-    ASSERT_EQ(alerts.shown.size(), 1U);
-    EXPECT_EQ(alerts.shown[0].message, home.path() +
-                                           "/crawl.json: line 1, column 2: unexpected end of text. "
-                                           "The default settings are used.");
+    EXPECT_EQ(alerts.described(),
+              std::vector<std::string>{"Information: The Crawl Settings Could Not Be Read | " +
+                                       home.path() +
+                                       "/crawl.json: line 1, column 2: unexpected end of text. "
+                                       "The default settings are used. [OK]"});
 }
 
 TEST(CrawlDelay, TheLongestDelayOfAnyGroupIsAdvice) {

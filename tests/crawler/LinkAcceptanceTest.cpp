@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
 #include "app/ProcessState.h"
+#include "crawler/PageList.h"
+#include "crawler/RobotsRules.h"
 #include "crawler/SiteScanner.h"
+#include "support/TestServer.h"
 
 namespace loomcrest {
 
@@ -119,6 +122,103 @@ TEST(LinkAcceptance, BasesAreCutBackOnlyForPageNames) {
     EXPECT_EQ(s.scanner.pageBaseURL, "http://host/dir");
     s.scanner.setSiteBaseURL("http://host");
     EXPECT_EQ(s.scanner.siteBaseURL, "http://");
+}
+
+struct Rebuild {
+    std::string href;
+    std::string rebuilt;
+    std::string page = "http://host/site/a/b/page.html";
+};
+
+TEST(RebuildHref, HrefsAreMadeAbsoluteByTheirOwnRules) {
+    const std::vector<Rebuild> cases = {
+        // The site base and absolute links stand as they are.
+        {"http://host/site/", "http://host/site/"},
+        {"https://elsewhere/x", "https://elsewhere/x"},
+        {"ftp://files/x", "ftp://files/x"},
+        {"httpish.html", "httpish.html"},
+        {"mailto:me@host", "mailto:me@host"},
+        {"mailto:", "http://host/site/"},
+        {"#top", "http://host/site/a/b/page.html"},
+        // Parent folders are climbed one per group and stop at the root.
+        {"../x.html", "http://host/site/a/x.html"},
+        {"../../x.html", "http://host/site/x.html"},
+        {"../../../../../../x.html", "http://host/x.html"},
+        {"../../x.html", "http://host/x.html", "http://host"},
+        {"../x.html", "/x.html", ""},
+        // "./" loses the rest of the href.
+        {"./other.html", "http://host/site/a/b/"},
+        {"/x.html", "http://host/x.html", "http://user@host:8080/a/page.html"},
+        {"", "http://host/site/a/b/"},
+        {"x.html", "http://host/site/a/b/x.html"},
+        {"x.html", "http://host/dir/x.html", "http://host/dir"},
+    };
+    Scanner s("http://host/", "", "http://host/site/");
+    SiteScanner& scanner = s.scanner;
+    for (const Rebuild& each : cases) {
+        scanner.setPageBaseURLs(each.page);
+        EXPECT_EQ(scanner.rebuildHREF(each.href), each.rebuilt) << each.href << " on " << each.page;
+    }
+    // A page base that names a page is joined as it stands.
+    scanner.pageBaseURL = "http://host/page.html";
+    EXPECT_EQ(scanner.rebuildHREF("x.html"), "http://host/page.htmlx.html");
+}
+
+// Every Disallow line counts whatever its group; carriage returns stay and match nothing;
+// matching is a substring test ignoring case, and empty values match nothing.
+TEST(RobotsRules, DisallowValuesAreSubstringsOfTheUrl) {
+    EXPECT_EQ(
+        parseRobotsText(
+            "User-agent: somebot\nDisallow: /private\n# Disallow: /comment\nAllow: /open\n"
+            "User-agent: *\nDisallow: /tmp/\ndisallow: /lower\nDisallow:/tight\nDisallow: \n"),
+        (std::vector<std::string>{"/private", "/tmp/", ""}));
+    EXPECT_TRUE(parseRobotsText("").empty());
+    const auto withReturn = parseRobotsText("User-agent: *\r\nDisallow: /private\r\n");
+    ASSERT_EQ(withReturn, std::vector<std::string>{"/private\r"});
+    EXPECT_FALSE(anyEntryOccursIn("http://host/private/x.html", withReturn));
+    const std::vector<std::string> rules = {"/a", ""};
+    EXPECT_TRUE(anyEntryOccursIn("http://host/x/A/y.html", rules));
+    EXPECT_FALSE(anyEntryOccursIn("http://host/x.html", rules));
+    EXPECT_TRUE(anyEntryOccursIn("http://host/", std::vector<std::string>{"/"}));
+}
+
+// The index holds views of the listed URLs, which must stay where they are as the list grows.
+TEST(PageList, KeepsOrderAndAnswersMembershipAsItGrows) {
+    PageList list;
+    for (int i = 0; i < 10000; ++i) {
+        list.append("http://host/" + std::to_string(i % 9999));
+    }
+    EXPECT_EQ(list.size(), 10000U);
+    EXPECT_EQ(list[9999], "http://host/0");
+    EXPECT_TRUE(list.contains("http://host/9998"));
+    EXPECT_FALSE(list.contains("http://host/9999"));
+    list.clear();
+    EXPECT_TRUE(list.empty());
+    EXPECT_FALSE(list.contains("http://host/0"));
+}
+
+// Only a 200 passes; other answers add their reason, no answer adds nothing.
+TEST(StartUrlProbe, OnlyA200PassesAndOtherAnswersGiveTheirReason) {
+    test::TestServer server;
+    server.server().Get("/", [](const httplib::Request&, httplib::Response& res) {
+        res.set_content("<html></html>", "text/html");
+    });
+    server.server().Get("/old/", [](const httplib::Request&, httplib::Response& res) {
+        res.set_redirect("/", 301);
+    });
+    server.server().Get("/odd/",
+                        [](const httplib::Request&, httplib::Response& res) { res.status = 299; });
+    server.start();
+    ProcessState process;
+    SiteScanner scanner{process};
+    EXPECT_TRUE(scanner.httpIsValid(server.url("/")));
+    EXPECT_FALSE(scanner.httpIsValid("http://127.0.0.1:1/"));
+    EXPECT_TRUE(process.vrlmpBadLinkReasonArray.empty());
+    for (const char* path : {"/missing/", "/old/", "/odd/"}) {
+        EXPECT_FALSE(scanner.httpIsValid(server.url(path))) << path;
+    }
+    EXPECT_EQ(process.vrlmpBadLinkReasonArray,
+              (std::vector<std::string>{"404 - Not Found", "301 - Moved Permanently", "299 - "}));
 }
 
 }  // namespace

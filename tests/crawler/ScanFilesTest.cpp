@@ -24,7 +24,7 @@ using Files = std::map<std::string, std::string>;
 const std::vector<std::string> kSitemapNames = {
     "sitemap1cpo.html", "sitemap2cpo.html", "sitemap3cpo.html", "sitemap1c.html", "sitemap2c.html",
     "sitemap3c.html",   "sitemap.xml",      "badLinks.txt",     "brokenLinks.tsv"};
-constexpr const char* kNotWritten = "The sitemap files could not be written.";
+const std::string kNotWritten = "The sitemap files could not be written.";
 
 class ScanFiles : public test::ScanFixture {
 protected:
@@ -103,16 +103,16 @@ TEST_F(ScanFiles, TheScanBeforeTheLastIsKeptAndCanBePutBack) {
     EXPECT_EQ(siteView.state().details.pagesFound, "3");
     restore.restorePreviousSitemaps();
     EXPECT_EQ(files(), current(second));
-    EXPECT_EQ(siteView.state().details.pagesFound, "1") << "the details show what was restored";
-    EXPECT_EQ(siteView.state().details.totalLinksFound, "1");
+    EXPECT_EQ(figures(), "links 1, pages 1, scanned 1, broken 0")
+        << "the details show what was restored";
     EXPECT_EQ(alerts.shown.back().title,
               "Do you really want to restore the previous sitemaps of the site:\nTest");
 
     alerts.shown.clear();
     restore.restorePreviousSitemaps();
-    ASSERT_EQ(alerts.shown.size(), 1U);
-    EXPECT_EQ(alerts.shown[0].title, "There are no previous sitemaps to restore.");
-    EXPECT_EQ(alerts.shown[0].kind, AlertKind::Refusal);
+    EXPECT_EQ(
+        alerts.described(),
+        std::vector<std::string>{"Refusal: There are no previous sitemaps to restore. |  [OK]"});
 }
 
 TEST_F(ScanFiles, AFullDiskStopsTheScanAndLeavesThePreviousFiles) {
@@ -127,11 +127,10 @@ TEST_F(ScanFiles, AFullDiskStopsTheScanAndLeavesThePreviousFiles) {
         scan();
     }
     ASSERT_EQ(alerts.shown.size(), 1U);
-    EXPECT_EQ(alerts.shown[0].kind, AlertKind::Refusal);
-    EXPECT_EQ(alerts.shown[0].title, kNotWritten);
-    const std::string& message = alerts.shown[0].message;
-    EXPECT_TRUE(message.starts_with(folder() + "/sitemap")) << message;
-    EXPECT_TRUE(message.ends_with(".html: File too large")) << message;
+    const std::string shown = test::describe(alerts.shown[0]);
+    EXPECT_TRUE(shown.starts_with("Refusal: " + kNotWritten + " | " + folder() + "/sitemap"))
+        << shown;
+    EXPECT_TRUE(shown.ends_with(".html: File too large [OK]")) << shown;
     EXPECT_EQ(files(), before) << "the previous set is back, statistics and broken links too";
     EXPECT_EQ(siteView.state().details.pagesFound, "2");
     EXPECT_EQ(process.vrlmpBadLinkArray, std::vector<std::string>{server.url("/gone.html")});
@@ -153,9 +152,9 @@ TEST_F(ScanFiles, AScanStartedOnAFullDiskChangesNothing) {
             const test::FileSizeLimit fullDisk(room);
             scan();
         }
-        ASSERT_EQ(alerts.shown.size(), 1U);
-        EXPECT_EQ(alerts.shown[0].title, kNotWritten);
-        EXPECT_EQ(alerts.shown[0].message, folder() + "/" + failing + ": File too large");
+        EXPECT_EQ(alerts.described(),
+                  std::vector<std::string>{"Refusal: " + kNotWritten + " | " + folder() + "/" +
+                                           failing + ": File too large [OK]"});
         EXPECT_EQ(files(), before) << "nothing is appended after the old closing tags";
         EXPECT_EQ(sheet.events, (std::vector<std::string>{"connect", "connected"}));
         EXPECT_TRUE(siteView.state().scanButtonEnabled);
@@ -181,10 +180,8 @@ TEST_F(ScanFiles, ASiteBeingScannedIsNotScannedAgain) {
     const FolderLock otherScan = FolderLock::tryLock(folder());
     ASSERT_TRUE(otherScan.held());
     scan();
-    ASSERT_EQ(alerts.shown.size(), 1U);
-    EXPECT_EQ(alerts.shown[0].kind, AlertKind::Refusal);
-    EXPECT_EQ(alerts.shown[0].title, "A scan of Test is already running.");
-    EXPECT_EQ(alerts.shown[0].message, "");
+    EXPECT_EQ(alerts.described(),
+              std::vector<std::string>{"Refusal: A scan of Test is already running. |  [OK]"});
     EXPECT_FALSE(pathExists(folder() + "/sitemap.xml"));
     EXPECT_TRUE(sheet.events.empty());
     EXPECT_TRUE(requestLog().empty());

@@ -50,6 +50,9 @@ TEST_F(Filters, SelectingASiteCreatesAndLoadsItsFile) {
     EXPECT_EQ(filters.filterArrayLength(), 3U);
     EXPECT_EQ(filters.filterArrayObject(1), "PDF");
     EXPECT_EQ(filters.filterArrayObject(7), "");
+    // The place after the last filter held one, so reading it would show that filter again.
+    process.vrlmpFiltersArray.pop_back();
+    EXPECT_EQ(filters.filterArrayObject(2), "");
 }
 
 TEST_F(Filters, AddingKeepsBlanksTrimsLineBreaksAndAllowsDuplicates) {
@@ -66,10 +69,8 @@ TEST_F(Filters, AddingKeepsBlanksTrimsLineBreaksAndAllowsDuplicates) {
 TEST_F(Filters, AnEmptyFilterIsRefused) {
     filters.loadFilterFile();
     filters.addFilterCommand("");
-    ASSERT_EQ(alerts.shown.size(), 1U);
-    EXPECT_EQ(alerts.shown[0].title, "Cannot Add Filter");
-    EXPECT_EQ(alerts.shown[0].message, "There is nothing to add!");
-    EXPECT_EQ(alerts.shown[0].parent, AlertParent::MainWindow);
+    EXPECT_EQ(alerts.described(), std::vector<std::string>{
+                                      "Refusal: Cannot Add Filter | There is nothing to add! [OK]"});
     EXPECT_EQ(fileContents(filterFile()), "");
     EXPECT_EQ(view.clears, 0);
 }

@@ -1,8 +1,14 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <map>
+#include <thread>
 #include <tuple>
 
 #include "crawler/CrawlSettingsFile.h"
+#include "crawler/LinkExplanations.h"
+#include "platform/Http.h"
+#include "sitemap/BrokenLinkDetails.h"
 #include "sitemap/HtmlSitemapFormat.h"
 #include "sitemap/LayoutMarkup.h"
 #include "sitemap/SitemapFiles.h"
@@ -76,11 +82,7 @@ TEST_F(Scan, ASmallSiteBecomesItsSixLayoutsXmlAndStatistics) {
                   "</siteURL>\n<ignoreRobotFile>NO</ignoreRobotFile>\n<pagesFound>3</pagesFound>\n"
                   "<totalLinks>8</totalLinks>\n<pagesUsed>2</pagesUsed>");
 
-    const SiteDetailsFields& details = siteView.state().details;
-    EXPECT_EQ(details.totalLinksFound, "8");
-    EXPECT_EQ(details.pagesFound, "3");
-    EXPECT_EQ(details.brokenLinks, "1");
-    EXPECT_EQ(details.linksScanned, "2");
+    EXPECT_EQ(figures(), "links 8, pages 3, scanned 2, broken 1");
     EXPECT_TRUE(siteView.state().brokenLinksButtonShown);
     EXPECT_TRUE(siteView.state().scanButtonEnabled);
     EXPECT_EQ(process.vrlmpBadLinkArray, std::vector<std::string>{url("/b.html")});
@@ -93,7 +95,14 @@ TEST_F(Scan, ASmallSiteBecomesItsSixLayoutsXmlAndStatistics) {
 TEST_F(Scan, EachPageIsRequestedInTheOrderTheCrawlNeedsIt) {
     servePage("/", {"<html><head><title>Only</title></head><body></body></html>"});
     addSite();
+    // A malformed settings file is reported, and the defaults give the plain crawl.
+    test::writeFile(home.dataRoot() + "/Test/crawl.json", "{connections: 8}");
     scan();
+    EXPECT_EQ(alerts.described(),
+              std::vector<std::string>{
+                  "Information: The Crawl Settings Could Not Be Read | " + home.dataRoot() +
+                  "/Test/crawl.json: line 1, column 2: expected a member name in double quotes. "
+                  "The default settings are used. [OK]"});
     EXPECT_EQ(requestLog(), (std::vector<std::string>{
                                 "GET /",             // start-URL probe
                                 "GET //robots.txt",  // robots, with its double slash
@@ -123,8 +132,7 @@ TEST_F(Scan, BrokenNonHtmlAndListingPagesAreToldApart) {
     EXPECT_EQ(siteFile("sitemap1cpo.html"),
               head() + "\n" + pageTitleLine(url("/"), 0, "Home") + kClearer + kOneColumnEnd)
         << "only the good page is mapped";
-    EXPECT_EQ(siteView.state().details.linksScanned, "2") << "4 dealt with, 2 broken";
-    EXPECT_EQ(siteView.state().details.pagesFound, "4");
+    EXPECT_EQ(figures(), "links 4, pages 4, scanned 2, broken 2") << "4 dealt with, 2 broken";
 }
 
 TEST_F(Scan, AnUnparsableBodyLeavesItsTitleForTheNextBlock) {
@@ -174,14 +182,11 @@ TEST_F(Scan, FourQueryMarksWarnOnceAndTheAnswerDecides) {
             alerts.shown.clear();
             alerts.answers.push_back(answer);
             scan();
-            ASSERT_EQ(alerts.shown.size(), 1U);
-            const Alert& warning = alerts.shown[0];
-            EXPECT_EQ(warning.title, "There may be an issue with the site you are scanning.");
-            EXPECT_EQ(warning.message,
-                      "URL parameters have been found containing multiple ?s which may be "
-                      "invalid.");
-            EXPECT_EQ(warning.defaultButton, "Continue");
-            EXPECT_EQ(warning.otherButton, "Cancel Scan");
+            EXPECT_EQ(alerts.described(),
+                      std::vector<std::string>{
+                          "Question: There may be an issue with the site you are scanning. | "
+                          "URL parameters have been found containing multiple ?s which may be "
+                          "invalid. [Continue] [Cancel Scan]"});
             const bool goOn = answer == kDefaultButtonCode;
             EXPECT_EQ(siteView.state().details.pagesFound, goOn ? "2" : "1");
             EXPECT_EQ(siteView.state().details.linksScanned, goOn ? "2" : "0")
@@ -204,9 +209,7 @@ TEST_F(Scan, CancelInTheMiddleOfAPageKeepsWhatWasSeen) {
     EXPECT_EQ(siteFile("sitemap1c.html"), head() + "\n" + pageTitleLine(url("/"), 0, "Home") +
                                               linkLine(url("/a.html"), 2, "A") + kClearer +
                                               kOneColumnEnd);
-    EXPECT_EQ(siteView.state().details.pagesFound, "2");
-    EXPECT_EQ(siteView.state().details.linksScanned, "1");
-    EXPECT_EQ(siteView.state().details.totalLinksFound, "3")
+    EXPECT_EQ(figures(), "links 3, pages 2, scanned 1, broken 0")
         << "the anchor that saw the stop counts";
     const auto log = requestLog();
     EXPECT_EQ(std::count(log.begin(), log.end(), "GET /a.html"), 2)
@@ -217,9 +220,9 @@ TEST_F(Scan, ARedirectingStartUrlIsRefused) {
     servePage("/old/", {"", "text/html", 301, "", "/gone/"});
     addSite("/old/");
     scan();
-    ASSERT_EQ(alerts.shown.size(), 1U);
-    EXPECT_EQ(alerts.shown[0].title, "The Site URL Could Not Be Reached");
-    EXPECT_EQ(alerts.shown[0].message, "Error Code: 404 - Not Found");
+    EXPECT_EQ(alerts.described(),
+              std::vector<std::string>{"Refusal: The Site URL Could Not Be "
+                                       "Reached | Error Code: 404 - Not Found [OK]"});
     EXPECT_EQ(process.vrlmpBadLinkReasonArray, std::vector<std::string>{"301 - Moved Permanently"});
     EXPECT_EQ(siteFile("sitemap1c.html"), head()) << "the headers stay as written";
     EXPECT_EQ(siteFile("sitemap.xml"), std::string(xmlSitemapHeader()));
@@ -284,6 +287,271 @@ TEST_F(Scan, TheFilterDrawerIsClosedForTheScanAndReopenedAfter) {
     scan();
     EXPECT_FALSE(openWhileScanning);
     EXPECT_TRUE(siteView.state().filterDrawerOpen);
+}
+
+TEST_F(Scan, EveryAnswerFrom400OnIsBroken) {
+    servePage("/", {R"(<title>Home</title><a href="ok.html">1</a><a href="bad.html">2</a>)"
+                    R"(<a href="gone.html">3</a>)"});
+    servePage("/ok.html", {"<title>OK</title>", "text/html", 226});
+    servePage("/bad.html", {"<title>Bad</title>", "text/html", 400});
+    servePage("/gone.html", {"<title>Gone</title>", "text/html", 410});
+    addSite();
+    // Pages asked for twice, and asked for once.
+    for (const bool fetchOnce : {false, true}) {
+        CrawlSettings settings;
+        settings.setFetchOnce(fetchOnce);
+        ASSERT_TRUE(writeCrawlSettings(home.dataRoot() + "/Test", settings));
+        scan();
+        EXPECT_EQ(process.vrlmpBadLinkArray,
+                  (std::vector<std::string>{server.url("/bad.html"), server.url("/gone.html")}))
+            << fetchOnce;
+    }
+}
+
+TEST_F(Scan, TheBarIsSetOnlyOnceTwoPagesAreListed) {
+    driver.setViewRefreshInterval(std::chrono::milliseconds(0));  // every figure is shown
+    servePage("/", {"<title>Only</title>"});
+    addSite();
+    scan();
+    // With a single page listed the bar keeps the figures it rests at.
+    EXPECT_EQ(sheet.progressShown,
+              (std::vector<ScanProgress>{{0, 1, 0, 5, 1}, {0, 1, 0, 5, 1}, {0, 0, 0, 5, 1}}));
+
+    servePage("/", {R"(<title>Home</title><a href="a.html">A</a>)"});
+    servePage("/a.html", {"<title>A</title>"});
+    sheet.progressShown.clear();
+    scan();
+    EXPECT_EQ(
+        sheet.progressShown,
+        (std::vector<ScanProgress>{
+            {1, 0, 0, 5, 1}, {1, 1, 0, 2, 1}, {0, 2, 0, 2, 2}, {0, 2, 0, 2, 2}, {0, 0, 0, 5, 1}}));
+}
+
+class BrokenLinkDetailsScan : public test::ScanFixture {
+protected:
+    std::string url(const std::string& path) const { return server.url(path); }
+    // In the site by its host-path prefix, yet fetched from a port nothing listens on.
+    std::string closedPortUrl() const { return url("@127.0.0.1:1/closed.html"); }
+};
+
+TEST_F(BrokenLinkDetailsScan, EveryBrokenPageGetsItsStatusFirstReferrerAndLinkCount) {
+    servePage("/", {"<title>Home</title><a href=\"a.html\">A</a><a href=\"gone.html\">Gone</a>"
+                    "<a href=\"error.html\">Error</a><a href=\"" +
+                    closedPortUrl() +
+                    "\">Closed</a><a href=\"loop.html\">Loop</a>"
+                    "<a href=\"image.html\">Image</a>"});
+    servePage("/a.html", {"<title>A</title><a href=\"gone.html\">Gone again</a>"
+                          "<a href=\"/gone.html\">Gone once more</a><a href=\"/\">Home</a>"
+                          "<a href=\"deep.html\">Tief \xC3\xBC</a>"});
+    servePage("/error.html", {"<title>Oops</title>", "text/html", 500});
+    servePage("/loop.html", {"", "text/html", 302, {}, "/loop.html"});
+    servePage("/image.html", {"PNG", "image/png"});
+    addSite();
+    scan();
+
+    const std::string home = url("/");
+    EXPECT_EQ(
+        siteFile("brokenLinks.tsv"),
+        "URL\tStatus\tFound on\tLink text\tLinks\n" + url("/gone.html") + "\t404 - Not Found\t" +
+            home + "\tGone\t3\n" + url("/error.html") + "\t500 - Internal Server Error\t" + home +
+            "\tError\t1\n" + closedPortUrl() + "\tConnection refused\t" + home + "\tClosed\t1\n" +
+            url("/loop.html") + "\tToo many redirects\t" + home + "\tLoop\t1\n" +
+            url("/image.html") + "\t200 - OK (image/png, not text/html)\t" + home + "\tImage\t1\n" +
+            url("/deep.html") + "\t404 - Not Found\t" + url("/a.html") + "\tTief \xC3\xBC\t1\n");
+    EXPECT_EQ(siteFile("badLinks.txt"), url("/gone.html") + "\n" + url("/error.html") + "\n" +
+                                            closedPortUrl() + "\n" + url("/loop.html") + "\n" +
+                                            url("/image.html") + "\n" + url("/deep.html") + "\n")
+        << "the plain list stays as it was";
+}
+
+TEST_F(BrokenLinkDetailsScan, ACleanScanLeavesTheHeaderAloneAndReadersCheckTheList) {
+    servePage("/", {"<title>Home</title>"});
+    addSite();
+    scan();
+    EXPECT_EQ(siteFile("brokenLinks.tsv"), "URL\tStatus\tFound on\tLink text\tLinks\n");
+
+    const std::string folder = home.dataRoot() + "/Test";
+    writeFileAtomically(folder + "/brokenLinks.tsv",
+                        "URL\tStatus\tFound on\tLink text\tLinks\nhttp://h/x\t404 - Not Found\t"
+                        "http://h/\tX, \"y\"\t2\n");
+    const BrokenLinkReport known = readBrokenLinkReport(folder, {"http://h/x"});
+    ASSERT_TRUE(known.complete);
+    EXPECT_EQ(known.rows, (std::vector<BrokenLinkDetail>{
+                              {"http://h/x", "404 - Not Found", "http://h/", "X, \"y\"", 2}}));
+    EXPECT_EQ(brokenLinkDetailsCsv(known.rows),
+              "URL,Status,Found on,Link text,Links\r\n"
+              "http://h/x,404 - Not Found,http://h/,\"X, \"\"y\"\"\",2\r\n");
+    EXPECT_EQ(statusCodeOf(known.rows[0].status), 404);
+    EXPECT_EQ(statusCodeOf("Connection refused"), 0);
+
+    // Details of another list (an older scan, a list restored without them) are not used.
+    const BrokenLinkReport other = readBrokenLinkReport(folder, {"http://h/y"});
+    EXPECT_FALSE(other.complete);
+    EXPECT_EQ(other.rows, (std::vector<BrokenLinkDetail>{{"http://h/y", "", "", "", 0}}));
+    EXPECT_EQ(brokenLinkDetailsTsv({{"a\tb", "s", "p\nq", "t\r", 1}}),
+              "URL\tStatus\tFound on\tLink text\tLinks\na b\ts\tp q\tt \t1\n");
+}
+
+TEST_F(BrokenLinkDetailsScan, TheExplanationNamesEveryLinkNotQueuedWithItsReason) {
+    const std::string twin = "http://www." + url("/dir/index.html").substr(7);
+    const std::vector<std::pair<std::string, std::string>> links = {
+        {"dir/index.html", ""},
+        {"folder/", ""},
+        {"", "empty"},
+        {"a page.html", "not a URL"},
+        {"doc.pdf", "extension"},
+        {"dir/", "folder of a queued index page"},
+        {"skip.html", "filter \"SKIP\""},
+        {"private/x.html", "robots rule \"/private\""},
+        {"mailto:me@example.org", "other scheme"},
+        {"http://other.org/x.html", "off-site host"},
+        {"p.php?a=1?b=2", "too many \"?\""},
+        {"dir/?a=1", "\"?\" without a page name"},
+        {"dir/index.html", "duplicate"},
+        {"folder/index.html", "index page of a queued folder"},
+        {twin, "www twin"},
+    };
+    std::string page = "<title>Home</title>";
+    std::string expected = "Page\tLink\tReason\n";
+    for (const auto& [href, reason] : links) {
+        page += "<a href=\"" + href + "\">x</a>";
+        if (!reason.empty()) {
+            expected += url("/") + "\t" + href + "\t" + reason + "\n";
+        }
+    }
+    servePage("/", {page});
+    servePage("//robots.txt", {"Disallow: /private\n", "text/plain"});
+    addSite();
+    process.vrlmpFiltersArray = {"SKIP"};
+
+    const std::string path = home.path() + "/explain.tsv";
+    LinkExplanations explanations;
+    ASSERT_TRUE(explanations.open(path));
+    driver.explainSkippedLinks(&explanations);
+    scan();
+    EXPECT_FALSE(pathExists(path)) << "the file appears whole, when finished";
+    ASSERT_TRUE(explanations.finish());
+    EXPECT_EQ(test::fileContents(path), expected);
+}
+
+using test::RawHttpServer;
+using namespace std::chrono_literals;
+
+constexpr int kManyAnchors = 100000;
+
+// Waits until the client hangs up or the server stops.
+void waitForHangUp(int connection, const std::atomic<bool>& stopping) {
+    char buffer[256];
+    while (!stopping) {
+        pollfd readable{connection, POLLIN, 0};
+        if (::poll(&readable, 1, 20) > 0 && ::recv(connection, buffer, sizeof buffer, 0) <= 0) {
+            return;
+        }
+    }
+}
+
+// Built once: the page is asked for six times, and a sanitised build is slow to build it.
+const std::string& manyAnchors() {
+    static const std::string page = [] {
+        std::string text = "<title>Many</title>";
+        for (int i = 0; i < kManyAnchors; ++i) {
+            text += "<a href=\"http://elsewhere.example/" + std::to_string(i % 10) + "\">x</a>";
+        }
+        return text;
+    }();
+    return page;
+}
+
+// Answers that are written whole at once, by path.
+const std::map<std::string, std::string>& wholeAnswers() {
+    static const std::map<std::string, std::string> answers = [] {
+        std::string noise;
+        for (int i = 0; i < 5000; ++i) {
+            noise += static_cast<char>((i * 7919) % 256);
+        }
+        const auto page = [](const std::string& body) {
+            return RawHttpServer::response("200 OK", "text/html", body);
+        };
+        return std::map<std::string, std::string>{
+            {"/", page(R"(<title>Home</title><a href="silent.html">1</a><a href="slow.html">2</a>)"
+                       R"(<a href="endless.html">3</a><a href="binary.html">4</a>)"
+                       R"(<a href="latin1.html">5</a><a href="loop.html">6</a>)"
+                       R"(<a href="many.html">7</a>)")},
+            {"/binary.html", page(noise)},
+            {"/latin1.html", page("<title>Caf\xe9</title><a href=\"/\">\xe0 la maison</a>")},
+            {"/loop.html",
+             "HTTP/1.1 302 Found\r\nLocation: /loop.html\r\n"
+             "Content-Length: 0\r\nConnection: close\r\n\r\n"},
+            {"/many.html", page(manyAnchors())},
+        };
+    }();
+    return answers;
+}
+
+void answer(int connection, const std::string& head, const std::atomic<bool>& stopping) {
+    const size_t start = head.find(' ') + 1;
+    const std::string path = head.substr(start, head.find(' ', start) - start);
+    if (const auto whole = wholeAnswers().find(path); whole != wholeAnswers().end()) {
+        RawHttpServer::send(connection, whole->second);
+    } else if (path == "/silent.html") {
+        waitForHangUp(connection, stopping);
+    } else if (path == "/slow.html") {
+        RawHttpServer::send(connection,
+                            "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\n"
+                            "Content-Length: 100000\r\n\r\n<title>");
+        while (!stopping && RawHttpServer::send(connection, "x")) {
+            std::this_thread::sleep_for(100ms);
+        }
+    } else if (path == "/endless.html") {
+        RawHttpServer::send(connection, "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\n\r\n");
+        const std::string chunk(64 * 1024, 'a');
+        while (!stopping && RawHttpServer::send(connection, chunk)) {
+        }
+    } else {
+        RawHttpServer::send(connection, RawHttpServer::response("404 Not Found", "text/html", ""));
+    }
+}
+
+class HostileServers : public test::ScanFixture {
+protected:
+    void SetUp() override {
+        ScanFixture::SetUp();
+        // Long enough for the large page even in a sanitised build, short enough to keep the
+        // silent and dribbling pages quick. ThreadSanitizer slows the parse of the large page
+        // several times over.
+#if defined(__SANITIZE_THREAD__)
+        http::setTimeoutLimit(3000ms);
+#else
+        http::setTimeoutLimit(1000ms);
+#endif
+    }
+    void TearDown() override {
+        http::setTimeoutLimit(0ms);
+        ScanFixture::TearDown();
+    }
+};
+
+TEST_F(HostileServers, NeitherHangNorCrashTheScan) {
+    wholeAnswers();
+    RawHttpServer hostile(answer);
+    addSiteAt(hostile.url("/"));
+    scan();
+
+    EXPECT_FALSE(driver.isScanning());
+    const auto broken = process.vrlmpBadLinkArray;
+    for (const char* page : {"/silent.html", "/slow.html", "/endless.html", "/loop.html"}) {
+        EXPECT_NE(std::find(broken.begin(), broken.end(), hostile.url(page)), broken.end()) << page;
+    }
+    EXPECT_EQ(broken.size(), 4U);
+    EXPECT_EQ(siteView.state().details.pagesFound, "8");
+    EXPECT_EQ(siteView.state().details.linksScanned, "4");
+    EXPECT_GT(scanner().totLinks, kManyAnchors);
+    for (const char* file : {"sitemap1c.html", "sitemap2c.html", "sitemap3c.html",
+                             "sitemap1cpo.html", "sitemap2cpo.html", "sitemap3cpo.html"}) {
+        EXPECT_TRUE(siteFile(file).ends_with("</body>\n</html>")) << file;
+    }
+    EXPECT_TRUE(siteFile("sitemap.xml").ends_with("\n</urlset>"));
+    EXPECT_TRUE(test::contains(siteFile("sitemap1c.html"), "elsewhere.example/9---LINKID:"));
 }
 
 }  // namespace

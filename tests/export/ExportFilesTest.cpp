@@ -1,26 +1,18 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include "export/ExportFile.h"
+#include "export/Gzip.h"
+#include "platform/FileSystem.h"
 #include "support/TemporaryHome.h"
 
 namespace loomcrest {
 namespace {
 
 using test::fileContents;
-
-std::vector<std::string> namesIn(const std::string& folder) {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-        names.push_back(entry.path().filename().string());
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-}
 
 TEST(ExportFiles, ASetIsWrittenWholeOrNotAtAll) {
     const test::TemporaryHome folder;
@@ -40,7 +32,7 @@ TEST(ExportFiles, ASetIsWrittenWholeOrNotAtAll) {
     EXPECT_EQ(failure->reason, "Is a directory");
     EXPECT_EQ(fileContents(one), "old one");
     EXPECT_EQ(fileContents(index), "old index");
-    EXPECT_EQ(namesIn(folder.path()),
+    EXPECT_EQ(walkFolder(folder.path()),
               (std::vector<std::string>{"sitemap.xml", "sitemap1.xml", "sitemap2.xml"}));
 
     std::filesystem::remove(two);
@@ -48,6 +40,27 @@ TEST(ExportFiles, ASetIsWrittenWholeOrNotAtAll) {
     EXPECT_EQ(fileContents(one), "new one");
     EXPECT_EQ(fileContents(two), "new two");
     EXPECT_EQ(fileContents(index), "new index");
+}
+
+TEST(Gzip, ReadsBackUpToTheLimitAndSaysWhenThereWasMore) {
+    const std::string plain = "<urlset>" + std::string(100000, 'u') + "</urlset>";
+    const auto gzip = gzipCompressed(plain);
+    ASSERT_TRUE(gzip.has_value());
+    EXPECT_TRUE(isGzip(*gzip));
+    EXPECT_FALSE(isGzip(plain));
+
+    const auto whole = gunzip(*gzip, plain.size());
+    ASSERT_TRUE(whole.has_value());
+    EXPECT_EQ(whole->bytes, plain);
+    EXPECT_FALSE(whole->truncated) << "exactly the limit is not more than it";
+
+    const auto cut = gunzip(*gzip, plain.size() - 1);
+    ASSERT_TRUE(cut.has_value());
+    EXPECT_EQ(cut->bytes, plain.substr(0, plain.size() - 1));
+    EXPECT_TRUE(cut->truncated);
+
+    EXPECT_EQ(gunzip(gzip->substr(0, gzip->size() / 2), plain.size()), std::nullopt);
+    EXPECT_EQ(gunzip(plain, plain.size()), std::nullopt);
 }
 
 }  // namespace

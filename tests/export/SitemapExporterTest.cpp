@@ -38,8 +38,13 @@ public:
         barMaximum = maximum;
         barValue = current;
     }
+    // Each save dialog as the proposed name and the types it allows.
     std::optional<std::string> chooseSaveFile(const SaveFileRequest& request) override {
-        requests.push_back(request);
+        std::string asked = request.proposedName + ":";
+        for (const std::string& type : request.allowedTypes) {
+            asked += " " + type;
+        }
+        requests.push_back(asked);
         return answer;
     }
 
@@ -47,7 +52,7 @@ public:
     bool indeterminate = false;
     uint64_t barMaximum = 0;
     uint64_t barValue = 0;
-    std::vector<SaveFileRequest> requests;
+    std::vector<std::string> requests;
     std::optional<std::string> answer;
 };
 
@@ -83,10 +88,7 @@ TEST_F(Export, ALayoutLosesItsMarkersAndNothingElse) {
                   "\n\n\t\t\t<div class=\"zplPageTitle\"><a href=\"http://h/\">Home &amp; away</a>"
                   "</div>\n\t\t\t<div class=\"zplPageLink\"><a href=\"http://h/a.html?x=1\">A</a>"
                   "</div>\n<div class=\"clearer\">&nbsp;</div>\n</body>\n</html>");
-    ASSERT_EQ(view.requests.size(), 1U);
-    EXPECT_EQ(view.requests[0].proposedName, "sitemap.html");
-    EXPECT_EQ(view.requests[0].allowedTypes,
-              (std::vector<std::string>{"html", "php", "asp", "htm"}));
+    EXPECT_EQ(view.requests, std::vector<std::string>{"sitemap.html: html php asp htm"});
     EXPECT_FALSE(view.panelShown);
     EXPECT_EQ(view.barMaximum, 56U);
     EXPECT_EQ(view.barValue, 55U);
@@ -119,15 +121,12 @@ TEST_F(Export, XmlDropsEmptyElementsWithTheirIndent) {
                   xmlSitemapEntry("http://h/a.html", "2024-05-17") +
                   "\n\t<url>\n\t\t<loc>http://h/b.html</loc>\n\t\t<priority></priority>\n\t</url>"
                   "\n</urlset>");
-    EXPECT_EQ(view.requests.at(0).proposedName, "sitemap.xml");
-    EXPECT_EQ(view.requests.at(0).allowedTypes, std::vector<std::string>{"xml"});
+    EXPECT_EQ(view.requests, std::vector<std::string>{"sitemap.xml: xml"});
     EXPECT_FALSE(view.indeterminate);
-    ASSERT_EQ(alerts.shown.size(), 1U);
-    EXPECT_EQ(alerts.shown[0].kind, AlertKind::Information);
-    EXPECT_EQ(alerts.shown[0].title, "The XML sitemap was exported.");
-    EXPECT_EQ(alerts.shown[0].message,
-              "2 empty last-modified dates were left out: search engines take an empty date as "
-              "an invalid one.");
+    EXPECT_EQ(alerts.described(),
+              std::vector<std::string>{
+                  "Information: The XML sitemap was exported. | 2 empty last-modified dates were "
+                  "left out: search engines take an empty date as an invalid one. [OK]"});
 }
 
 TEST(XmlExportText, EveryEmptyDateGoesAndIsCounted) {
@@ -161,15 +160,11 @@ TEST_F(Export, ABareAmpersandIsEscapedOnlyWhenTheUserAgrees) {
     alerts.answers = {kAlternateButtonCode};
     exporter.exportXMLSitemap();
     exporter.waitForExport();
-    ASSERT_EQ(alerts.shown.size(), 1U);
-    EXPECT_EQ(alerts.shown[0].kind, AlertKind::Question);
-    EXPECT_EQ(alerts.shown[0].title,
-              "The XML sitemap is not well formed: line 9 holds a bare \"&\".");
-    EXPECT_EQ(alerts.shown[0].message,
-              "Export it with every bare \"&\" written as \"&amp;\"? The site's own sitemap.xml "
-              "stays as it is.");
-    EXPECT_EQ(alerts.shown[0].defaultButton, "Fix and Export");
-    EXPECT_EQ(alerts.shown[0].alternateButton, "Cancel");
+    EXPECT_EQ(alerts.described(),
+              std::vector<std::string>{
+                  "Question: The XML sitemap is not well formed: line 9 holds a bare \"&\". | "
+                  "Export it with every bare \"&\" written as \"&amp;\"? The site's own "
+                  "sitemap.xml stays as it is. [Fix and Export] [Cancel]"});
     EXPECT_TRUE(exporter.ampersandRepairDeclined());
     EXPECT_TRUE(view.requests.empty());
     EXPECT_FALSE(view.panelShown);
@@ -188,11 +183,9 @@ TEST_F(Export, ABareAmpersandIsEscapedOnlyWhenTheUserAgrees) {
     writeFile(site("sitemap.xml"), header + "\n\t<url><loc>http://h/?a&b</url>\n</urlset>");
     exporter.exportXMLSitemap();
     exporter.waitForExport();
-    EXPECT_EQ(alerts.shown.back().kind, AlertKind::Refusal);
-    EXPECT_EQ(alerts.shown.back().title,
-              "The XML sitemap is not well formed, so it was not exported.");
-    EXPECT_EQ(alerts.shown.back().message,
-              "Line 8: Opening and ending tag mismatch: loc line 8 and url.");
+    EXPECT_EQ(alerts.described().back(),
+              "Refusal: The XML sitemap is not well formed, so it was not exported. | Line 8: "
+              "Opening and ending tag mismatch: loc line 8 and url. [OK]");
     EXPECT_EQ(view.requests.size(), 1U);
 }
 
@@ -286,12 +279,11 @@ TEST_F(Export, MissingOrUnreadableFilesAreReportedAndNothingIsWritten) {
         exporter.waitForExport();
         exporter.exportXMLSitemap();
         exporter.waitForExport();
-        ASSERT_EQ(alerts.shown.size(), 2U);
-        for (const Alert& alert : alerts.shown) {
-            EXPECT_EQ(alert.title, present ? unreadable : missing);
-            EXPECT_EQ(alert.message,
-                      present ? "If this problem persists, please contact support." : "");
-        }
+        const std::string shown =
+            present ? "Refusal: " + unreadable +
+                          " | If this problem persists, please contact support. [OK]"
+                    : "Refusal: " + missing + " |  [OK]";
+        EXPECT_EQ(alerts.described(), std::vector<std::string>(2, shown));
         EXPECT_TRUE(view.requests.empty());
         EXPECT_FALSE(pathExists(*view.answer));
     }
@@ -309,11 +301,9 @@ TEST_F(Export, AFileThatCannotBeWrittenIsRefusedWithTheReason) {
         exporter.exportHTMLSitemaps();
         exporter.waitForExport();
         ASSERT_FALSE(alerts.shown.empty()) << path;
-        EXPECT_EQ(alerts.shown.back().kind, AlertKind::Refusal);
-        EXPECT_EQ(alerts.shown.back().title,
-                  path.empty() ? "The export could not be written."
-                               : "The export could not be written to \"" + path + "\".");
-        EXPECT_EQ(alerts.shown.back().message, reason);
+        EXPECT_EQ(alerts.described().back(), "Refusal: The export could not be written" +
+                                                 (path.empty() ? "." : " to \"" + path + "\".") +
+                                                 " | " + reason + " [OK]");
     }
     EXPECT_FALSE(pathExists(home.path() + "/missing"));
 }
@@ -351,13 +341,12 @@ TEST_F(Export, BrokenLinksAsHtmlAndText) {
         "\t<title>Broken Links Export</title>\n</head>\n<body>"
         "\n\t<p><a href=\"http://h/a?x=1&y=2\">http://h/a?x=1&y=2</a></p>"
         "\n\t<p><a href=\"http://h/gone.html\">http://h/gone.html</a></p>\n</body>\n</html>\n");
-    EXPECT_EQ(view.requests.at(0).proposedName, "brokenLinksExport.html");
 
     exporter.exportBrokenAsTXTAction();
     exporter.waitForExport();
     EXPECT_EQ(exported(), "http://h/a?x=1&y=2\nhttp://h/gone.html\n\n");
-    EXPECT_EQ(view.requests.at(1).proposedName, "brokenLinksExport.txt");
-    EXPECT_EQ(view.requests.at(1).allowedTypes, std::vector<std::string>{"txt"});
+    EXPECT_EQ(view.requests, (std::vector<std::string>{"brokenLinksExport.html: html",
+                                                       "brokenLinksExport.txt: txt"}));
 }
 
 TEST_F(Export, AnEmptyBrokenListStillMakesValidFiles) {

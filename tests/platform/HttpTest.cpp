@@ -2,10 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <map>
 #include <mutex>
 #include <set>
+#include <thread>
+#include <tuple>
 
+#include "support/Arrivals.h"
 #include "support/RawHttpServer.h"
 #include "support/TestServer.h"
 
@@ -168,26 +172,169 @@ protected:
 
 const auto kNovember6 = std::chrono::system_clock::from_time_t(784111777);
 
-TEST_F(HttpFields, OnlyTheLastResponseCounts) {
-    for (const std::string target : {"/moved", "/interim"}) {
+// Only the last response counts, the first of repeated fields, and dates in any of the three
+// forms.
+TEST_F(HttpFields, AreReadFromTheFinalAnswer) {
+    using Date = std::optional<std::chrono::system_clock::time_point>;
+    const Date none;
+    const std::vector<std::tuple<std::string, std::string, Date>> cases = {
+        {"/moved", "", none},
+        {"/interim", "", none},
+        {"/repeated", "text/html", kNovember6},
+        {"/rfc1123", "", kNovember6},
+        {"/rfc850", "", kNovember6},
+        {"/asctime", "", kNovember6},
+        {"/vague", "", none},
+    };
+    for (const auto& [target, mimeType, lastModified] : cases) {
         const auto response = get(target);
         EXPECT_EQ(response.statusCode, 200) << target;
-        EXPECT_EQ(response.mimeType, "") << target;
-        EXPECT_EQ(response.lastModified, std::nullopt) << target;
+        EXPECT_EQ(response.mimeType, mimeType) << target;
+        EXPECT_EQ(response.lastModified, lastModified) << target;
     }
 }
 
-TEST_F(HttpFields, TheFirstOfRepeatedFieldsCounts) {
-    const auto response = get("/repeated");
-    EXPECT_EQ(response.mimeType, "text/html");
-    EXPECT_EQ(response.lastModified, kNovember6);
+using test::Arrivals;
+
+class HttpSession : public testing::Test {
+protected:
+    void SetUp() override {
+        auto& routes = server.server();
+        routes.Get("/count", [this](const httplib::Request&, httplib::Response& res) {
+            arrivals.note();
+            res.set_content("ok", "text/plain");
+        });
+        // Busy the first time it is asked, with the Retry-After the query names.
+        routes.Get("/busy", [this](const httplib::Request& req, httplib::Response& res) {
+            arrivals.note();
+            if (arrivals.count() == 1 || req.get_param_value("always") == "1") {
+                res.status =
+                    req.has_param("status") ? std::stoi(req.get_param_value("status")) : 503;
+                if (req.has_param("after")) {
+                    res.set_header("Retry-After", req.get_param_value("after"));
+                }
+                return;
+            }
+            res.set_content("ok", "text/plain");
+        });
+        routes.Get("/hang", [this](const httplib::Request&, httplib::Response& res) {
+            arrivals.note();
+            std::unique_lock lock(mutex);
+            released.wait_for(lock, 10s, [this] { return release; });
+            res.set_content("late", "text/plain");
+        });
+        server.start();
+    }
+
+    void TearDown() override {
+        {
+            const std::lock_guard lock(mutex);
+            release = true;
+        }
+        released.notify_all();
+    }
+
+    http::Response get(const std::string& target, const http::Session* session) {
+        http::Request request;
+        request.url = server.url(target);
+        request.session = session;
+        return http::send(request);
+    }
+
+    test::TestServer server;
+    Arrivals arrivals;
+    std::mutex mutex;
+    std::condition_variable released;
+    bool release = false;
+};
+
+TEST_F(HttpSession, RetryAfterIsHonouredOnce) {
+    http::Session session;
+    const http::Response retried = get("/busy?after=1", &session);
+    EXPECT_EQ(retried.statusCode, 200);
+    EXPECT_EQ(retried.body, "ok");
+    EXPECT_FALSE(retried.interrupted);
+    ASSERT_EQ(arrivals.count(), 2U);
+    const auto times = arrivals.times();
+    EXPECT_GE(times[1] - times[0], 950ms);
+
+    // Busy every time: the answer that counts and the requests that reached the server.
+    const std::vector<std::tuple<std::string, long, size_t>> cases = {
+        {"status=429&after=0", 429, 2},                             // the second answer counts
+        {"status=503", 503, 1},                                     // no Retry-After, no retry
+        {"status=500&after=0", 500, 1},                             // only 429 and 503 are retried
+        {"after=Thu,%2001%20Jan%201970%2000:00:00%20GMT", 503, 2},  // a date in the past: at once
+        {"after=soon", 503, 1},  // an unreadable Retry-After is no Retry-After
+    };
+    for (const auto& [query, status, requests] : cases) {
+        const size_t before = arrivals.count();
+        EXPECT_EQ(get("/busy?always=1&" + query, &session).statusCode, status) << query;
+        EXPECT_EQ(arrivals.count() - before, requests) << query;
+    }
 }
 
-TEST_F(HttpFields, LastModifiedIsReadLeniently) {
-    for (const char* target : {"/rfc1123", "/rfc850", "/asctime"}) {
-        EXPECT_EQ(get(target).lastModified, kNovember6) << target;
-    }
-    EXPECT_EQ(get("/vague").lastModified, std::nullopt);
+TEST_F(HttpSession, CancelEndsTheRetryWaitAtOnce) {
+    Cancellation cancellation;
+    http::Session session;
+    session.setCancellation(&cancellation, false);
+    std::thread canceller([&] {
+        arrivals.waitFor(1);
+        cancellation.cancel();
+    });
+    const http::Response response = get("/busy?after=120", &session);
+    canceller.join();
+    EXPECT_TRUE(response.interrupted);
+    EXPECT_EQ(response.statusCode, 503) << "what answered before the cancel";
+    EXPECT_EQ(arrivals.count(), 1U);
+}
+
+TEST_F(HttpSession, CancelBreaksOffTransfersOnlyWhenAsked) {
+    Cancellation cancellation;
+    http::Session session;
+    session.setCancellation(&cancellation, true);
+    std::thread canceller([&] {
+        arrivals.waitFor(1);
+        cancellation.cancel();
+    });
+    const http::Response response = get("/hang", &session);
+    canceller.join();
+    EXPECT_TRUE(response.interrupted);
+    EXPECT_FALSE(response.isHttp);
+
+    // Without being asked to, a cancelled session lets a transfer finish.
+    http::Session patient;
+    patient.setCancellation(&cancellation, false);
+    std::thread releaser([&] {
+        arrivals.waitFor(2);
+        const std::lock_guard lock(mutex);
+        release = true;
+        released.notify_all();
+    });
+    const http::Response finished = get("/hang", &patient);
+    releaser.join();
+    EXPECT_FALSE(finished.interrupted);
+    EXPECT_EQ(finished.body, "late");
+
+    // Once cancelled, a rate-limited request is not even sent.
+    session.setRequestsPerSecond(1000);
+    EXPECT_TRUE(get("/count", &session).interrupted);
+    EXPECT_EQ(arrivals.count(), 2U);
+}
+
+TEST(RateLimiter, NoLimitNeverWaitsAndACancelEndsAWait) {
+    RateLimiter unlimited(0);
+    Cancellation cancelled;
+    cancelled.cancel();
+    EXPECT_TRUE(unlimited.acquire(&cancelled));
+    RateLimiter slow(0.001);
+    EXPECT_TRUE(slow.acquire(nullptr));
+    Cancellation later;
+    std::thread canceller([&] {
+        std::this_thread::sleep_for(20ms);
+        later.cancel();
+    });
+    EXPECT_FALSE(slow.acquire(&later)) << "the next turn is 1000 s away";
+    canceller.join();
 }
 
 }  // namespace

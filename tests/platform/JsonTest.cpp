@@ -81,6 +81,8 @@ TEST(Json, RefusesWhatIsNotStrictJsonAndSaysWhere) {
         {"\"\xed\xa0\x80\"", "line 1, column 2: text that is not UTF-8"},
         {"\xc3\xa9", "line 1, column 1: unexpected character"},
         {std::string(101, '[') + std::string(101, ']'), "line 1, column 101: nested too deeply"},
+        {std::string(100, '[') + "{}" + std::string(100, ']'),
+         "line 1, column 101: nested too deeply"},
     };
     for (const auto& [text, where] : cases) {
         const json::ParseResult parsed = json::parse(text);
@@ -88,6 +90,7 @@ TEST(Json, RefusesWhatIsNotStrictJsonAndSaysWhere) {
         EXPECT_EQ(parsed.error.describe(), where) << text;
     }
     EXPECT_TRUE(json::parse(std::string(100, '[') + std::string(100, ']')).value);
+    EXPECT_TRUE(json::parse(std::string(99, '[') + "{}" + std::string(99, ']')).value);
 }
 
 TEST(Json, WritesEveryStringAsValidEscapedUtf8) {

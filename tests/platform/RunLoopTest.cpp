@@ -3,8 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <optional>
+#include <string>
 #include <thread>
 #include <vector>
+
+#include "platform/NotificationCenter.h"
 
 namespace loomcrest {
 namespace {
@@ -83,6 +87,32 @@ TEST(RunLoop, IdleWorkRunsWhileTheLoopWaits) {
         },
         5ms);
     EXPECT_EQ(idleCalls, 3);
+}
+
+TEST(NotificationCenter, DeliversByNameInRegistrationOrderWhileObserved) {
+    NotificationCenter center;
+    std::vector<std::string> received;
+    ScopedObserver first(center, "vrlmpLFF", [&] { received.push_back("first"); });
+    ScopedObserver other(center, "other", [&] { received.push_back("other"); });
+    {
+        ScopedObserver second(center, "vrlmpLFF", [&] { received.push_back("second"); });
+        center.post("vrlmpLFF");
+    }
+    center.post("vrlmpLFF");
+    EXPECT_EQ(received, (std::vector<std::string>{"first", "second", "first"}));
+}
+
+TEST(NotificationCenter, AnObserverMayUnregisterWhileBeingNotified) {
+    NotificationCenter center;
+    int calls = 0;
+    std::optional<NotificationCenter::Token> token;
+    token = center.addObserver("once", [&] {
+        ++calls;
+        center.removeObserver(*token);
+    });
+    center.post("once");
+    center.post("once");
+    EXPECT_EQ(calls, 1);
 }
 
 }  // namespace

@@ -2,9 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "platform/HtmlDocument.h"
+#include "platform/Regex.h"
+#include "platform/Url.h"
 
 namespace loomcrest {
 namespace {
@@ -72,6 +77,145 @@ TEST(LeadingIntegerValue, ReadsTheLeadingNumberLeniently) {
     EXPECT_EQ(leadingIntegerValue(""), 0);
     EXPECT_EQ(leadingIntegerValue("99999999999999999999"), 2147483647);
     EXPECT_EQ(leadingIntegerValue("-99999999999999999999"), -2147483648LL);
+}
+
+TEST(Regex, MatchesCharactersGreedilyAndStopsOnlyAtALineFeed) {
+    EXPECT_FALSE(Regex("<a>(.*)</a>").firstMatch("<a>x\ny</a>").has_value());
+    EXPECT_EQ(Regex("<a>(.*)</a>").firstMatch("<a>x\ry</a>")->capture(1), "x\ry");
+    EXPECT_EQ(Regex("<b>(.*)</b>").firstMatch("<b>1</b><b>2</b>")->capture(1), "1</b><b>2");
+    EXPECT_EQ(Regex("<b>(.*?)</b>").firstMatch("<b>1</b><b>2</b>")->capture(1), "1");
+    EXPECT_FALSE(Regex("title").firstMatch("TITLE").has_value());
+    EXPECT_TRUE(Regex("title", Regex::Case::Insensitive).firstMatch("TITLE").has_value());
+    EXPECT_EQ(Regex("^(.)").firstMatch("\xc3\xa9t\xc3\xa9")->capture(1), "\xc3\xa9");
+    EXPECT_EQ(Regex("<t>(.*)</t>").firstMatch("\xff<t>ok</t>")->capture(1), "ok");
+    const auto match = Regex("x(y)?(z)").firstMatch("--xz--");
+    ASSERT_TRUE(match.has_value());
+    EXPECT_EQ(match->whole(), "xz");
+    EXPECT_EQ(match->capture(1), std::nullopt);
+    EXPECT_EQ(match->capture(2), "z");
+    EXPECT_EQ(match->capture(9), std::nullopt);
+    const Regex broken("(unclosed");
+    EXPECT_FALSE(broken.isValid());
+    EXPECT_FALSE(broken.firstMatch("(unclosed").has_value());
+}
+
+TEST(Regex, FindReportsWhereAMatchStandsFromAnyStart) {
+    const Regex pattern("b+");
+    EXPECT_EQ(pattern.find("abba bb")->begin, 1U);
+    EXPECT_EQ(pattern.find("abba bb")->end, 3U);
+    EXPECT_EQ(pattern.find("abba bb", 3)->begin, 5U);
+    EXPECT_FALSE(pattern.find("abba bb", 8).has_value());
+    EXPECT_EQ(Regex::literal("a.b").find("aXb a.b")->begin, 4U);
+    EXPECT_EQ(Regex::literal("A.B", Regex::Case::Insensitive).find("aXb a.b")->begin, 4U);
+    EXPECT_FALSE(Regex::literal("\xc3\xa9", Regex::Case::Insensitive).find("\xc3\x89").has_value())
+        << "only ASCII letters fold";
+}
+
+// Absolute references give their scheme as written, relative ones none, and text that is no
+// URI does not parse.
+TEST(UrlScheme, IsReadAsWrittenOrNotAtAll) {
+    const std::vector<std::pair<std::string, std::optional<std::string>>> cases = {
+        {"http://example.com/", "http"},
+        {"HTTPS://example.com/", "HTTPS"},
+        {"ftp://example.com/", "ftp"},
+        {"mailto:me@example.com", "mailto"},
+        {"example.com", ""},
+        {"/path/page.html", ""},
+        {"", ""},
+        {"http://example.com/a b", std::nullopt},
+        {"http://exa<mple.com/", std::nullopt},
+        {"http://[::1/", std::nullopt},
+    };
+    for (const auto& [text, scheme] : cases) {
+        EXPECT_EQ(urlScheme(text), scheme) << text;
+    }
+}
+
+TEST(ParseUrl, GivesSchemeHostDecodedPathAndQuery) {
+    const auto parts = parseUrl("http://www.host:8080/a%20b/c.html?x=1&y=2");
+    ASSERT_TRUE(parts.has_value());
+    EXPECT_EQ(parts->scheme, "http");
+    EXPECT_EQ(parts->host, "www.host");
+    EXPECT_EQ(parts->path, "/a b/c.html");
+    EXPECT_TRUE(parts->hasQuery);
+    EXPECT_EQ(parts->query, "x=1&y=2");
+    EXPECT_EQ(parseUrl("http://host")->path, "");
+    EXPECT_EQ(parseUrl("http://host/")->path, "/");
+    EXPECT_EQ(parseUrl("http://host/dir/")->path, "/dir/");
+    EXPECT_TRUE(parseUrl("http://host/p?")->hasQuery);
+    EXPECT_FALSE(parseUrl("http://host/p")->hasQuery);
+    EXPECT_FALSE(parseUrl("http://host/a b").has_value());
+}
+
+TEST(ResolveUrl, FollowsTheStandardResolution) {
+    const std::string base = "http://host/a/b/page.html";
+    EXPECT_EQ(resolveUrl(base, "x.html"), "http://host/a/b/x.html");
+    EXPECT_EQ(resolveUrl(base, "../x.html"), "http://host/a/x.html");
+    EXPECT_EQ(resolveUrl(base, "../../../../x.html"), "http://host/x.html");
+    EXPECT_EQ(resolveUrl(base, "/x.html"), "http://host/x.html");
+    EXPECT_EQ(resolveUrl(base, "#top"), "http://host/a/b/page.html#top");
+    EXPECT_EQ(resolveUrl(base, "?q=1"), "http://host/a/b/page.html?q=1");
+    EXPECT_EQ(resolveUrl(base, "//other/x"), "http://other/x");
+    EXPECT_EQ(resolveUrl(base, "mailto:me@host"), "mailto:me@host");
+    EXPECT_EQ(resolveUrl(base, "a b.html"), std::nullopt);
+    EXPECT_EQ(resolveUrl("not a base", "x.html"), std::nullopt);
+}
+
+TEST(HtmlText, ReferencesAreDecodedAsAParserReadsThem) {
+    EXPECT_EQ(htmlTextContent("Tom &amp; Jerry &lt;3 &gt; \"x\" &#39;"),
+              "Tom & Jerry <3 > \"x\" '");
+    EXPECT_EQ(htmlTextContent("caf&eacute; &#233; &#xE9;&nbsp;x"),
+              "caf\xC3\xA9 \xC3\xA9 \xC3\xA9\xC2\xA0x");
+    EXPECT_EQ(htmlTextContent("<b>bold</b>\n line"), "bold\n line");
+    EXPECT_EQ(htmlTextContent("&amp;lt;"), "&lt;");
+    EXPECT_EQ(htmlAttributeValue("http://h/?a=1&amp;b=2&c=3"), "http://h/?a=1&b=2&c=3");
+    EXPECT_EQ(htmlAttributeValue("http://h/%22x%22&quot;"), "http://h/%22x%22\"");
+}
+
+TEST(MarkupDocument, BrokenHtmlStillGivesItsAnchorsInOrder) {
+    const auto document =
+        MarkupDocument::parseHtml("<p>text <a href=one>1<a href='two'>2</b></div><A HREF=\"3\">");
+    ASSERT_TRUE(document.has_value());
+    const auto anchors = document->select("//a");
+    ASSERT_EQ(anchors.size(), 3U);
+    EXPECT_EQ(anchors[0].attribute("href"), "one");
+    EXPECT_EQ(anchors[1].attribute("href"), "two");
+    EXPECT_EQ(anchors[2].attribute("href"), "3");
+    EXPECT_EQ(anchors[2].name(), "a");
+}
+
+TEST(MarkupDocument, SourceMarkupKeepsQuotingAndCase) {
+    const auto document = MarkupDocument::parseHtml(
+        "<html><body><a href=x><IMG SRC=a.png ALT='It''s'></a><a><img alt=\"q>x\"/></a>");
+    ASSERT_TRUE(document.has_value());
+    const auto anchors = document->select("//a");
+    ASSERT_EQ(anchors.size(), 2U);
+    EXPECT_EQ(anchors[0].firstChild()->sourceMarkup(), "<IMG SRC=a.png ALT='It''s'>");
+    EXPECT_EQ(anchors[1].firstChild()->name(), "img");
+}
+
+TEST(MarkupDocument, XmlModeRecoversWhatItCan) {
+    EXPECT_TRUE(MarkupDocument::parseXml("<root><a href='1'>x</a></root>").has_value());
+    EXPECT_FALSE(MarkupDocument::parseXml("no markup here").has_value());
+    EXPECT_FALSE(MarkupDocument::parseHtml("").has_value());
+}
+
+TEST(MarkupDocument, StringValueJoinsDescendantText) {
+    const auto document = MarkupDocument::parseHtml("<a href=x>A <b>bold</b> move<!-- c --></a>");
+    ASSERT_TRUE(document.has_value());
+    EXPECT_EQ(document->select("//a").front().stringValue(), "A bold move");
+}
+
+TEST(EscapeBareAmpersands, OnlyCompleteReferencesAreKept) {
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {"a&amp;b &lt; &#38; &#x26; &#X26;", "a&amp;b &lt; &#38; &#x26; &#X26;"},
+        {"?a=1&b=2", "?a=1&amp;b=2"},
+        {"&#; &#x; &; &1x; &amp", "&amp;#; &amp;#x; &amp;; &amp;1x; &amp;amp"},
+        {"&#12a; &#xg; &", "&amp;#12a; &amp;#xg; &amp;"},
+    };
+    for (const auto& [text, escaped] : cases) {
+        EXPECT_EQ(escapeBareAmpersands(text), escaped) << text;
+    }
 }
 
 }  // namespace

@@ -2,8 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+
+#include "app/ProcessState.h"
+#include "crawler/SiteScanner.h"
 #include "platform/FileSystem.h"
+#include "sitemap/BrokenLinkDetails.h"
 #include "sitemap/HtmlSitemapFormat.h"
+#include "sitemap/PreviousSitemaps.h"
+#include "sitemap/XmlSitemapFormat.h"
+#include "support/FileSizeLimit.h"
 #include "support/TemporaryHome.h"
 
 namespace loomcrest {
@@ -57,6 +65,158 @@ TEST(AppendingFiles, KeepFilesOpenButNeverCreateThem) {
     files.closeAll();
     EXPECT_FALSE(appendToFile(home.path() + "/missing.txt", "x"));
     EXPECT_FALSE(pathExists(home.path() + "/missing.txt"));
+}
+
+using test::writeFile;
+
+constexpr const char* kXmlStart = "<urlset>";
+
+class SitemapBuilders : public testing::Test {
+protected:
+    void SetUp() override {
+        folder = home.path() + "/site";
+        const std::string head(htmlSitemapHead());
+        for (const char* name : {"sitemap1cpo.html", "sitemap1c.html"}) {
+            writeFile(folder + "/" + name, head);
+        }
+        for (const char* name :
+             {"sitemap2cpo.html", "sitemap3cpo.html", "sitemap2c.html", "sitemap3c.html"}) {
+            writeFile(folder + "/" + name, head + std::string(kTableOpening));
+        }
+        writeFile(folder + "/sitemap.xml", kXmlStart);
+        scanner.setSitemapFolder(folder);
+    }
+
+    std::string file(const std::string& name) const { return fileContents(folder + "/" + name); }
+
+    TemporaryHome home;
+    std::string folder;
+    ProcessState process;
+    SiteScanner scanner{process};
+};
+
+TEST_F(SitemapBuilders, EmptyOrMalformedBlocksAreDropped) {
+    scanner.buildAllLinksSitemaps("");
+    scanner.buildAllLinksSitemaps("caf\xe9");
+    EXPECT_EQ(file("sitemap1c.html"), std::string(htmlSitemapHead()));
+    EXPECT_EQ(scanner.twoColCountAP, 0);
+}
+
+TEST_F(SitemapBuilders, AFailedWriteIsKeptAndNothingIsAppendedAfterIt) {
+    EXPECT_TRUE(scanner.sitemapWriteFailure().ok());
+    (void)removeFile(folder + "/sitemap2cpo.html");
+    scanner.buildPageTitleSitemap("X", "Not Found");
+    scanner.buildAllLinksSitemaps("<div>block</div>");
+    EXPECT_FALSE(pathExists(folder + "/sitemap2cpo.html")) << "a missing file is not made";
+    EXPECT_EQ(scanner.sitemapWriteFailure().message(),
+              folder + "/sitemap2cpo.html: No such file or directory");
+    EXPECT_EQ(file("sitemap1cpo.html"), std::string(htmlSitemapHead()) + oneColumnPiece("X"));
+    EXPECT_EQ(file("sitemap.xml"), kXmlStart);
+    EXPECT_EQ(file("sitemap1c.html"), std::string(htmlSitemapHead()));
+    EXPECT_EQ(scanner.twoColCountPO, 1) << "the counters move on";
+    scanner.setSitemapFolder(folder);
+    EXPECT_TRUE(scanner.sitemapWriteFailure().ok()) << "a new scan starts afresh";
+}
+
+constexpr std::string_view kStatistics = "<pagesFound>3</pagesFound>\n<totalLinks>9</totalLinks>";
+
+class PreviousSitemaps : public testing::Test {
+protected:
+    // The seven files and the broken-links list with its details, each holding `mark` and its
+    // closing tag.
+    std::map<std::string, std::string> writeSet(const std::string& mark, bool withBrokenLinks) {
+        std::map<std::string, std::string> set;
+        for (const std::string_view name :
+             {kOneColumnPagesOnly, kTwoColumnPagesOnly, kThreeColumnPagesOnly, kOneColumnAllLinks,
+              kTwoColumnAllLinks, kThreeColumnAllLinks}) {
+            set[std::string(name)] = mark + " " + std::string(name) + "\n</body>\n</html>";
+        }
+        set[std::string(kXmlSitemap)] = mark + "\n</urlset>";
+        for (const std::string_view list : {kBrokenLinksFile, kBrokenLinkDetailsFile}) {
+            if (withBrokenLinks) {
+                set[std::string(list)] = mark + " " + std::string(list) + "\n";
+            } else {
+                EXPECT_TRUE(removeFile(folder + "/" + std::string(list)));
+            }
+        }
+        // Replaced as the program replaces files, never rewritten in place.
+        createFolderWithParents(folder);
+        for (const auto& [name, text] : set) {
+            EXPECT_TRUE(writeFileAtomically(folder + "/" + name, text));
+        }
+        return set;
+    }
+
+    // Every file of the folder and its contents.
+    std::map<std::string, std::string> folderContents() const {
+        std::map<std::string, std::string> contents;
+        for (const std::string& name : walkFolder(folder)) {
+            contents[name] = fileContents(folder + "/" + name);
+        }
+        return contents;
+    }
+
+    static std::map<std::string, std::string> asPrevious(std::map<std::string, std::string> set) {
+        std::map<std::string, std::string> previous;
+        for (auto& [name, text] : set) {
+            previous[name + ".previous"] = std::move(text);
+        }
+        previous["statistics.previous"] = kStatistics;
+        return previous;
+    }
+
+    TemporaryHome home;
+    std::string folder = home.path() + "/Site";
+};
+
+TEST_F(PreviousSitemaps, AMissingBrokenLinksListIsCarriedOverAsMissing) {
+    writeSet("first", true);
+    ASSERT_TRUE(keepPreviousSitemaps(folder, kStatistics));
+    writeSet("second", false);
+    ASSERT_TRUE(keepPreviousSitemaps(folder, kStatistics));
+    EXPECT_FALSE(pathExists(folder + "/badLinks.txt.previous"));
+    EXPECT_FALSE(pathExists(folder + "/brokenLinks.tsv.previous"));
+    ASSERT_TRUE(writeFileAtomically(folder + "/badLinks.txt", "third broken\n"));
+    ASSERT_TRUE(writeFileAtomically(folder + "/brokenLinks.tsv", "third details\n"));
+    ASSERT_TRUE(putBackPreviousSitemaps(folder));
+    EXPECT_FALSE(pathExists(folder + "/badLinks.txt"));
+    EXPECT_FALSE(pathExists(folder + "/brokenLinks.tsv"));
+}
+
+TEST_F(PreviousSitemaps, AnUnfinishedSetNeverReplacesTheLastCompleteOne) {
+    const auto first = writeSet("first", true);
+    ASSERT_TRUE(keepPreviousSitemaps(folder, kStatistics));
+    auto unfinished = writeSet("cut", false);
+    writeFile(folder + "/sitemap3c.html", "cut <table>");
+    unfinished["sitemap3c.html"] = "cut <table>";
+    EXPECT_FALSE(sitemapsComplete(folder));
+    ASSERT_TRUE(keepPreviousSitemaps(folder, "<pagesFound>0</pagesFound>"));
+    auto expected = asPrevious(first);
+    expected.insert(unfinished.begin(), unfinished.end());
+    EXPECT_EQ(folderContents(), expected);
+}
+
+TEST_F(PreviousSitemaps, AFailedScanPutsThePreviousSetBackOrLeavesNoCutFile) {
+    const auto first = writeSet("first", true);
+    ASSERT_TRUE(keepPreviousSitemaps(folder, kStatistics));
+    writeFile(folder + "/sitemap1c.html", "cut off");
+    ASSERT_TRUE(discardUnfinishedSitemaps(folder));
+    EXPECT_EQ(folderContents(), first);
+
+    writeSet("never finished", true);
+    ASSERT_TRUE(discardUnfinishedSitemaps(folder));
+    EXPECT_EQ(folderContents(), (std::map<std::string, std::string>{
+                                    {"badLinks.txt", "never finished badLinks.txt\n"},
+                                    {"brokenLinks.tsv", "never finished brokenLinks.tsv\n"}}))
+        << "the lists are no sitemaps: they are written whole or not at all";
+}
+
+TEST_F(PreviousSitemaps, NoRoomForTheStatisticsLeavesEverythingWhereItWas) {
+    const auto set = writeSet("first", true);
+    const test::FileSizeLimit fullDisk(10);
+    const WriteResult kept = keepPreviousSitemaps(folder, kStatistics);
+    EXPECT_EQ(kept.message(), folder + "/statistics.previous: File too large");
+    EXPECT_EQ(folderContents(), set);
 }
 
 }  // namespace

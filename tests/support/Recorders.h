@@ -11,6 +11,21 @@
 
 namespace loomcrest::test {
 
+// An alert as one line, to compare whole: its kind, title, message, the buttons it shows and
+// the window it is attached to when that is not the main one.
+inline std::string describe(const Alert& alert) {
+    constexpr const char* kKinds[] = {"Information", "Refusal", "Question"};
+    std::string text = std::string(kKinds[static_cast<int>(alert.kind)]) + ": " + alert.title +
+                       " | " + alert.message;
+    for (const std::string* button :
+         {&alert.defaultButton, &alert.alternateButton, &alert.otherButton}) {
+        if (!button->empty()) {
+            text += " [" + *button + "]";
+        }
+    }
+    return alert.parent == AlertParent::SiteSheet ? text + " (site sheet)" : text;
+}
+
 // Records every alert and answers each with the next queued button code (default button
 // when the queue is empty).
 class RecordingAlerts : public AlertPresenter {
@@ -25,6 +40,15 @@ public:
         if (completion) {
             completion(answer);
         }
+    }
+
+    // Every alert shown so far, described.
+    std::vector<std::string> described() const {
+        std::vector<std::string> lines;
+        for (const Alert& alert : shown) {
+            lines.push_back(describe(alert));
+        }
+        return lines;
     }
 
     std::vector<Alert> shown;

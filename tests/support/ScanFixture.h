@@ -113,6 +113,13 @@ protected:
 
     SiteScanner& scanner() { return driver.scanner(); }
 
+    // The figures of the site's details as the window shows them.
+    std::string figures() const {
+        const SiteDetailsFields& shown = siteView.state().details;
+        return "links " + shown.totalLinksFound + ", pages " + shown.pagesFound + ", scanned " +
+               shown.linksScanned + ", broken " + shown.brokenLinks;
+    }
+
     std::vector<std::string> requestLog() {
         const std::lock_guard lock(mutex);
         return requests;
