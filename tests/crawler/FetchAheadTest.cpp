@@ -175,35 +175,41 @@ std::vector<std::string> requestLines(const std::vector<std::pair<std::string, i
     return lines;
 }
 
-// Answers the warning as a person does, a moment after it came: time enough for any fetch
-// that ought to wait for the answer to go out before it, and show up in the server's log.
-class SlowAnswer : public AlertPresenter {
+// Answers the warning, noting how many requests the server had logged when it came.
+class CountingAnswer : public AlertPresenter {
 public:
+    explicit CountingAnswer(const test::RawHttpServer& server) : server_(server) {}
     void presentAlert(const Alert& alert, AlertCompletion completion) override {
         shown.push_back(alert);
-        std::this_thread::sleep_for(100ms);
+        requestsBefore.push_back(server_.requestLines().size());
         completion(answer);
     }
     std::vector<Alert> shown;
+    std::vector<size_t> requestsBefore;
     int answer = kDefaultButtonCode;
+
+private:
+    const test::RawHttpServer& server_;
 };
 
 class OneConnection : public test::ScanFixture {
 protected:
-    // The requests of one scan of the site at `site`.
-    std::vector<std::string> scanWith(bool fetchOnce, int answer) {
+    // The requests of one scan of the site at `site`, and how many of them came before the
+    // warning about the start URL.
+    std::pair<std::vector<std::string>, size_t> scanWith(bool fetchOnce, int answer) {
         CrawlSettings settings;
         settings.setFetchOnce(fetchOnce);
         EXPECT_TRUE(writeCrawlSettings(home.dataRoot() + "/Test", settings));
-        slowAnswer.shown.clear();
-        slowAnswer.answer = answer;
+        counting.shown.clear();
+        counting.requestsBefore.clear();
+        counting.answer = answer;
         const size_t before = site.requestLines().size();
-        loop.perform([this] { answeredSlowly.scanSiteAction(); });
+        loop.perform([this] { answering.scanSiteAction(); });
         loop.run();
-        EXPECT_EQ(slowAnswer.shown.size(), 1U);
+        EXPECT_EQ(counting.shown.size(), 1U);
         std::vector<std::string> log = site.requestLines();
         log.erase(log.begin(), log.begin() + static_cast<std::ptrdiff_t>(before));
-        return log;
+        return {log, counting.requestsBefore.empty() ? 0 : counting.requestsBefore[0] - before};
     }
 
     test::RawHttpServer site{[](int connection, const std::string& head, const std::atomic<bool>&) {
@@ -211,8 +217,8 @@ protected:
         test::RawHttpServer::send(connection,
                                   answerTo(head.substr(start, head.find(' ', start) - start)));
     }};
-    SlowAnswer slowAnswer;
-    ScanDriver answeredSlowly{process, siteView, sheet, slowAnswer, loop};
+    CountingAnswer counting{site};
+    ScanDriver answering{process, siteView, sheet, counting, loop};
 };
 
 // With the next pages fetched ahead on their own thread, a scan with one connection still
@@ -225,17 +231,20 @@ TEST_F(OneConnection, RequestsComeInTheOrderOfAScanThatFetchedEachPageInTurn) {
         int answer;
         const std::vector<std::pair<std::string, int>>& requests;
         size_t runs;
+        size_t runsBeforeWarning;
     } cases[] = {
-        {false, kDefaultButtonCode, kOneConnectionRequests, kOneConnectionRequests.size()},
-        {false, kOtherButtonCode, kOneConnectionRequests, 3},
-        {true, kDefaultButtonCode, kFetchOnceRequests, kFetchOnceRequests.size()},
-        {true, kOtherButtonCode, kFetchOnceRequests, 2},
+        {false, kDefaultButtonCode, kOneConnectionRequests, kOneConnectionRequests.size(), 3},
+        {false, kOtherButtonCode, kOneConnectionRequests, 3, 3},
+        {true, kDefaultButtonCode, kFetchOnceRequests, kFetchOnceRequests.size(), 2},
+        {true, kOtherButtonCode, kFetchOnceRequests, 2, 2},
     };
     for (const auto& scanCase : cases) {
         SCOPED_TRACE(testing::Message()
                      << "fetch-once " << scanCase.fetchOnce << ", answer " << scanCase.answer);
-        EXPECT_EQ(scanWith(scanCase.fetchOnce, scanCase.answer),
-                  requestLines(scanCase.requests, scanCase.runs));
+        const auto [requests, beforeWarning] = scanWith(scanCase.fetchOnce, scanCase.answer);
+        EXPECT_EQ(requests, requestLines(scanCase.requests, scanCase.runs));
+        EXPECT_EQ(beforeWarning,
+                  requestLines(scanCase.requests, scanCase.runsBeforeWarning).size());
         EXPECT_EQ(siteView.state().details.pagesFound,
                   scanCase.answer == kDefaultButtonCode ? "9" : "1");
     }
