@@ -20,8 +20,10 @@ loomcrest="$PWD/build/bench/loomcrest"
 
 make_bench_folder on
 
-# Empties nginx's access log; nginx reopens it on SIGUSR1.
+# Empties nginx's access log; nginx reopens it on SIGUSR1. Files written before (the site, the
+# last scan's sitemaps) go to disk first, so that their writing back is not timed with the run.
 reset_log() {
+    sync
     : > "$work/nginx/logs/access.log"
     kill -USR1 "$nginx_pid"
     sleep 0.2
