@@ -147,16 +147,6 @@ std::string escapeAddress(std::string_view address) {
     return escaped;
 }
 
-std::string oneColumnPiece(std::string_view item) {
-    const PieceFrame frame = oneColumnFrame();
-    return std::string(frame.before).append(item).append(frame.after);
-}
-
-std::string tablePiece(std::string_view item, int columns, int& filledCells) {
-    const PieceFrame frame = tableFrame(columns, filledCells);
-    return std::string(frame.before).append(item).append(frame.after);
-}
-
 PieceFrame oneColumnFrame() {
     return {"\n", kClearer};
 }

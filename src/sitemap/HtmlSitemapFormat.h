@@ -34,18 +34,16 @@ std::string escapeMarkup(std::string_view text);
 // An address as the href holds it: a double quote, which would end the attribute, as "%22".
 std::string escapeAddress(std::string_view address);
 
-// The piece that appends `item` to a one-column file.
-std::string oneColumnPiece(std::string_view item);
-// The piece that appends `item` to a table of `columns` cells a row, given how many cells of
-// the open row are filled; advances that count.
-std::string tablePiece(std::string_view item, int columns, int& filledCells);
-// The same piece as the markup that goes before and after the item, for a writer that
-// would rather not copy the item.
+// The markup that goes before and after an item appended to a layout file, so that the
+// item is written as it is.
 struct PieceFrame {
     std::string_view before;
     std::string_view after;
 };
+// For a one-column file.
 PieceFrame oneColumnFrame();
+// For a table of `columns` cells a row, given how many cells of the open row are filled;
+// advances that count.
 PieceFrame tableFrame(int columns, int& filledCells);
 
 }  // namespace loomcrest

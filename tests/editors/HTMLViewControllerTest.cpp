@@ -15,6 +15,7 @@
 #include "sites/DataPaths.h"
 #include "sites/SiteFile.h"
 #include "support/AlertText.h"
+#include "support/LayoutPieces.h"
 #include "support/Recorders.h"
 #include "support/TemporaryHome.h"
 #include "support/TextChecks.h"

@@ -12,11 +12,13 @@
 #include "sitemap/HtmlSitemapFormat.h"
 #include "sitemap/LayoutMarkup.h"
 #include "sitemap/SitemapFiles.h"
+#include "support/LayoutPieces.h"
 
 namespace loomcrest {
 namespace {
 
 using namespace layoutmarkup;
+using test::tablePiece;
 
 const std::string kHead = "<html>\n<head></head>\n";
 

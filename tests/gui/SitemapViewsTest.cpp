@@ -19,10 +19,12 @@
 #include "platform/Text.h"
 #include "sitemap/HtmlSitemapFormat.h"
 #include "sitemap/SitemapFiles.h"
+#include "support/LayoutPieces.h"
 #include "support/TestServer.h"
 
 using namespace loomcrest;
 using namespace loomcrest::gui;
+using loomcrest::test::tablePiece;
 
 // The two sitemap views on a layout written by a real scan of a small site.
 class SitemapViewsTest : public test::PreviewWindowTest {

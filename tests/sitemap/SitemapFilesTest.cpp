@@ -12,12 +12,14 @@
 #include "sitemap/PreviousSitemaps.h"
 #include "sitemap/XmlSitemapFormat.h"
 #include "support/FileSizeLimit.h"
+#include "support/LayoutPieces.h"
 #include "support/TemporaryHome.h"
 
 namespace loomcrest {
 namespace {
 
 using test::fileContents;
+using test::oneColumnPiece;
 using test::TemporaryHome;
 
 TEST(SitemapFiles, ClosingsPadTheOpenRow) {

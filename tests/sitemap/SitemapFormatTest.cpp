@@ -1,4 +1,5 @@
 #include "sitemap/HtmlSitemapFormat.h"
+#include "support/LayoutPieces.h"
 
 #include <gtest/gtest.h>
 
@@ -14,6 +15,9 @@
 
 namespace loomcrest {
 namespace {
+
+using test::oneColumnPiece;
+using test::tablePiece;
 
 TEST(HtmlSitemapHead, IsTheSharedSampleByteForByte) {
     EXPECT_EQ(htmlSitemapHead(), test::golden("layout-head.html"));
