@@ -157,31 +157,6 @@ TEST_F(ScanSettings, TheRateHoldsAcrossConnections) {
     EXPECT_GE(arrivals.mostWithin(2s), 30U) << "the limit is a rate, not a crawl";
 }
 
-TEST_F(ScanSettings, RetryAfterIsHonouredOnce) {
-    test::Arrivals busy;
-    intercept = [&](const httplib::Request& request, httplib::Response& response) {
-        if (request.target != "/busy.html") {
-            return false;
-        }
-        busy.note();
-        if (busy.count() > 1) {
-            return false;
-        }
-        response.status = 503;
-        response.set_header("Retry-After", "1");
-        return true;
-    };
-    servePage("/", {R"(<title>Home</title><a href="busy.html">B</a>)"});
-    servePage("/busy.html", {"<title>Busy</title>"});
-    addSite();
-    scan();
-    EXPECT_EQ(siteView.state().details.brokenLinks, "0");
-    EXPECT_TRUE(test::contains(siteFile("sitemap1cpo.html"), ">Busy<"));
-    ASSERT_EQ(busy.count(), 7U) << "six requests and one retry";
-    const auto times = busy.times();
-    EXPECT_GE(times[1] - times[0], 950ms);
-}
-
 TEST_F(ScanSettings, CancelEndsARetryAfterWait) {
     // One connection lets the request under way finish and the next one go, as a scan
     // always did; only the minute's wait is cut short, each time.

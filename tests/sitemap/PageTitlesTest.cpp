@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <mutex>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -65,13 +64,6 @@ TEST(LinkTargets, HrefOrNothing) {
 class PageTitleFetch : public testing::Test {
 protected:
     void SetUp() override {
-        server.server().Get(
-            "/titled.html", [this](const httplib::Request&, httplib::Response& res) {
-                const std::lock_guard lock(mutex);
-                ++requests;
-                res.set_content("<html><head><title>Index of /images</title></head></html>",
-                                "text/html");
-            });
         server.server().Get(R"(/body/(\d+))",
                             [](const httplib::Request& req, httplib::Response& res) {
                                 const size_t body = std::stoul(req.matches[1].str());
@@ -81,14 +73,13 @@ protected:
     }
 
     // Bodies and the titles read from them.
-    static constexpr std::array<std::pair<std::string_view, std::string_view>, 10> kBodies = {{
+    static constexpr std::array<std::pair<std::string_view, std::string_view>, 9> kBodies = {{
         {"<html><head><title>Tom &amp; Jerry</title></head></html>", "Tom & Jerry"},
         {"<title>A < B</title>", "A < B"},
         {"<title>  spaced  </title>", "  spaced  "},
         {"<html><title></title></html>", "Could not find page title"},
         {"<html><body>no title</body></html>", "Could not find page title"},
         {"", "Could not find page title"},
-        {"\x01\x02\xff", "Could not find page title"},
         // Bodies are UTF-8 unless they declare otherwise.
         {"<title>Caf\xc3\xa9</title>", "Caf\xc3\xa9"},
         {"<meta charset=\"iso-8859-1\"><title>Caf\xe9</title>", "Caf\xc3\xa9"},
@@ -97,15 +88,7 @@ protected:
     }};
 
     TestServer server;
-    std::mutex mutex;
-    int requests = 0;
 };
-
-TEST_F(PageTitleFetch, AsksTwiceAndReadsTheTitle) {
-    EXPECT_EQ(lookUpPageTitle(server.url("/titled.html"), kWait).title, "Index of /images");
-    const std::lock_guard lock(mutex);
-    EXPECT_EQ(requests, 2);
-}
 
 TEST_F(PageTitleFetch, TitleOrFallback) {
     for (size_t body = 0; body < kBodies.size(); ++body) {

@@ -22,16 +22,6 @@ using test::fileContents;
 using test::oneColumnPiece;
 using test::TemporaryHome;
 
-TEST(SitemapFiles, ClosingsPadTheOpenRow) {
-    EXPECT_EQ(oneColumnClosing(), "\n</body>\n</html>");
-    EXPECT_EQ(twoColumnClosing(0), "\n</table>\n</body>\n</html>");
-    EXPECT_EQ(twoColumnClosing(1), "&nbsp;</td>\n\t</tr>\n</table>\n</body>\n</html>");
-    EXPECT_EQ(threeColumnClosing(0), "\n</table>\n</body>\n</html>");
-    EXPECT_EQ(threeColumnClosing(1),
-              "&nbsp;</td>\n\t\t<td>&nbsp;</td>\n\t</tr>\n</table>\n</body>\n</html>");
-    EXPECT_EQ(threeColumnClosing(2), "&nbsp;</td>\n\t</tr>\n</table>\n</body>\n</html>");
-}
-
 TEST(SitemapFiles, HeadersReplaceEarlierFilesAndClosingsUseTheAllLinksCounters) {
     TemporaryHome home;
     const std::string folder = home.path();
@@ -43,12 +33,14 @@ TEST(SitemapFiles, HeadersReplaceEarlierFilesAndClosingsUseTheAllLinksCounters) 
     EXPECT_EQ(fileContents(folder + "/sitemap3cpo.html"), head + std::string(kTableOpening));
     EXPECT_EQ(fileContents(folder + "/sitemap.xml"), std::string(xmlSitemapHeader()));
 
-    closeSitemapFiles(folder, 0, 2);
-    EXPECT_EQ(fileContents(folder + "/sitemap2cpo.html"),
-              head + std::string(kTableOpening) + "\n</table>\n</body>\n</html>");
+    // An open row of one cell is padded to its full width; the scan tests close the others.
+    closeSitemapFiles(folder, 1, 1);
     EXPECT_EQ(
-        fileContents(folder + "/sitemap3cpo.html"),
+        fileContents(folder + "/sitemap2cpo.html"),
         head + std::string(kTableOpening) + "&nbsp;</td>\n\t</tr>\n</table>\n</body>\n</html>");
+    EXPECT_EQ(fileContents(folder + "/sitemap3cpo.html"),
+              head + std::string(kTableOpening) +
+                  "&nbsp;</td>\n\t\t<td>&nbsp;</td>\n\t</tr>\n</table>\n</body>\n</html>");
     EXPECT_EQ(fileContents(folder + "/sitemap.xml"),
               std::string(xmlSitemapHeader()) + "\n</urlset>");
 }
