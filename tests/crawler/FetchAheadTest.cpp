@@ -18,7 +18,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// A fetch that takes its time and notes how many run at once.
 struct SlowFetch {
     FetchedPage operator()(const std::string& url) {
         const int running = ++inFlight;
@@ -194,8 +193,6 @@ private:
 
 class OneConnection : public test::ScanFixture {
 protected:
-    // The requests of one scan of the site at `site`, and how many of them came before the
-    // warning about the start URL.
     std::pair<std::vector<std::string>, size_t> scanWith(bool fetchOnce, int answer) {
         CrawlSettings settings;
         settings.setFetchOnce(fetchOnce);
@@ -221,9 +218,6 @@ protected:
     ScanDriver answering{process, siteView, sheet, counting, loop};
 };
 
-// With the next pages fetched ahead on their own thread, a scan with one connection still
-// makes its requests one after another in the order it always made them, and a cancel given
-// as the answer to the warning leaves nothing asked for beyond the start page's title.
 TEST_F(OneConnection, RequestsComeInTheOrderOfAScanThatFetchedEachPageInTurn) {
     addSiteAt(site.url("/q.php?a=1?b=2?c=3?d=4"));
     const struct {

@@ -19,7 +19,6 @@ constexpr auto kDropped = LinkOutcome::Dropped;
 constexpr auto kRecorded = LinkOutcome::Recorded;
 constexpr auto kQueued = LinkOutcome::Queued;
 
-// A scanner of the site at `site`, on the page `page`, with `queued` in its list.
 struct Scanner {
     explicit Scanner(const std::string& page = "http://host/", const std::string& queued = "",
                      const std::string& site = "http://host/") {
@@ -53,7 +52,6 @@ TEST(LinkAcceptance, EachHrefIsDroppedRecordedOrQueued) {
          "http://host/a/page.html"},
         {"", kDropped, ""},
         {"a page.html", kDropped, ""},
-        {"http://host/%zz", kDropped, ""},
         {"http://", kDropped, ""},
         {"http://h", kRecorded, "http://h/"},
         // The extension is compared from the first dot, and its case counts.
@@ -61,7 +59,6 @@ TEST(LinkAcceptance, EachHrefIsDroppedRecordedOrQueued) {
         {"http://host/c.HTML", kDropped, ""},
         {"/doc.pdf", kDropped, ""},
         {"/x.php5", kQueued, "http://host/x.php5"},
-        {"/c.html?x=1", kQueued, "http://host/c.html?x=1"},
         // A folder and its index page are one page; index names are glued without a slash.
         {"/dir/", kDropped, "", "http://host/", "http://host/dir/index.html"},
         {"/dir/index.html", kRecorded, "http://host/dir/index.html", "http://host/",
@@ -135,14 +132,12 @@ TEST(RebuildHref, HrefsAreMadeAbsoluteByTheirOwnRules) {
         // The site base and absolute links stand as they are.
         {"http://host/site/", "http://host/site/"},
         {"https://elsewhere/x", "https://elsewhere/x"},
-        {"ftp://files/x", "ftp://files/x"},
         {"httpish.html", "httpish.html"},
         {"mailto:me@host", "mailto:me@host"},
         {"mailto:", "http://host/site/"},
         {"#top", "http://host/site/a/b/page.html"},
         // Parent folders are climbed one per group and stop at the root.
         {"../x.html", "http://host/site/a/x.html"},
-        {"../../x.html", "http://host/site/x.html"},
         {"../../../../../../x.html", "http://host/x.html"},
         {"../../x.html", "http://host/x.html", "http://host"},
         {"../x.html", "/x.html", ""},
@@ -197,7 +192,6 @@ TEST(PageList, KeepsOrderAndAnswersMembershipAsItGrows) {
     EXPECT_FALSE(list.contains("http://host/0"));
 }
 
-// Only a 200 passes; other answers add their reason, no answer adds nothing.
 TEST(StartUrlProbe, OnlyA200PassesAndOtherAnswersGiveTheirReason) {
     test::TestServer server;
     server.server().Get("/", [](const httplib::Request&, httplib::Response& res) {

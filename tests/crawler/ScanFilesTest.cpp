@@ -41,7 +41,6 @@ protected:
         return contents;
     }
 
-    // The files without the previous set.
     static Files current(Files all) {
         std::erase_if(all, [](const auto& file) { return file.first.ends_with(".previous"); });
         return all;

@@ -19,7 +19,6 @@ using test::TestPage;
 
 constexpr int kPages = 40;
 
-// Everything a scan leaves behind that a user or a later view can see.
 struct ScanOutcome {
     std::map<std::string, std::string> files;
     std::string figures;  // as the window shows them

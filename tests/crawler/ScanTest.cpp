@@ -98,7 +98,13 @@ TEST_F(Scan, BrokenNonHtmlAndListingPagesAreToldApart) {
     servePage("/r.php?f=pdf", {"%PDF-1.4", "application/pdf"});
     servePage("/files/", {"<title>Index of /files</title><a href=\"x.html\">x</a>"});
     addSite();
+    test::writeFile(home.dataRoot() + "/Test/crawl.json", "{connections: 8}");
     scan();
+    EXPECT_EQ(alerts.described(),
+              std::vector<std::string>{
+                  "Information: The Crawl Settings Could Not Be Read | " + home.dataRoot() +
+                  "/Test/crawl.json: line 1, column 2: expected a member name in double quotes. "
+                  "The default settings are used. [OK]"});
     EXPECT_EQ(process.vrlmpBadLinkArray,
               (std::vector<std::string>{url("/gone.html"), url("/r.php?f=pdf")}));
     EXPECT_EQ(siteFile("badLinks.txt"), url("/gone.html") + "\n" + url("/r.php?f=pdf") + "\n");
@@ -253,7 +259,6 @@ TEST_F(Scan, EveryAnswerFrom400OnIsBroken) {
     servePage("/bad.html", {"<title>Bad</title>", "text/html", 400});
     servePage("/gone.html", {"<title>Gone</title>", "text/html", 410});
     addSite();
-    // Pages asked for twice, and asked for once.
     for (const bool fetchOnce : {false, true}) {
         CrawlSettings settings;
         settings.setFetchOnce(fetchOnce);
@@ -396,7 +401,6 @@ using namespace std::chrono_literals;
 
 constexpr int kManyAnchors = 100000;
 
-// Waits until the client hangs up or the server stops.
 void waitForHangUp(int connection, const std::atomic<bool>& stopping) {
     char buffer[256];
     while (!stopping) {

@@ -85,16 +85,6 @@ TEST(FolderLock, ASecondHolderIsTurnedAwayUntilTheFirstLetsGo) {
               home.path() + "/missing/.lock: No such file or directory");
 }
 
-TEST(FileSystem, ReadingGivesNothingForMissingOrMalformedFiles) {
-    TemporaryHome home;
-    EXPECT_EQ(readTextFile(home.path() + "/missing.txt"), std::nullopt);
-    writeFile(home.path() + "/latin1.txt", "caf\xe9");
-    EXPECT_EQ(readTextFile(home.path() + "/latin1.txt"), std::nullopt);
-    writeFile(home.path() + "/empty.txt", "");
-    EXPECT_EQ(readTextFile(home.path() + "/empty.txt"), "");
-    EXPECT_EQ(readTextFile(home.path()), std::nullopt) << "a folder is no text file";
-}
-
 TEST(FileSystem, AHeadIsReadUpToItsMarker) {
     TemporaryHome home;
     // The marker straddles the reads of 64 KiB; what follows it is never checked.
@@ -126,13 +116,6 @@ TEST(FileSystem, FolderCreationIsOneLevelUnlessParentsAreAsked) {
     EXPECT_TRUE(createFolderWithParents(home.path() + "/x/y"));
     EXPECT_TRUE(isDirectory(home.path() + "/x/y"));
     EXPECT_EQ(createFolder(home.path() + "/x/y").message(), home.path() + "/x/y: File exists");
-}
-
-TEST(FileSystem, PathExtensionIsTheTextAfterTheLastDotOfTheName) {
-    EXPECT_EQ(pathExtension("Example/Example.vrLMP"), "vrLMP");
-    EXPECT_EQ(pathExtension("a.b/sitemap.xml"), "xml");
-    EXPECT_EQ(pathExtension("a.b/noextension"), "");
-    EXPECT_EQ(pathExtension("dir/.hidden"), "");
 }
 
 // Many pieces, more than one buffer's worth: the target keeps its old contents until the

@@ -16,7 +16,6 @@ using test::TestServer;
 
 constexpr std::chrono::seconds kWait{20};
 
-// The title of the first anchor of `html`.
 std::string firstLinkTitle(const std::string& html) {
     const auto document = MarkupDocument::parseHtml(html);
     if (!document) {
@@ -50,17 +49,6 @@ TEST(LinkTitles, ComeFromTheFirstSourceThatHasOne) {
     }
 }
 
-TEST(LinkTargets, HrefOrNothing) {
-    const auto document = MarkupDocument::parseHtml(
-        R"(<p><a HREF="/up.html">1</a><a href="">2</a><a name="n">3</a></p>)");
-    ASSERT_TRUE(document.has_value());
-    const auto anchors = document->select("//a");
-    ASSERT_EQ(anchors.size(), 3U);
-    EXPECT_EQ(findHREFInNode(anchors[0]), "/up.html");
-    EXPECT_EQ(findHREFInNode(anchors[1]), "");
-    EXPECT_EQ(findHREFInNode(anchors[2]), "");
-}
-
 class PageTitleFetch : public testing::Test {
 protected:
     void SetUp() override {
@@ -72,7 +60,6 @@ protected:
         server.start();
     }
 
-    // Bodies and the titles read from them.
     static constexpr std::array<std::pair<std::string_view, std::string_view>, 9> kBodies = {{
         {"<html><head><title>Tom &amp; Jerry</title></head></html>", "Tom & Jerry"},
         {"<title>A < B</title>", "A < B"},

@@ -141,7 +141,6 @@ protected:
         return set;
     }
 
-    // Every file of the folder and its contents.
     std::map<std::string, std::string> folderContents() const {
         std::map<std::string, std::string> contents;
         for (const std::string& name : walkFolder(folder)) {
