@@ -113,19 +113,5 @@ TEST(Json, IndentsOneMemberOrElementALine) {
               "}");
 }
 
-TEST(Json, AnswersTypedQuestions) {
-    const json::Value value = *json::parse(R"({"n": 3, "x": 3.5, "big": 1e19, "s": "t"})").value;
-    EXPECT_EQ(value.find("n")->integer(), 3);
-    EXPECT_EQ(value.find("x")->integer(), std::nullopt);
-    EXPECT_EQ(value.find("x")->number(), 3.5);
-    EXPECT_EQ(value.find("big")->integer(), std::nullopt);
-    EXPECT_EQ(*value.find("s")->string(), "t");
-    EXPECT_EQ(value.find("s")->number(), std::nullopt);
-    EXPECT_EQ(value.find("s")->boolean(), std::nullopt);
-    EXPECT_EQ(value.find("missing"), nullptr);
-    EXPECT_EQ(value.find("n")->find("n"), nullptr);
-    EXPECT_EQ(value.type(), json::Value::Type::Object);
-}
-
 }  // namespace
 }  // namespace loomcrest
