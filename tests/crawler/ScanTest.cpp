@@ -60,7 +60,6 @@ TEST_F(Scan, ASmallSiteBecomesItsSixLayoutsXmlAndStatistics) {
                                   linkLine("http://other.org/x.html", 5, "Off");
     const std::string titleA = pageTitleLine(url("/a.html"), 6, "A & co");
     const std::string blockA = titleA + linkLine(home, 8, "Home");
-    EXPECT_TRUE(test::contains(titleA, "A &amp; co"));
 
     // The pages-only layouts hold the title lines, the all-links ones the page blocks.
     for (const auto& [kind, first, second] :

@@ -138,7 +138,6 @@ std::string rawAnswer(const std::string& requestHead) {
                end;
     }
     const std::map<std::string, std::string> dates = {
-        {"/rfc1123", "Sun, 06 Nov 1994 08:49:37 GMT"},
         {"/rfc850", "Sunday, 06-Nov-94 08:49:37 GMT"},
         {"/asctime", "Sun Nov  6 08:49:37 1994"},
         {"/vague", "yesterday-ish"},
@@ -173,7 +172,6 @@ TEST_F(HttpFields, AreReadFromTheFinalAnswer) {
         {"/moved", "", none},
         {"/interim", "", none},
         {"/repeated", "text/html", kNovember6},
-        {"/rfc1123", "", kNovember6},
         {"/rfc850", "", kNovember6},
         {"/asctime", "", kNovember6},
         {"/vague", "", none},

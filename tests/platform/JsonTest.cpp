@@ -57,6 +57,7 @@ TEST(Json, RefusesWhatIsNotStrictJsonAndSaysWhere) {
         {"-", "line 1, column 2: expected a digit"},
         {"1.", "line 1, column 3: expected a digit after '.'"},
         {"1e", "line 1, column 3: expected a digit in the exponent"},
+        {"+1", "line 1, column 1: unexpected character '+'"},
         {"1e400", "line 1, column 1: number out of range"},
         {"tru", "line 1, column 1: unexpected character 't'"},
         {"nulll", "line 1, column 5: unexpected text after the value"},
