@@ -351,6 +351,15 @@ TEST_F(Export, AnEmptyBrokenListStillMakesValidFiles) {
     EXPECT_TRUE(brokenLinksHtml({}).ends_with("<body>\n</body>\n</html>\n"));
 }
 
+TEST_F(Export, NoSelectedSiteClosesThePanel) {
+    exporter.setSelectedSite("");
+    exporter.exportHTMLSitemaps();
+    exporter.waitForExport();
+    EXPECT_FALSE(view.panelShown);
+    EXPECT_TRUE(view.requests.empty());
+    EXPECT_TRUE(alerts.shown.empty());
+}
+
 TEST_F(Export, CopyFileStampsAnExistingDestination) {
     writeFile(home.path() + "/source.html", "new");
     SitemapExporter::copyFile(home.path() + "/source.html", home.path() + "/copy.html", ".html");

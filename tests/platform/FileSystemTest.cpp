@@ -118,6 +118,13 @@ TEST(FileSystem, FolderCreationIsOneLevelUnlessParentsAreAsked) {
     EXPECT_EQ(createFolder(home.path() + "/x/y").message(), home.path() + "/x/y: File exists");
 }
 
+TEST(FileSystem, PathExtensionIsTheTextAfterTheLastDotOfTheName) {
+    EXPECT_EQ(pathExtension("Example/Example.vrLMP"), "vrLMP");
+    EXPECT_EQ(pathExtension("a.b/sitemap.xml"), "xml");
+    EXPECT_EQ(pathExtension("a.b/noextension"), "");
+    EXPECT_EQ(pathExtension("dir/.hidden"), "");
+}
+
 // Many pieces, more than one buffer's worth: the target keeps its old contents until the
 // commit, then holds every piece in order; a stream dropped uncommitted or stopped by a
 // full disk leaves the target and the folder as they were.

@@ -49,6 +49,17 @@ TEST(LinkTitles, ComeFromTheFirstSourceThatHasOne) {
     }
 }
 
+TEST(LinkTargets, HrefOrNothing) {
+    const auto document = MarkupDocument::parseHtml(
+        R"(<p><a HREF="/up.html">1</a><a href="">2</a><a name="n">3</a></p>)");
+    ASSERT_TRUE(document.has_value());
+    const auto anchors = document->select("//a");
+    ASSERT_EQ(anchors.size(), 3U);
+    EXPECT_EQ(findHREFInNode(anchors[0]), "/up.html");
+    EXPECT_EQ(findHREFInNode(anchors[1]), "");
+    EXPECT_EQ(findHREFInNode(anchors[2]), "");
+}
+
 class PageTitleFetch : public testing::Test {
 protected:
     void SetUp() override {
