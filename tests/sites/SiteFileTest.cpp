@@ -106,13 +106,6 @@ protected:
     TemporaryHome home;
 };
 
-TEST_F(SiteFileOnDisk, CreatingWritesTheTemplate) {
-    createFolder(siteFolderLocation("Other"));
-    ASSERT_TRUE(createSiteFile("Other", "https://other.org/index.php"));
-    EXPECT_EQ(fileContents(returnFullFileLocation("Other")),
-              newSiteFileText("Other", "https://other.org/index.php"));
-}
-
 TEST_F(SiteFileOnDisk, CompletionWritesTheSixthLineOnceAndStatisticsOnlyAfterIt) {
     writeSiteStatistics("Example", 5, 6, 7);
     EXPECT_EQ(siteFile(), newSite()) << "left alone while pagesUsed is missing";
