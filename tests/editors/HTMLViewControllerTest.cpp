@@ -86,7 +86,6 @@ std::string threeColumnLayout() {
            std::string(kPaddedRowEnd);
 }
 
-// The one-column layout of the given lines, each a page block of its own.
 std::string oneColumnLayout(const std::vector<std::string>& lines) {
     std::string text(htmlSitemapHead());
     for (const std::string& line : lines) {
@@ -216,6 +215,7 @@ TEST_F(HtmlEditor, HexEntriesAndTheirConversions) {
         "hex value you entered. |  [OK] [Reset]";
     EXPECT_EQ(alerts.described(), std::vector<std::string>(2, warning))
         << "the entry is used anyway";
+    EXPECT_EQ(alerts.shown[0].otherButton, "Reset") << "its slot gives the code answered";
     EXPECT_TRUE(test::contains(process.vrlmpHTMLString, "\t\tcolor: #ff88001a;\n\t}"));
     EXPECT_EQ(view.state.pl.colourWell, (Rgb{0, 0, 1})) << "eight hex digits leave the well";
     EXPECT_EQ(view.state.pl.colourField, "#0000FF") << "Reset puts the well's colour back";

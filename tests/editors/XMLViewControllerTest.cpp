@@ -20,7 +20,6 @@ namespace {
 using namespace test;
 using Column = XMLViewController::Column;
 
-// A file as a scan writes it.
 std::string scannedFile(std::initializer_list<std::pair<std::string, std::string>> entries) {
     std::string text(xmlSitemapHeader());
     for (const auto& [url, date] : entries) {
@@ -29,7 +28,6 @@ std::string scannedFile(std::initializer_list<std::pair<std::string, std::string
     return text + "\n</urlset>";
 }
 
-// The file as the editor writes it back.
 std::string savedFile(const std::vector<std::string>& entries) {
     std::string text = std::string(xmlSitemapHeader()) + "\n\t";
     for (size_t i = 0; i < entries.size(); ++i) {

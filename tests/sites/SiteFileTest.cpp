@@ -53,7 +53,6 @@ TEST(SiteFileText, FieldsAreReadFromTheirOwnLine) {
     }
 }
 
-// Each edit of a site file's text, and what it gives.
 TEST(SiteFileText, EditsAreLiteralReplacements) {
     const std::string used = newSite() + "\n<pagesUsed>0</pagesUsed>";
     const std::string ignoring = siteFileTextWithRobotsFlag(newSite(), true);
