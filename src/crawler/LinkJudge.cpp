@@ -64,9 +64,13 @@ LinkJudge::LinkJudge(const SiteScanner& scanner)
 }
 
 PreparedLink LinkJudge::prepare(std::string_view pageUrl, std::string_view href) const {
+    return prepare(UrlResolver(pageUrl), href);
+}
+
+PreparedLink LinkJudge::prepare(const UrlResolver& page, std::string_view href) const {
     PreparedLink link;
     link.href = href;
-    auto resolved = href.empty() ? std::nullopt : resolveUrl(pageUrl, href);
+    auto resolved = href.empty() ? std::nullopt : page.resolve(href);
     if (!resolved) {
         link.decision = dropped(href.empty() ? LinkReason::Empty : LinkReason::NotAUrl);
         return link;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "crawler/SiteScanner.h"
+#include "platform/Url.h"
 
 namespace loomcrest {
 
@@ -36,6 +37,8 @@ public:
 
     // The link `href` of the page `pageUrl`, as far as it can be judged alone.
     PreparedLink prepare(std::string_view pageUrl, std::string_view href) const;
+    // The same, for a page whose links are all judged against one resolver.
+    PreparedLink prepare(const UrlResolver& page, std::string_view href) const;
 
 private:
     PreparedLink inSiteCandidate(PreparedLink link) const;

@@ -31,13 +31,14 @@ std::string pageFailure(const http::Response& first, const http::Response& secon
 
 std::vector<PreparedLink> prepareAnchors(const LinkJudge& judge, std::string_view pageUrl,
                                          const MarkupDocument& document) {
-    const std::vector<MarkupNode> anchors = document.select("//a");
+    const std::vector<MarkupNode> anchors = document.elementsNamed("a");
     std::vector<PreparedLink> links;
     // Views of the links' own URLs: the vector never grows past its reserve.
     links.reserve(anchors.size());
     std::unordered_set<std::string_view> urls;
+    const UrlResolver page(pageUrl);
     for (const MarkupNode& anchor : anchors) {
-        PreparedLink& link = links.emplace_back(judge.prepare(pageUrl, findHREFInNode(anchor)));
+        PreparedLink& link = links.emplace_back(judge.prepare(page, findHREFInNode(anchor)));
         if (link.decision.outcome == LinkOutcome::Dropped) {
             continue;
         }

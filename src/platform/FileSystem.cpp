@@ -239,17 +239,15 @@ WriteResult appendToFile(const std::string& path, std::string_view piece) {
 
 WriteResult AppendingFiles::append(const std::string& path, std::string_view piece) {
     auto found = std::find_if(open_.begin(), open_.end(),
-                              [&](const auto& entry) { return entry.first == path; });
+                              [&](const OpenFile& file) { return file.path == path; });
     if (found == open_.end()) {
         const int fd = ::open(path.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
         if (fd < 0) {
             return WriteResult::failure(path, lastError());
         }
-        open_.emplace_back(path, fd);
-        found = std::prev(open_.end());
+        found = open_.insert(open_.end(), OpenFile{path, fd});
     }
-    const int error = writeAll(found->second, piece);
-    return error == 0 ? WriteResult() : WriteResult::failure(path, error);
+    return write(*found, piece);
 }
 
 WriteResult AppendingFiles::append(const std::string& path,
@@ -261,15 +259,31 @@ WriteResult AppendingFiles::append(const std::string& path,
     return append(path, gathered_);
 }
 
+// The disk starts writing a file out every few megabytes, while the scan goes on, so that the
+// flush when the files are closed has only the last of them left to wait for.
+WriteResult AppendingFiles::write(OpenFile& file, std::string_view piece) {
+    constexpr size_t kWriteOutEvery = size_t{4} << 20;
+    if (const int error = writeAll(file.fd, piece); error != 0) {
+        return WriteResult::failure(file.path, error);
+    }
+    file.unsent += piece.size();
+    if (file.unsent >= kWriteOutEvery) {
+        // Only a hint: a failure here shows again, and is reported, when the file is flushed.
+        (void)::sync_file_range(file.fd, 0, 0, SYNC_FILE_RANGE_WRITE);
+        file.unsent = 0;
+    }
+    return {};
+}
+
 WriteResult AppendingFiles::closeAll() {
     WriteResult result;
-    for (const auto& [path, fd] : open_) {
-        int error = ::fsync(fd) == 0 ? 0 : lastError();
-        if (::close(fd) != 0 && error == 0) {
+    for (const OpenFile& file : open_) {
+        int error = ::fsync(file.fd) == 0 ? 0 : lastError();
+        if (::close(file.fd) != 0 && error == 0) {
             error = lastError();
         }
         if (error != 0 && result.ok()) {
-            result = WriteResult::failure(path, error);
+            result = WriteResult::failure(file.path, error);
         }
     }
     open_.clear();

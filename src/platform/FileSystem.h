@@ -48,7 +48,8 @@ WriteResult writeFileAtomically(const std::string& path, std::string_view conten
 WriteResult appendToFile(const std::string& path, std::string_view piece);
 
 // Appends like appendToFile, but keeps each file open between appends: a scan appends to
-// the same seven files for every page. Nothing is flushed to the disk before closeAll.
+// the same seven files for every page. The disk is told to start writing each file out every
+// few megabytes, but it is flushed, and its writing waited for, only by closeAll.
 class AppendingFiles {
 public:
     AppendingFiles() = default;
@@ -64,7 +65,15 @@ public:
     WriteResult closeAll();
 
 private:
-    std::vector<std::pair<std::string, int>> open_;
+    struct OpenFile {
+        std::string path;
+        int fd = -1;
+        // Bytes appended since the disk was last asked to start writing the file out.
+        size_t unsent = 0;
+    };
+    WriteResult write(OpenFile& file, std::string_view piece);
+
+    std::vector<OpenFile> open_;
     std::string gathered_;
 };
 

@@ -13,6 +13,7 @@
 #include <array>
 #include <cctype>
 #include <climits>
+#include <cstdint>
 
 #include "platform/LargeText.h"
 #include "platform/Text.h"
@@ -67,15 +68,16 @@ struct ContextDeleter {
 
 // The parser calls its start-element handler right after the start tag's attributes, so
 // the input position then marks the end of the tag. Recording it lets the node's source
-// markup be cut out later with its original quoting and letter case.
+// markup be cut out later with its original quoting and letter case. The position is kept,
+// plus one, in the node's field for the application's own data, so that no other storage
+// is needed for every element.
 void recordStartTagEnd(xmlParserCtxt* context) {
-    if (context->node == nullptr || context->input == nullptr || context->_private == nullptr) {
+    if (context->node == nullptr || context->input == nullptr) {
         return;
     }
     const auto position = static_cast<size_t>(context->input->consumed) +
                           static_cast<size_t>(context->input->cur - context->input->base);
-    static_cast<std::unordered_map<const xmlNode*, size_t>*>(context->_private)
-        ->emplace(context->node, position);
+    context->node->_private = reinterpret_cast<void*>(position + 1);
 }
 
 void recordHtmlStartTag(void* userData, const xmlChar* name, const xmlChar** attributes) {
@@ -158,7 +160,7 @@ std::string readFirstAnchor(const std::string& markup, Read read) {
     if (!document) {
         return {};
     }
-    const std::vector<MarkupNode> anchors = document->select("//a");
+    const std::vector<MarkupNode> anchors = document->elementsNamed("a", 1);
     return anchors.empty() ? std::string() : read(anchors.front());
 }
 
@@ -226,8 +228,6 @@ std::optional<MarkupDocument> MarkupDocument::parse(std::string_view bytes, bool
         return std::nullopt;
     }
     MarkupDocument document;
-    document.startTagEnds_ = std::make_unique<std::unordered_map<const xmlNode*, size_t>>();
-    context->_private = document.startTagEnds_.get();
     if (html) {
         context->sax->startElement = recordHtmlStartTag;
         // A body that declares no encoding is UTF-8; without this libxml2 would read it as
@@ -268,6 +268,36 @@ std::vector<MarkupNode> MarkupDocument::select(std::string_view xpath) const {
     nodes.reserve(static_cast<size_t>(set->nodeNr));
     for (int i = 0; i < set->nodeNr; ++i) {
         nodes.emplace_back(*this, set->nodeTab[i]);
+    }
+    return nodes;
+}
+
+// An HTML document has no namespaces and no entity references, so "//name" selects exactly
+// the elements a walk of the element tree meets. The walk needs no compiled expression and
+// can stop early, which matters on every page of a scan; other documents go through XPath.
+std::vector<MarkupNode> MarkupDocument::elementsNamed(std::string_view name, size_t most) const {
+    std::vector<MarkupNode> nodes;
+    if (!html_) {
+        nodes = select("//" + std::string(name));
+        nodes.erase(nodes.begin() + static_cast<std::ptrdiff_t>(std::min(nodes.size(), most)),
+                    nodes.end());
+        return nodes;
+    }
+    const std::string wanted(name);
+    xmlNode* node = document_->children;
+    while (node != nullptr && nodes.size() < most) {
+        if (node->type == XML_ELEMENT_NODE && xmlStrEqual(node->name, asXmlChars(wanted)) != 0) {
+            nodes.emplace_back(*this, node);
+        }
+        if (node->type == XML_ELEMENT_NODE && node->children != nullptr) {
+            node = node->children;
+            continue;
+        }
+        while (node != nullptr && node->next == nullptr) {
+            node = node->parent == reinterpret_cast<xmlNode*>(document_.get()) ? nullptr
+                                                                               : node->parent;
+        }
+        node = node == nullptr ? nullptr : node->next;
     }
     return nodes;
 }
@@ -325,23 +355,24 @@ std::string MarkupNode::markup() const {
 }
 
 std::optional<std::string> MarkupDocument::startTagSource(const xmlNode* node) const {
-    const auto found = startTagEnds_->find(node);
-    if (found == startTagEnds_->end() || found->second > source_.size()) {
+    const auto recorded = reinterpret_cast<uintptr_t>(node->_private);
+    if (recorded == 0 || recorded - 1 > source_.size()) {
         return std::nullopt;
     }
+    const size_t tagEnd = recorded - 1;
     const std::string opening = "<" + fromXmlChars(node->name);
-    const size_t closing = source_.find('>', found->second);
-    if (closing == std::string::npos || found->second < opening.size()) {
+    const size_t closing = source_.find('>', tagEnd);
+    if (closing == std::string::npos || tagEnd < opening.size()) {
         return std::nullopt;
     }
     // Walk back from the reported position to the "<" that opens a tag of this name.
-    for (size_t start = source_.rfind('<', found->second); start != std::string::npos;
+    for (size_t start = source_.rfind('<', tagEnd); start != std::string::npos;
          start = start == 0 ? std::string::npos : source_.rfind('<', start - 1)) {
         const std::string_view candidate = std::string_view(source_).substr(start, opening.size());
         if (equalsIgnoringCase(candidate, opening)) {
             return source_.substr(start, closing + 1 - start);
         }
-        if (found->second - start > kLongestStartTag) {
+        if (tagEnd - start > kLongestStartTag) {
             break;
         }
     }

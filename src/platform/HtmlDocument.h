@@ -1,10 +1,10 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 struct _xmlNode;
@@ -53,6 +53,8 @@ public:
 
     // The nodes an XPath expression selects from the root element, in document order.
     std::vector<MarkupNode> select(std::string_view xpath) const;
+    // The first `most` elements called `name`, in document order: what "//name" selects.
+    std::vector<MarkupNode> elementsNamed(std::string_view name, size_t most = SIZE_MAX) const;
 
 private:
     friend class MarkupNode;
@@ -66,8 +68,6 @@ private:
     static std::optional<MarkupDocument> parse(std::string_view bytes, bool html);
 
     std::string source_;
-    // Where in the source each element's start tag ended, as the parser reported it.
-    std::unique_ptr<std::unordered_map<const _xmlNode*, size_t>> startTagEnds_;
     std::unique_ptr<_xmlDoc, DocumentDeleter> document_;
     bool html_ = true;
 };

@@ -2,7 +2,7 @@
 
 #include <uriparser/Uri.h>
 
-#include <vector>
+#include <cstring>
 
 namespace loomcrest {
 
@@ -21,6 +21,7 @@ public:
                                     &errorPosition) == URI_SUCCESS;
     }
     UriUriA* get() { return &uri_; }
+    const UriUriA* get() const { return &uri_; }
     const UriUriA& operator*() const { return uri_; }
 
     std::optional<std::string> toString() const {
@@ -28,11 +29,12 @@ public:
         if (uriToStringCharsRequiredA(&uri_, &length) != URI_SUCCESS) {
             return std::nullopt;
         }
-        std::vector<char> text(static_cast<size_t>(length) + 1);
+        // Written in place; the terminating NUL goes where the string keeps its own.
+        std::string text(static_cast<size_t>(length), '\0');
         if (uriToStringA(text.data(), &uri_, length + 1, nullptr) != URI_SUCCESS) {
             return std::nullopt;
         }
-        return std::string(text.data(), static_cast<size_t>(length));
+        return text;
     }
 
 private:
@@ -56,10 +58,10 @@ std::string decodedPath(const UriUriA& uri) {
             path += '/';
         }
     }
-    std::vector<char> buffer(path.begin(), path.end());
-    buffer.push_back('\0');
-    uriUnescapeInPlaceExA(buffer.data(), URI_FALSE, URI_BR_DONT_TOUCH);
-    return buffer.data();
+    // Decoding only shortens the text. It ends at the first NUL, a decoded "%00" included.
+    uriUnescapeInPlaceExA(path.data(), URI_FALSE, URI_BR_DONT_TOUCH);
+    path.resize(std::strlen(path.data()));
+    return path;
 }
 
 }  // namespace
@@ -87,14 +89,31 @@ std::optional<UrlParts> parseUrl(std::string_view text) {
 }
 
 std::optional<std::string> resolveUrl(std::string_view base, std::string_view reference) {
-    ParsedUri baseUri;
+    return UrlResolver(base).resolve(reference);
+}
+
+// The parsed URI points into its text, which is kept with it.
+struct UrlResolver::Base {
+    std::string text;
+    ParsedUri uri;
+    bool valid = false;
+};
+
+UrlResolver::UrlResolver(std::string_view base) : base_(std::make_unique<Base>()) {
+    base_->text = base;
+    base_->valid = base_->uri.parse(base_->text);
+}
+
+UrlResolver::~UrlResolver() = default;
+
+std::optional<std::string> UrlResolver::resolve(std::string_view reference) const {
     ParsedUri referenceUri;
-    if (!baseUri.parse(base) || !referenceUri.parse(reference)) {
+    if (!base_->valid || !referenceUri.parse(reference)) {
         return std::nullopt;
     }
     ParsedUri resolved;
-    if (uriAddBaseUriExA(resolved.get(), referenceUri.get(), baseUri.get(), URI_RESOLVE_STRICTLY) !=
-        URI_SUCCESS) {
+    if (uriAddBaseUriExA(resolved.get(), referenceUri.get(), base_->uri.get(),
+                         URI_RESOLVE_STRICTLY) != URI_SUCCESS) {
         return std::nullopt;
     }
     return resolved.toString();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -26,5 +27,20 @@ std::optional<UrlParts> parseUrl(std::string_view text);
 // `reference` resolved against the absolute URI `base` (RFC 3986, section 5.2), printed
 // back as text; nothing when either does not parse.
 std::optional<std::string> resolveUrl(std::string_view base, std::string_view reference);
+
+// Resolves like resolveUrl, with the base parsed once for all the links of a page.
+class UrlResolver {
+public:
+    explicit UrlResolver(std::string_view base);
+    UrlResolver(const UrlResolver&) = delete;
+    UrlResolver& operator=(const UrlResolver&) = delete;
+    ~UrlResolver();
+
+    std::optional<std::string> resolve(std::string_view reference) const;
+
+private:
+    struct Base;
+    std::unique_ptr<Base> base_;
+};
 
 }  // namespace loomcrest

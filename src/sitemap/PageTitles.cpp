@@ -15,7 +15,7 @@ std::string firstTitle(const std::optional<MarkupDocument>& document) {
     if (!document) {
         return std::string(kNoPageTitle);
     }
-    const auto titles = document->select("//title");
+    const auto titles = document->elementsNamed("title", 1);
     if (titles.empty()) {
         return std::string(kNoPageTitle);
     }
