@@ -27,17 +27,10 @@ TEST_F(HtmlCommand, ListsStylesEditsDeletesAndPreviews) {
         {{"html", "Demo", "1c", "style", "--pl-size", "1.3em", "--pt-underline", "none"},
          0,
          "",
-         "Are you sure you want to save the changes you have made?\n\n"},
-        {{"html", "Demo", "1c", "style", "--pt-colour", "#12345"},
-         1,
-         "",
-         "The colour much be 6 characters, (7 with begining #) please check the colour hex value "
-         "you entered.\n\n"},
+         std::nullopt},
+        {{"html", "Demo", "1c", "style", "--pt-colour", "#12345"}, 1, "", std::nullopt},
         {{"html", "Demo", "1c", "edit", "2", "--title", "Start & more"}},
-        {{"html", "Demo", "1c", "edit", "2", "--title", ""},
-         1,
-         "",
-         "The title field cannot be left blank, please enter a title for this page.\n\n"},
+        {{"html", "Demo", "1c", "edit", "2", "--title", ""}, 1, "", std::nullopt},
         {{"html", "Demo", "1c", "edit", beyond, "--title", "X"},
          1,
          "",
@@ -58,11 +51,7 @@ TEST_F(HtmlCommand, ListsStylesEditsDeletesAndPreviews) {
     EXPECT_NE(edited.find("\tLast one\t"), std::string::npos) << edited;
 
     expectSteps({
-        {{"html", "Demo", "1c", "delete", "1"},
-         0,
-         "",
-         "Are you absolutely sure you want to remove this link from your sitemap, deleted links "
-         "cannot be restored.\nThis could take a while for large sites.\n"},
+        {{"html", "Demo", "1c", "delete", "1"}, 0, "", std::nullopt},
         {{"html", "Demo", "1c", "delete", beyond}, 1, "", std::nullopt},
         {{"html", "Demo", "1c", "preview"}, 0, folder + "/tmpMap.html\n"},
     });

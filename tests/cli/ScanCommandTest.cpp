@@ -1,11 +1,10 @@
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
 
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <future>
 #include <mutex>
 #include <thread>
 #include <utility>
@@ -143,39 +142,23 @@ TEST_F(ScanCommand, CtrlCStopsLikeTheCancelButton) {
         });
     ASSERT_EQ(run({"edit", "Site", "--url", raw.url("/")}).exitCode, 0);
 
-    const std::string homeVariable = "HOME=" + home.path();
-    const std::string outPath = home.path() + "/.out";
-    std::vector<std::string> arguments = {LOOMCREST_CLI_PATH, "scan", "Site"};
-    std::vector<char*> argv;
-    for (std::string& argument : arguments) {
-        argv.push_back(argument.data());
-    }
-    argv.push_back(nullptr);
-    std::vector<char*> environment = {const_cast<char*>(homeVariable.c_str()), nullptr};
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 1, outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC,
-                                     0644);
-    posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
-    pid_t child = 0;
-    ASSERT_EQ(posix_spawn(&child, argv[0], &actions, nullptr, argv.data(), environment.data()), 0);
-    posix_spawn_file_actions_destroy(&actions);
-
+    std::atomic<pid_t> child{0};
+    auto scan = std::async(std::launch::async, [&] {
+        return test::runLoomcrest(home, {"scan", "Site"}, RLIM_INFINITY, &child);
+    });
     for (int i = 0; i < 500 && !secondPageAsked; ++i) {
         std::this_thread::sleep_for(10ms);
     }
     ASSERT_TRUE(secondPageAsked);
     kill(child, SIGINT);
-    int status = 0;
-    waitpid(child, &status, 0);
-    ASSERT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(WEXITSTATUS(status), 130);
+    const test::CommandResult result = scan.get();
+    EXPECT_EQ(result.exitCode, 130);
 
     EXPECT_TRUE(fileContents(folder + "/sitemap1c.html").ends_with("\n</body>\n</html>"));
     EXPECT_TRUE(fileContents(folder + "/sitemap.xml").ends_with("\n</urlset>"));
     EXPECT_NE(fileContents(folder + "/Site.vrLMP").find("<pagesFound>3</pagesFound>"),
               std::string::npos);
-    EXPECT_NE(fileContents(outPath).find("Pages found: 3\n"), std::string::npos);
+    EXPECT_NE(result.out.find("Pages found: 3\n"), std::string::npos);
 }
 
 TEST_F(ScanCommand, DemoScansTheBundledSite) {

@@ -14,7 +14,6 @@
 #include "sitemap/SitemapFiles.h"
 #include "sites/DataPaths.h"
 #include "sites/SiteFile.h"
-#include "support/AlertText.h"
 #include "support/LayoutPieces.h"
 #include "support/Recorders.h"
 #include "support/TemporaryHome.h"
@@ -87,7 +86,6 @@ std::string threeColumnLayout() {
            std::string(kPaddedRowEnd);
 }
 
-// The one-column layout of the given lines, each a page block of its own.
 std::string oneColumnLayout(const std::vector<std::string>& lines) {
     std::string text(htmlSitemapHead());
     for (const std::string& line : lines) {
@@ -129,12 +127,18 @@ TEST_F(HtmlEditor, FirstLoadShowsTheThreeColumnLayoutAndReadsItsStyle) {
               "pl 1 2 underline 0 #0000FF (0,0,1)");
 }
 
-TEST_F(HtmlEditor, PlaceholdersWithoutSiteOrSitemap) {
+TEST_F(HtmlEditor, PlaceholdersAndARefusalWithoutSiteOrSitemap) {
     siteName.clear();
     controller.firstLoad();
     EXPECT_TRUE(test::contains(
         view.preview, "<h2 align=\"center\">Please Select A Site To View It's Sitemap</h2>"));
     EXPECT_FALSE(view.state.editOptionsEnabled);
+
+    process.vrlmpCurSite.clear();
+    EXPECT_FALSE(controller.viewTBIAction());
+    EXPECT_EQ(alerts.described(), std::vector<std::string>{"Refusal: You need to select a sitemap "
+                                                           "from the sites list to use the HTML "
+                                                           "sitemap viewer. |  [OK]"});
 
     siteName = "Never Scanned";
     controller.firstLoad();
@@ -158,7 +162,21 @@ TEST_F(HtmlEditor, ASizeChangeTouchesOnlyItsLine) {
     EXPECT_EQ(fileContents(layout("sitemap2c.html")), "two columns");
 }
 
-TEST_F(HtmlEditor, FaceBoldAndItalicRewriteTheirGroupOnly) {
+TEST_F(HtmlEditor, StyleEditsRewriteTheirGroupOnlyAndARoundTripTurnsTheSaveStateOff) {
+    controller.setUnderline(Group::PageTitle, Underline::Always);
+    EXPECT_TRUE(test::contains(process.vrlmpHTMLString,
+                               "\t.zplPageTitle a:link { text-decoration:underline }\n"));
+    EXPECT_TRUE(view.state.saveEnabled);
+    controller.setUnderline(Group::PageTitle, Underline::None);
+    EXPECT_TRUE(test::contains(process.vrlmpHTMLString,
+                               "\t.zplPageTitle a:hover { text-decoration:none }\n"));
+    controller.setPopupButtons();
+    EXPECT_EQ(view.state.pt.underline, Underline::None);
+    controller.setUnderline(Group::PageTitle, Underline::OnHover);
+    EXPECT_EQ(process.vrlmpHTMLString, threeColumnLayout());
+    EXPECT_FALSE(view.state.saveEnabled);
+    EXPECT_FALSE(process.vrlmpNeedsSave);
+
     controller.setFontFace(Group::PageTitle, 0);
     controller.setBold(Group::PageTitle, false);
     controller.setItalic(Group::PageLink, true);
@@ -175,23 +193,7 @@ TEST_F(HtmlEditor, FaceBoldAndItalicRewriteTheirGroupOnly) {
         test::contains(process.vrlmpHTMLString, ".zplPageTitleBroken a {\n\tfont-family: Arial"));
 }
 
-TEST_F(HtmlEditor, UnderlineRoundTripTurnsTheSaveStateOff) {
-    controller.setUnderline(Group::PageTitle, Underline::Always);
-    EXPECT_TRUE(test::contains(process.vrlmpHTMLString,
-                               "\t.zplPageTitle a:link { text-decoration:underline }\n"));
-    EXPECT_TRUE(view.state.saveEnabled);
-    controller.setUnderline(Group::PageTitle, Underline::None);
-    EXPECT_TRUE(test::contains(process.vrlmpHTMLString,
-                               "\t.zplPageTitle a:hover { text-decoration:none }\n"));
-    controller.setPopupButtons();
-    EXPECT_EQ(view.state.pt.underline, Underline::None);
-    controller.setUnderline(Group::PageTitle, Underline::OnHover);
-    EXPECT_EQ(process.vrlmpHTMLString, threeColumnLayout());
-    EXPECT_FALSE(view.state.saveEnabled);
-    EXPECT_FALSE(process.vrlmpNeedsSave);
-}
-
-TEST_F(HtmlEditor, HexEntries) {
+TEST_F(HtmlEditor, HexEntriesAndTheirConversions) {
     controller.colourFieldEntered(Group::PageTitle, "ff8800");
     EXPECT_TRUE(alerts.shown.empty());
     EXPECT_TRUE(
@@ -209,15 +211,15 @@ TEST_F(HtmlEditor, HexEntries) {
     alerts.answers = {kOtherButtonCode};
     controller.colourFieldEntered(Group::PageLink, "#ff88001a");
     const std::string warning =
-        "The colour much be 6 characters, (7 with begining #) please check the colour hex value "
-        "you entered.||OK||Reset\n";
-    EXPECT_EQ(alertTexts(alerts.shown), warning + warning) << "the entry is used anyway";
+        "Refusal: The colour much be 6 characters, (7 with begining #) please check the colour "
+        "hex value you entered. |  [OK] [Reset]";
+    EXPECT_EQ(alerts.described(), std::vector<std::string>(2, warning))
+        << "the entry is used anyway";
+    EXPECT_EQ(alerts.shown[0].otherButton, "Reset") << "its slot gives the code answered";
     EXPECT_TRUE(test::contains(process.vrlmpHTMLString, "\t\tcolor: #ff88001a;\n\t}"));
     EXPECT_EQ(view.state.pl.colourWell, (Rgb{0, 0, 1})) << "eight hex digits leave the well";
     EXPECT_EQ(view.state.pl.colourField, "#0000FF") << "Reset puts the well's colour back";
-}
 
-TEST_F(HtmlEditor, ColourTextConversions) {
     EXPECT_EQ(HTMLViewController::getHEXValue(Rgb{1, 0.5, 0}), "#FF7F00");
     Rgb well{0.2, 0.2, 0.2};
     EXPECT_EQ(HTMLViewController::setHEXValue(well, " #abcdef"), std::nullopt);
@@ -232,8 +234,9 @@ TEST_F(HtmlEditor, ColourTextConversions) {
 TEST_F(HtmlEditor, SaveButtonAsksThenWritesOrDiscards) {
     controller.setFontSize(Group::PageLink, 0);
     controller.saveRecentChanges();
-    EXPECT_EQ(alertTexts(alerts.shown),
-              "Are you sure you want to save the changes you have made?||Save Changes||Cancel\n");
+    EXPECT_EQ(alerts.described(),
+              std::vector<std::string>{"Question: Are you sure you want to save the changes you "
+                                       "have made? |  [Save Changes] [Cancel]"});
     EXPECT_EQ(fileContents(layout("sitemap3c.html")), process.vrlmpHTMLString);
     EXPECT_FALSE(view.state.saveEnabled);
 
@@ -258,9 +261,10 @@ TEST_F(HtmlEditor, LayoutSwitchWithChangesKeepsTheOldPromptPath) {
     controller.setFontSize(Group::PageTitle, 0);
     alerts.answers = {kOtherButtonCode};
     controller.changeMapType(1);
-    EXPECT_EQ(alertTexts(alerts.shown),
-              "Changes have been made to the look of this sitemap, would you like to save these "
-              "changes?||Save Changes||Discard\n");
+    EXPECT_EQ(alerts.described(),
+              std::vector<std::string>{"Question: Changes have been made to the look of this "
+                                       "sitemap, would you like to save these changes? |  [Save "
+                                       "Changes] [Discard]"});
     EXPECT_EQ(process.vrlmpHTMLString, "two columns");
     EXPECT_EQ(process.vrlmpUTLLoc, layout("sitemap3c.html")) << "only a direct switch moves it";
     EXPECT_EQ(fileContents(layout("sitemap3c.html")), threeColumnLayout());
@@ -272,9 +276,10 @@ TEST_F(HtmlEditor, CheckSaveWritesToTheLastLoadedPath) {
     EXPECT_EQ(fileContents(layout("sitemap3c.html")), process.vrlmpHTMLString);
     EXPECT_FALSE(process.vrlmpNeedsSave);
     HTMLViewController::checkSave(process, alerts);  // nothing to save, nothing asked
-    EXPECT_EQ(alertTexts(alerts.shown),
-              "Changes have been made to this sitemap, would you like to save before "
-              "proceeding?||Save Changes||Discard\n");
+    EXPECT_EQ(alerts.described(),
+              std::vector<std::string>{"Question: Changes have been made to this sitemap, would "
+                                       "you like to save before proceeding? |  [Save Changes] "
+                                       "[Discard]"});
 }
 
 TEST_F(HtmlEditor, AClickFillsTheFieldsAndAnEditRewritesTheLine) {
@@ -307,11 +312,13 @@ TEST_F(HtmlEditor, AnEmptyFieldOffersDeletion) {
     controller.setEditFields("", "http://h/b.html");
     alerts.answers = {kOtherButtonCode, kDefaultButtonCode};
     controller.titleEditInputAction();
-    EXPECT_EQ(alertTexts(alerts.shown),
-              "The title field cannot be left blank, please enter a title for this page.||OK||"
-              "Delete This Link\nAre you absolutely sure you want to remove this link from your "
-              "sitemap, deleted links cannot be restored.|This could take a while for large "
-              "sites.|Delete Link||Cancel\n");
+    EXPECT_EQ(alerts.described(),
+              (std::vector<std::string>{
+                  "Refusal: The title field cannot be left blank, please enter a title for this "
+                  "page. |  [OK] [Delete This Link]",
+                  "Question: Are you absolutely sure you want to remove this link from your "
+                  "sitemap, deleted links cannot be restored. | This could take a while for large "
+                  "sites. [Delete Link] [Cancel]"}));
     EXPECT_FALSE(test::contains(fileContents(layout("sitemap3c.html")), "b.html"));
 }
 
@@ -328,10 +335,11 @@ TEST_F(HtmlEditor, UnsavedChangesAreOfferedBeforeADeletion) {
     EXPECT_FALSE(test::contains(saved, "b.html"));
     EXPECT_TRUE(test::contains(saved, "\t\tfont-size: 1.1em;")) << "the style edit was discarded";
     const std::string question =
-        "Changes have been made to this sitemap, would you like to save the changes you have made "
-        "before deleting this link?|Once you have deleted a link it cannot be restored without "
-        "re-scanning the site.|Save Changes|Cancel Deletion|Discard Changes\n";
-    EXPECT_EQ(alertTexts(alerts.shown), question + question)
+        "Question: Changes have been made to this sitemap, would you like to save the changes you "
+        "have made before deleting this link? | Once you have deleted a link it cannot be "
+        "restored without re-scanning the site. [Save Changes] [Cancel Deletion] [Discard "
+        "Changes]";
+    EXPECT_EQ(alerts.described(), std::vector<std::string>(2, question))
         << "no second confirmation on this path";
 }
 
@@ -629,14 +637,6 @@ TEST_F(HtmlEditor, WithoutALayoutNothingIsWritten) {
     EXPECT_TRUE(test::contains(view.preview, "No Sitemap Is Available"))
         << "the placeholder stays on show";
     EXPECT_TRUE(alerts.shown.empty());
-}
-
-TEST_F(HtmlEditor, OpeningWithoutASiteIsRefused) {
-    process.vrlmpCurSite.clear();
-    EXPECT_FALSE(controller.viewTBIAction());
-    EXPECT_EQ(alertTexts(alerts.shown),
-              "You need to select a sitemap from the sites list to use "
-              "the HTML sitemap viewer.||OK||\n");
 }
 
 // Seven page-title cells in three columns, as the pages-only layout of a scan.

@@ -241,7 +241,6 @@ std::string generatedLayout(std::mt19937& random, int columns, bool pagesOnly, i
     return html;
 }
 
-// `html` without one of its lines, picked at random.
 std::string withoutALine(std::mt19937& random, const std::string& html) {
     std::vector<size_t> starts;
     for (size_t at = html.find("\n\t\t\t<div"); at != std::string::npos;

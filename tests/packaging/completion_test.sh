@@ -46,7 +46,6 @@ expect() {
     fi
 }
 
-expect "loomcrest sc|" "scan"
 expect "loomcrest s|" $'sites\nshow\nsettings\nscan'
 expect "loomcrest --v|" "--version"
 expect "loomcrest show |" $'Alpha\nBeta\\ Site\nGamma\nset'
@@ -76,9 +75,7 @@ expect "loomcrest html Alpha 1c style --pt-face Ge|" 'Georgia\,\ Times\ New\ Rom
 Geneva\,\ Arial\,\ Helvetica\,\ sans-serif'
 expect "loomcrest html Alpha 1c style --pt-bold on |" ""
 expect "loomcrest export Gamma |" $'3c\n2c\n1c\n3cpo\n2cpo\n1cpo\nxml\nbroken-html\nbroken-txt'
-expect "loomcrest export Alpha 3|" $'3c\n3cpo'
 expect "loomcrest export Alpha 3c |" "<files>"
-expect "loomcrest export Alpha broken-txt out|" "<files>"
 expect "loomcrest xml Alpha |" $'list\nset\ndelete'
 expect "loomcrest xml Alpha se|" "set"
 expect "loomcrest xml set |" $'list\nset\ndelete'

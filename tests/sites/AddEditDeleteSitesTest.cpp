@@ -46,15 +46,6 @@ protected:
                s.defaultButtonTitle + "|" + s.alternateButtonTitle + "|" + s.siteName + "|" +
                s.siteURL;
     }
-    // The one alert shown as "title|message|default button|on the sheet or the window".
-    std::string onlyAlert() const {
-        if (alerts.shown.size() != 1) {
-            return std::to_string(alerts.shown.size()) + " alerts";
-        }
-        const Alert& a = alerts.shown.front();
-        return a.title + "|" + a.message + "|" + a.defaultButton + "|" +
-               (a.parent == AlertParent::SiteSheet ? "sheet" : "window");
-    }
 
     test::TemporaryHome home;
     test::RecordingScanView scanView;
@@ -80,11 +71,11 @@ TEST_F(SiteRecords, AddingCreatesTheFolderAndFileAndClosesTheSheet) {
 
 TEST_F(SiteRecords, InvalidInputKeepsTheSheetOpenBehindOneAlert) {
     add(" Example", "ftp://example.com/");
-    EXPECT_EQ(onlyAlert(),
-              "The following error has occurred while saving your site.|The site name field "
-              "cannot be left blank.\nURLs must begin http:// or https://\nftp:// etc scans are "
-              "not available.|OK|sheet");
-    EXPECT_EQ(alerts.shown.front().kind, AlertKind::Refusal);
+    EXPECT_EQ(alerts.described(),
+              std::vector<std::string>{
+                  "Refusal: The following error has occurred while saving your site. | The site "
+                  "name field cannot be left blank.\nURLs must begin http:// or https://\nftp:// "
+                  "etc scans are not available. [OK] (site sheet)"});
     EXPECT_TRUE(sheetView.state.shown);
     EXPECT_EQ(records.sheetState().siteName, " Example") << "the user's input stays";
     EXPECT_TRUE(siteList.tableArray().empty());
@@ -93,9 +84,10 @@ TEST_F(SiteRecords, InvalidInputKeepsTheSheetOpenBehindOneAlert) {
 TEST_F(SiteRecords, AnExistingNameOrAnyFolderOfThatNameBlocksAdding) {
     add("Example", "example.com");
     add("Example", "other.org");
-    EXPECT_EQ(onlyAlert(),
-              "The site you are trying to create already exists, please select a different "
-              "name.||OK|sheet");
+    EXPECT_EQ(alerts.described(),
+              std::vector<std::string>{"Refusal: The site you are trying to create already "
+                                       "exists, please select a different name. |  [OK] (site "
+                                       "sheet)"});
     EXPECT_TRUE(sheetView.state.shown);
     EXPECT_EQ(siteFile("Example"), test::golden("new-site.vrLMP"));
 
@@ -144,9 +136,10 @@ TEST_F(SiteRecords, RenamingOntoAnExistingSiteOverwritesThatSitesURL) {
     add("First", "first.com");
     add("Second", "second.com");
     edit("First", "Second", "changed.com");
-    EXPECT_EQ(onlyAlert(),
-              "A site with the name \"Second\" already exists, please delete this site first or "
-              "select a different name.||OK|window");
+    EXPECT_EQ(alerts.described(),
+              std::vector<std::string>{"Refusal: A site with the name \"Second\" already exists, "
+                                       "please delete this site first or select a different "
+                                       "name. |  [OK]"});
     EXPECT_NE(siteFile("First").find("<siteURL>http://first.com/</siteURL>"), std::string::npos);
     EXPECT_EQ(siteFile("Second"), newSiteFileText("Second", "http://changed.com/"));
     EXPECT_FALSE(sheetView.state.shown);
@@ -176,8 +169,10 @@ TEST_F(SiteRecords, DeleteAsksAndRemovesTheWholeFolderUnlessCancelled) {
 
     alerts.shown.clear();
     records.deleteSite();
-    EXPECT_EQ(onlyAlert(), "Do you really want to delete the site:\nExample||Delete|window");
-    EXPECT_EQ(alerts.shown[0].alternateButton + "|" + alerts.shown[0].otherButton, "|Cancel");
+    EXPECT_EQ(
+        alerts.described(),
+        std::vector<std::string>{
+            "Question: Do you really want to delete the site:\nExample |  [Delete] [Cancel]"});
     EXPECT_FALSE(pathExists(siteFolderLocation("Example")));
     EXPECT_TRUE(siteList.tableArray().empty());
     EXPECT_EQ(process.vrlmpCurSite, "");

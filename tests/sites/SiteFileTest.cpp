@@ -53,7 +53,6 @@ TEST(SiteFileText, FieldsAreReadFromTheirOwnLine) {
     }
 }
 
-// Each edit of a site file's text, and what it gives.
 TEST(SiteFileText, EditsAreLiteralReplacements) {
     const std::string used = newSite() + "\n<pagesUsed>0</pagesUsed>";
     const std::string ignoring = siteFileTextWithRobotsFlag(newSite(), true);
@@ -105,13 +104,6 @@ protected:
 
     TemporaryHome home;
 };
-
-TEST_F(SiteFileOnDisk, CreatingWritesTheTemplate) {
-    createFolder(siteFolderLocation("Other"));
-    ASSERT_TRUE(createSiteFile("Other", "https://other.org/index.php"));
-    EXPECT_EQ(fileContents(returnFullFileLocation("Other")),
-              newSiteFileText("Other", "https://other.org/index.php"));
-}
 
 TEST_F(SiteFileOnDisk, CompletionWritesTheSixthLineOnceAndStatisticsOnlyAfterIt) {
     writeSiteStatistics("Example", 5, 6, 7);

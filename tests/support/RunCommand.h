@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <optional>
 #include <string>
 #include <vector>
@@ -26,10 +27,12 @@ struct CommandResult {
 
 // Runs the real `loomcrest` binary with $HOME pointing at `home` and standard input empty,
 // capturing both streams through pipes. With `fileSizeLimit` it may write no file past that
-// many bytes, as on a full disk; the limit does not touch the pipes.
+// many bytes, as on a full disk; the limit does not touch the pipes. `started`, when given,
+// receives the process id, so another thread can signal the run.
 inline CommandResult runLoomcrest(const TemporaryHome& home,
                                   const std::vector<std::string>& arguments,
-                                  rlim_t fileSizeLimit = RLIM_INFINITY) {
+                                  rlim_t fileSizeLimit = RLIM_INFINITY,
+                                  std::atomic<pid_t>* started = nullptr) {
     std::vector<std::string> argumentTexts{LOOMCREST_CLI_PATH};
     argumentTexts.insert(argumentTexts.end(), arguments.begin(), arguments.end());
     std::vector<char*> argv;
@@ -62,6 +65,9 @@ inline CommandResult runLoomcrest(const TemporaryHome& home,
         setrlimit(RLIMIT_FSIZE, &limit);
         execve(argv[0], argv.data(), environment.data());
         _exit(127);
+    }
+    if (started != nullptr) {
+        *started = child;
     }
     close(out[1]);
     close(err[1]);
