@@ -178,5 +178,17 @@ TEST_F(PreviousSitemaps, AFailedScanPutsThePreviousSetBackOrLeavesNoCutFile) {
         << "the lists are no sitemaps: they are written whole or not at all";
 }
 
+TEST_F(PreviousSitemaps, AMoveThatFailsHalfwayPutsTheCurrentSetBackAndKeepsNoPreviousOne) {
+    const auto current = writeSet("current", true);
+    // A folder where the XML sitemap's previous copy would go: the last move fails.
+    ASSERT_TRUE(createFolderWithParents(folder + "/sitemap.xml.previous/blocked"));
+    EXPECT_EQ(keepPreviousSitemaps(folder, kStatistics).message(),
+              folder + "/sitemap.xml: Is a directory");
+    for (const auto& [name, text] : current) {
+        EXPECT_EQ(fileContents(folder + "/" + name), text) << name;
+    }
+    EXPECT_FALSE(pathExists(folder + "/statistics.previous"));
+}
+
 }  // namespace
 }  // namespace loomcrest
