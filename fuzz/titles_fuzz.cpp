@@ -1,6 +1,8 @@
 // Titles: the page title of the bytes, and the title and address of every anchor in them,
 // as they become lines of the sitemap. The elements a scan finds by walking the tree must be
 // those XPath selects; a difference stops the fuzzer.
+#include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 #include <vector>
 
