@@ -257,8 +257,9 @@ std::vector<MarkupNode> MarkupDocument::elementsNamed(std::string_view name, siz
     std::vector<MarkupNode> nodes;
     if (!html_) {
         nodes = select("//" + std::string(name));
-        nodes.erase(nodes.begin() + static_cast<std::ptrdiff_t>(std::min(nodes.size(), most)),
-                    nodes.end());
+        if (nodes.size() > most) {
+            nodes.erase(nodes.begin() + static_cast<std::ptrdiff_t>(most), nodes.end());
+        }
         return nodes;
     }
     const std::string wanted(name);
