@@ -83,10 +83,11 @@ bool isWebScheme(const UriTextRangeA& scheme) {
 
 // Whether parsing the printed text of `uri` gives back its own parts. It does for an http(s)
 // URI with a host name or IPv4 address and no absolute-path flag: every part is printed
-// from the range it is read from, and after "//host" a path keeps its segments whatever
-// they hold. Without a host the printed path can read as an authority or a scheme, an
-// IPv6 or future host is printed in another form than its text, and an empty host or the
-// flag are left to the parser as well, being rare.
+// from the range it is read from (an IPv4 address from its numbers, which only read as one
+// in the very form they are printed in), and after "//host" a path keeps its segments
+// whatever they hold. Without a host the printed path can read as an authority, an IPv6
+// host is printed in another form than its text, and the other shapes are left to the
+// parser as well, being rare.
 bool partsSurvivePrinting(const UriUriA& uri) {
     const UriHostDataA& host = uri.hostData;
     return uri.scheme.first != nullptr && isWebScheme(uri.scheme) &&
