@@ -92,7 +92,7 @@ bool partsSurvivePrinting(const UriUriA& uri) {
     const UriHostDataA& host = uri.hostData;
     return uri.scheme.first != nullptr && isWebScheme(uri.scheme) &&
            uri.hostText.first != nullptr && uri.hostText.afterLast > uri.hostText.first &&
-           host.ip6 == nullptr && host.ipFuture.first == nullptr && !uri.absolutePath;
+           host.ip6 == nullptr && host.ipFuture.first == nullptr && uri.absolutePath == URI_FALSE;
 }
 
 // Resolves `reference` against `base` into `resolved`, which then points into the text of

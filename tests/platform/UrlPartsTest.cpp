@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/Url.h"
 
@@ -17,12 +18,13 @@ std::string described(const UrlParts& parts) {
 // read again; the shapes here are the ones where the two could part.
 TEST(ResolveWithParts, GivesTheTextWithoutFragmentAndThePartsOfThatText) {
     const std::string page = "http://example.com/dir/sub/page.php?x=1";
-    const struct {
+    struct Case {
         std::string base;
         std::string href;
         std::optional<std::string> text;
         std::string parts;
-    } cases[] = {
+    };
+    const std::vector<Case> cases = {
         {page, "../a.html#top", "http://example.com/dir/a.html", "http|example.com|/dir/a.html"},
         {page, "/", "http://example.com/", "http|example.com|/"},
         {page, "//example.com", "http://example.com", "http|example.com|"},
