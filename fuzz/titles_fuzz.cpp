@@ -1,9 +1,11 @@
 // Titles: the page title of the bytes, and the title and address of every anchor in them,
-// as they become lines of the sitemap. The elements a scan finds by walking the tree must be
-// those XPath selects; a difference stops the fuzzer.
+// as they become lines of the sitemap. What a scan reads from the parser's events must be
+// what the parser's tree holds, and the elements a walk of the tree finds must be those
+// XPath selects; a difference stops the fuzzer.
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
+#include <string>
 #include <vector>
 
 #include "FuzzInput.h"
@@ -36,17 +38,30 @@ void checkWalkAgainstXPath(const MarkupDocument& document) {
     }
 }
 
+void checkOutlineAgainstTree(const std::optional<HtmlOutline>& outline, std::string_view bytes) {
+    const auto document = MarkupDocument::parseHtml(bytes);
+    if (document.has_value() != outline.has_value()) {
+        std::abort();
+    }
+    if (document) {
+        checkWalkAgainstXPath(*document);
+        if (!(*outline == outlineOfDocument(*document))) {
+            std::abort();
+        }
+    }
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    const PageTitleLookup page = pageTitleOfBytes(std::string(fuzz::asText(data, size)));
+    const std::string_view bytes = fuzz::asText(data, size);
+    const PageTitleLookup page = pageTitleOfBytes(std::string(bytes));
     (void)pageTitleLine("http://example.com/", 0, page.title);
-    if (page.htmlDocument) {
-        checkWalkAgainstXPath(*page.htmlDocument);
+    checkOutlineAgainstTree(page.htmlOutline, bytes);
+    if (page.htmlOutline) {
         int linkId = 1;
-        for (const MarkupNode& anchor : page.htmlDocument->elementsNamed("a")) {
-            const std::string line =
-                linkLine(findHREFInNode(anchor), ++linkId, findLinkTitle(anchor));
+        for (const AnchorOutline& anchor : page.htmlOutline->anchors) {
+            const std::string line = linkLine(anchor.href, ++linkId, findLinkTitle(anchor));
             (void)withoutLinkMarkers(line);
         }
     }

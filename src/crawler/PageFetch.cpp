@@ -30,15 +30,14 @@ std::string pageFailure(const http::Response& first, const http::Response& secon
 }
 
 std::vector<PreparedLink> prepareAnchors(const LinkJudge& judge, std::string_view pageUrl,
-                                         const MarkupDocument& document) {
-    const std::vector<MarkupNode> anchors = document.elementsNamed("a");
+                                         const std::vector<AnchorOutline>& anchors) {
     std::vector<PreparedLink> links;
     // Views of the links' own URLs: the vector never grows past its reserve.
     links.reserve(anchors.size());
     std::unordered_set<std::string_view> urls;
     const UrlResolver page(pageUrl);
-    for (const MarkupNode& anchor : anchors) {
-        PreparedLink& link = links.emplace_back(judge.prepare(page, findHREFInNode(anchor)));
+    for (const AnchorOutline& anchor : anchors) {
+        PreparedLink& link = links.emplace_back(judge.prepare(page, anchor.href));
         if (link.decision.outcome == LinkOutcome::Dropped) {
             continue;
         }
@@ -59,20 +58,16 @@ void prepareLinks(const LinkJudge& judge, std::string_view pageUrl, FetchedPage&
     }
     PageTitleLookup& title = fetched.title;
     std::string& body = *fetched.page->body;
-    // The same bytes parse to the same document, so the title's parse serves again.
-    if (title.htmlDocument && title.bytes == body) {
-        fetched.links = prepareAnchors(judge, pageUrl, *title.htmlDocument);
-    } else {
-        auto document = MarkupDocument::parseHtml(body);
-        if (!document) {
-            document = MarkupDocument::parseXml(body);
-        }
-        if (document) {
-            fetched.links = prepareAnchors(judge, pageUrl, *document);
-        }
+    // The same bytes read the same, so what the title lookup read serves again.
+    if (title.htmlOutline && title.bytes == body) {
+        fetched.links = prepareAnchors(judge, pageUrl, title.htmlOutline->anchors);
+    } else if (const auto outline = readHtmlOutline(body)) {
+        fetched.links = prepareAnchors(judge, pageUrl, outline->anchors);
+    } else if (const auto document = MarkupDocument::parseXml(body)) {
+        fetched.links = prepareAnchors(judge, pageUrl, outlineOfDocument(*document).anchors);
     }
     fetched.linksPrepared = true;
-    title.htmlDocument.reset();
+    title.htmlOutline.reset();
     title.bytes.reset();
     body = std::string();
 }

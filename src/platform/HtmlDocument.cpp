@@ -15,8 +15,8 @@
 #include <climits>
 #include <cstdint>
 
+#include "platform/HtmlParsing.h"
 #include "platform/LargeText.h"
-#include "platform/Text.h"
 
 namespace loomcrest {
 
@@ -48,23 +48,8 @@ std::string takeXmlChars(xmlChar* text) {
     return fromXmlChars(owned.get());
 }
 
-constexpr int kHtmlOptions =
-    HTML_PARSE_RECOVER | HTML_PARSE_NOERROR | HTML_PARSE_NOWARNING | HTML_PARSE_NONET;
-// No start tag is longer than this; a search back for one stops here.
-constexpr size_t kLongestStartTag = size_t{64} * 1024;
-
 constexpr int kXmlOptions =
     XML_PARSE_RECOVER | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_NONET;
-
-struct ContextDeleter {
-    void operator()(xmlParserCtxt* context) const {
-        if (context->html != 0) {
-            htmlFreeParserCtxt(context);
-        } else {
-            xmlFreeParserCtxt(context);
-        }
-    }
-};
 
 // The parser calls its start-element handler right after the start tag's attributes, so
 // the input position then marks the end of the tag. Recording it lets the node's source
@@ -75,9 +60,7 @@ void recordStartTagEnd(xmlParserCtxt* context) {
     if (context->node == nullptr || context->input == nullptr) {
         return;
     }
-    const auto position = static_cast<size_t>(context->input->consumed) +
-                          static_cast<size_t>(context->input->cur - context->input->base);
-    context->node->_private = reinterpret_cast<void*>(position + 1);
+    context->node->_private = reinterpret_cast<void*>(markup::inputPosition(*context) + 1);
 }
 
 void recordHtmlStartTag(void* userData, const xmlChar* name, const xmlChar** attributes) {
@@ -217,23 +200,18 @@ std::optional<MarkupDocument> MarkupDocument::parseXml(std::string_view bytes) {
 }
 
 std::optional<MarkupDocument> MarkupDocument::parse(std::string_view bytes, bool html) {
-    if (bytes.empty() || bytes.size() > INT_MAX) {
-        return std::nullopt;
+    markup::ParserContext context;
+    if (html) {
+        context = markup::newHtmlParser(bytes);
+    } else if (!bytes.empty() && bytes.size() <= INT_MAX) {
+        context.reset(xmlCreateMemoryParserCtxt(bytes.data(), static_cast<int>(bytes.size())));
     }
-    const int size = static_cast<int>(bytes.size());
-    const std::unique_ptr<xmlParserCtxt, ContextDeleter> context(
-        html ? htmlCreateMemoryParserCtxt(bytes.data(), size)
-             : xmlCreateMemoryParserCtxt(bytes.data(), size));
     if (!context || context->sax == nullptr) {
         return std::nullopt;
     }
     MarkupDocument document;
     if (html) {
         context->sax->startElement = recordHtmlStartTag;
-        // A body that declares no encoding is UTF-8; without this libxml2 would read it as
-        // Latin-1. One that declares another encoding is still read in that one.
-        htmlCtxtUseOptions(context.get(), kHtmlOptions);
-        xmlSwitchEncoding(context.get(), XML_CHAR_ENCODING_UTF8);
         htmlParseDocument(context.get());
     } else {
         context->sax->startElementNs = recordXmlStartTag;
@@ -356,27 +334,10 @@ std::string MarkupNode::markup() const {
 
 std::optional<std::string> MarkupDocument::startTagSource(const xmlNode* node) const {
     const auto recorded = reinterpret_cast<uintptr_t>(node->_private);
-    if (recorded == 0 || recorded - 1 > source_.size()) {
+    if (recorded == 0) {
         return std::nullopt;
     }
-    const size_t tagEnd = recorded - 1;
-    const std::string opening = "<" + fromXmlChars(node->name);
-    const size_t closing = source_.find('>', tagEnd);
-    if (closing == std::string::npos || tagEnd < opening.size()) {
-        return std::nullopt;
-    }
-    // Walk back from the reported position to the "<" that opens a tag of this name.
-    for (size_t start = source_.rfind('<', tagEnd); start != std::string::npos;
-         start = start == 0 ? std::string::npos : source_.rfind('<', start - 1)) {
-        const std::string_view candidate = std::string_view(source_).substr(start, opening.size());
-        if (equalsIgnoringCase(candidate, opening)) {
-            return source_.substr(start, closing + 1 - start);
-        }
-        if (tagEnd - start > kLongestStartTag) {
-            break;
-        }
-    }
-    return std::nullopt;
+    return markup::startTagIn(source_, fromXmlChars(node->name), recorded - 1);
 }
 
 }  // namespace loomcrest

@@ -11,16 +11,17 @@ namespace loomcrest {
 
 namespace {
 
+std::string titleOrFallback(std::optional<std::string> title) {
+    return title && !title->empty() ? *std::move(title) : std::string(kNoPageTitle);
+}
+
 std::string firstTitle(const std::optional<MarkupDocument>& document) {
     if (!document) {
         return std::string(kNoPageTitle);
     }
     const auto titles = document->elementsNamed("title", 1);
-    if (titles.empty()) {
-        return std::string(kNoPageTitle);
-    }
-    std::string title = titles.front().stringValue();
-    return title.empty() ? std::string(kNoPageTitle) : title;
+    return titleOrFallback(titles.empty() ? std::nullopt
+                                          : std::optional(titles.front().stringValue()));
 }
 
 // The first non-empty capture of the three quotings. The unquoted form is lazy with nothing
@@ -70,30 +71,37 @@ PageTitleLookup lookUpPageTitle(std::string_view pageURL, std::chrono::seconds t
 PageTitleLookup pageTitleOfBytes(std::string bytes) {
     PageTitleLookup lookup;
     lookup.bytes = std::move(bytes);
-    lookup.htmlDocument = MarkupDocument::parseHtml(*lookup.bytes);
-    lookup.title = firstTitle(lookup.htmlDocument);
+    lookup.htmlOutline = readHtmlOutline(*lookup.bytes);
+    lookup.title = titleOrFallback(lookup.htmlOutline ? lookup.htmlOutline->title : std::nullopt);
     if (lookup.title == kNoPageTitle) {
         lookup.title = firstTitle(MarkupDocument::parseXml(*lookup.bytes));
     }
     return lookup;
 }
 
-std::string findHREFInNode(const MarkupNode& anchor) {
-    return anchor.attribute("href").value_or(std::string());
+HtmlOutline outlineOfDocument(const MarkupDocument& document) {
+    HtmlOutline outline;
+    if (const auto titles = document.elementsNamed("title", 1); !titles.empty()) {
+        outline.title = titles.front().stringValue();
+    }
+    for (const MarkupNode& anchor : document.elementsNamed("a")) {
+        AnchorOutline& read = outline.anchors.emplace_back();
+        read.href = anchor.attribute("href").value_or(std::string());
+        read.name = anchor.attribute("name").value_or(std::string());
+        read.text = anchor.stringValue();
+        if (const auto child = anchor.firstChild();
+            child && child->isElement() && child->name() == "img") {
+            read.firstChildImage = child->sourceMarkup();
+        }
+    }
+    return outline;
 }
 
-std::string findLinkTitle(const MarkupNode& anchor) {
-    std::string title = anchor.stringValue();
+std::string findLinkTitle(const AnchorOutline& anchor) {
+    std::string title = anchor.text.empty() ? anchor.name : anchor.text;
     if (title.empty()) {
-        title = anchor.attribute("name").value_or(std::string());
-    }
-    if (title.empty()) {
-        const auto child = anchor.firstChild();
-        if (child && child->isElement() && child->name() == "img") {
-            title = imageTitle(child->sourceMarkup());
-        } else {
-            title = kNoLinkName;
-        }
+        title =
+            anchor.firstChildImage ? imageTitle(*anchor.firstChildImage) : std::string(kNoLinkName);
     }
     return title.empty() ? std::string(kNoLinkTitle) : title;
 }

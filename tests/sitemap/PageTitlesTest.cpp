@@ -17,12 +17,11 @@ using test::TestServer;
 constexpr std::chrono::seconds kWait{20};
 
 std::string firstLinkTitle(const std::string& html) {
-    const auto document = MarkupDocument::parseHtml(html);
-    if (!document) {
+    const auto outline = readHtmlOutline(html);
+    if (!outline) {
         return "<no document>";
     }
-    const auto anchors = document->select("//a");
-    return anchors.empty() ? "<no anchor>" : findLinkTitle(anchors.front());
+    return outline->anchors.empty() ? "<no anchor>" : findLinkTitle(outline->anchors.front());
 }
 
 // Text first (untrimmed), then the name attribute, then the first child's image: its alt in
@@ -50,14 +49,75 @@ TEST(LinkTitles, ComeFromTheFirstSourceThatHasOne) {
 }
 
 TEST(LinkTargets, HrefOrNothing) {
-    const auto document = MarkupDocument::parseHtml(
-        R"(<p><a HREF="/up.html">1</a><a href="">2</a><a name="n">3</a></p>)");
-    ASSERT_TRUE(document.has_value());
-    const auto anchors = document->select("//a");
-    ASSERT_EQ(anchors.size(), 3U);
-    EXPECT_EQ(findHREFInNode(anchors[0]), "/up.html");
-    EXPECT_EQ(findHREFInNode(anchors[1]), "");
-    EXPECT_EQ(findHREFInNode(anchors[2]), "");
+    const auto outline = readHtmlOutline(
+        R"(<p><a HREF="/up.html">1</a><a href="">2</a><a name="n">3</a><a href>4</a></p>)");
+    ASSERT_TRUE(outline.has_value());
+    std::vector<std::string> hrefs;
+    for (const AnchorOutline& anchor : outline->anchors) {
+        hrefs.push_back(anchor.href);
+    }
+    EXPECT_EQ(hrefs, (std::vector<std::string>{"/up.html", "", "", ""}));
+}
+
+// A page is read from the parser's events, without its tree; what it reads must be what the
+// tree holds, on markup the parser reorders, closes early, prefixes or stops reading.
+TEST(PageOutline, ReadsWhatTheTreeHolds) {
+    // An anchor inside html, body and `divs` div elements.
+    const auto nestedIn = [](int divs) {
+        std::string page = "<html><body>";
+        for (int i = 0; i < divs; ++i) {
+            page += "<div>";
+        }
+        return page + "<a href=deep>d</a>";
+    };
+    const std::vector<std::string> pages = {
+        "<title>a<script>s</script><!--c-->b</title><a href=x><!--c--><img alt=q></a>"
+        "<a href=y><?pi x?><img alt=r></a>",
+        "<svg:a xlink:href=q href=r>svg</svg:a><x:title>T</x:title><a:b:c>z</a:b:c>"
+        "<a><x:img alt=p></a><a><img alt=w></a>",
+        nestedIn(254),
+        nestedIn(255),
+        "<a href=\"x\"<b>bold</b></a><a href=y <i>it</i>",
+        "<meta charset=\"iso-8859-1\"><title>Caf\xe9</title><a href=\"/\xe9\"><img "
+        "alt=\"\xe9\"></a>",
+        "<a href=1> <img alt=sp></a><p><a href=3><img alt=three> </a></p>",
+        "<!DOCTYPE html><html><body> <a href=b> </a></body></html></html><a href=z>after</a>",
+        "<a href=x><a href=y>inner</a>tail</a><table><a href=t>t</a><tr><td><a "
+        "href=u>u</td></table>",
+        "<title></title><title>second</title><a name=n></a><a href nohref>b</a>",
+        "<a href=x><img src=a.png alt=a\n<a href=y><img",
+        "<style><title>in style</title></style><textarea><a href=t>x</a></textarea>",
+        "text only &amp; <!-- comment -->",
+        "<!-- only a comment -->",
+        "<a href=\"a&amp;b\" name=\"&lt;n&gt;\">&#x41;&#0;&nbsp;&bogus;</a>",
+    };
+    for (const std::string& page : pages) {
+        const auto document = MarkupDocument::parseHtml(page);
+        const auto outline = readHtmlOutline(page);
+        ASSERT_EQ(outline.has_value(), document.has_value()) << page;
+        if (document) {
+            EXPECT_TRUE(*outline == outlineOfDocument(*document)) << page;
+        }
+    }
+    // With 257 elements open the parse stops, and the anchor is never read.
+    ASSERT_TRUE(readHtmlOutline(nestedIn(255)).has_value());
+    EXPECT_TRUE(readHtmlOutline(nestedIn(255))->anchors.empty());
+    EXPECT_EQ(readHtmlOutline(nestedIn(254))->anchors.size(), 1U);
+    // A prefixed element counts under its local name.
+    const auto prefixed = readHtmlOutline(pages[1]);
+    ASSERT_TRUE(prefixed.has_value());
+    EXPECT_EQ(prefixed->title, "T");
+    ASSERT_EQ(prefixed->anchors.size(), 3U);
+    EXPECT_EQ(prefixed->anchors[0].href, "r");
+    EXPECT_EQ(prefixed->anchors[1].firstChildImage, "<img alt=\"p\">");
+    EXPECT_EQ(prefixed->anchors[2].firstChildImage, "<img alt=w>");
+    // Script text is part of a title; a comment or instruction is an anchor's first child.
+    const auto mixed = readHtmlOutline(pages[0]);
+    ASSERT_TRUE(mixed.has_value());
+    EXPECT_EQ(mixed->title, "asb");
+    EXPECT_FALSE(mixed->anchors.at(0).firstChildImage.has_value());
+    EXPECT_FALSE(mixed->anchors.at(1).firstChildImage.has_value());
+    EXPECT_FALSE(readHtmlOutline("<!-- only a comment -->").has_value());
 }
 
 class PageTitleFetch : public testing::Test {
