@@ -70,24 +70,17 @@ PreparedLink LinkJudge::prepare(std::string_view pageUrl, std::string_view href)
 PreparedLink LinkJudge::prepare(const UrlResolver& page, std::string_view href) const {
     PreparedLink link;
     link.href = href;
-    auto resolved = href.empty() ? std::nullopt : page.resolve(href);
+    auto resolved = href.empty() ? std::nullopt : page.resolveWithParts(href);
     if (!resolved) {
         link.decision = dropped(href.empty() ? LinkReason::Empty : LinkReason::NotAUrl);
         return link;
     }
-    std::string url = std::move(*resolved);
-    if (const size_t hash = url.rfind('#'); hash != std::string::npos) {
-        url.erase(hash);
-    }
-    const auto parts = parseUrl(url);
-    if (!parts) {
-        link.decision = dropped(LinkReason::NotAUrl);
-        return link;
-    }
-    if (!parts->hasQuery && !url.starts_with("mailto:")) {
-        if (const size_t dot = parts->path.find('.'); dot != std::string::npos) {
+    std::string url = std::move(resolved->text);
+    const UrlParts& parts = resolved->parts;
+    if (!parts.hasQuery && !url.starts_with("mailto:")) {
+        if (const size_t dot = parts.path.find('.'); dot != std::string::npos) {
             // From the first "." on, so "/docs.old/page.html" gives ".old/page.html".
-            if (!isAllowedMedia(allowedMedia_, std::string_view(parts->path).substr(dot))) {
+            if (!isAllowedMedia(allowedMedia_, std::string_view(parts.path).substr(dot))) {
                 link.decision = dropped(LinkReason::Extension);
                 return link;
             }
@@ -100,19 +93,19 @@ PreparedLink LinkJudge::prepare(const UrlResolver& page, std::string_view href) 
     } else if (const std::string* rule =
                    ignoreRobots_ ? nullptr : firstEntryOccurringIn(url, robots_)) {
         link.decision = dropped(LinkReason::RobotsRule, *rule);
-    } else if (url.empty() || url.size() <= parts->scheme.size() + 3 ||
+    } else if (url.empty() || url.size() <= parts.scheme.size() + 3 ||
                siteBaseUrl_.size() <= baseSchemeLength_ + 3) {
         link.decision = dropped(url.empty() ? LinkReason::Empty : LinkReason::NoHostOrPath);
     } else {
-        const std::string hostPath = hostPathKey(url, parts->scheme.size());
-        if (parts->path.empty()) {
+        const std::string hostPath = hostPathKey(url, parts.scheme.size());
+        if (parts.path.empty()) {
             url += '/';
         }
         // A plain prefix test: for the site "http://shop/" the host "shopfront" is inside.
         if (!hostPath.starts_with(baseHostPath_)) {
             link.decision =
-                recorded(std::move(url), isWebScheme(parts->scheme) ? LinkReason::OffSiteHost
-                                                                    : LinkReason::OtherScheme);
+                recorded(std::move(url), isWebScheme(parts.scheme) ? LinkReason::OffSiteHost
+                                                                   : LinkReason::OtherScheme);
         } else {
             link.decision.url = std::move(url);
             return inSiteCandidate(std::move(link));

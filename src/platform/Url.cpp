@@ -4,6 +4,8 @@
 
 #include <cstring>
 
+#include "platform/Text.h"
+
 namespace loomcrest {
 
 namespace {
@@ -64,6 +66,44 @@ std::string decodedPath(const UriUriA& uri) {
     return path;
 }
 
+UrlParts partsOf(const UriUriA& uri) {
+    UrlParts parts;
+    parts.scheme = rangeText(uri.scheme);
+    parts.host = rangeText(uri.hostText);
+    parts.path = decodedPath(uri);
+    parts.hasQuery = uri.query.first != nullptr;
+    parts.query = rangeText(uri.query);
+    return parts;
+}
+
+bool isWebScheme(const UriTextRangeA& scheme) {
+    const std::string_view text(scheme.first, static_cast<size_t>(scheme.afterLast - scheme.first));
+    return equalsIgnoringCase(text, "http") || equalsIgnoringCase(text, "https");
+}
+
+// Whether parsing the printed text of `uri` gives back its own parts. It does for an http(s)
+// URI with a host name or IPv4 address and no absolute-path flag: every part is printed
+// from the range it is read from (an IPv4 address from its numbers, which only read as one
+// in the very form they are printed in), and after "//host" a path keeps its segments
+// whatever they hold. Without a host the printed path can read as an authority, an IPv6
+// host is printed in another form than its text, and the other shapes are left to the
+// parser as well, being rare.
+bool partsSurvivePrinting(const UriUriA& uri) {
+    const UriHostDataA& host = uri.hostData;
+    return uri.scheme.first != nullptr && isWebScheme(uri.scheme) &&
+           uri.hostText.first != nullptr && uri.hostText.afterLast > uri.hostText.first &&
+           host.ip6 == nullptr && host.ipFuture.first == nullptr && uri.absolutePath == URI_FALSE;
+}
+
+// Resolves `reference` against `base` into `resolved`, which then points into the text of
+// `referenceUri` as well as into the base.
+bool resolveAgainst(const UriUriA* base, std::string_view reference, ParsedUri& referenceUri,
+                    ParsedUri& resolved) {
+    return referenceUri.parse(reference) &&
+           uriAddBaseUriExA(resolved.get(), referenceUri.get(), base, URI_RESOLVE_STRICTLY) ==
+               URI_SUCCESS;
+}
+
 }  // namespace
 
 std::optional<std::string> urlScheme(std::string_view text) {
@@ -79,13 +119,7 @@ std::optional<UrlParts> parseUrl(std::string_view text) {
     if (!uri.parse(text)) {
         return std::nullopt;
     }
-    UrlParts parts;
-    parts.scheme = rangeText((*uri).scheme);
-    parts.host = rangeText((*uri).hostText);
-    parts.path = decodedPath(*uri);
-    parts.hasQuery = (*uri).query.first != nullptr;
-    parts.query = rangeText((*uri).query);
-    return parts;
+    return partsOf(*uri);
 }
 
 std::optional<std::string> resolveUrl(std::string_view base, std::string_view reference) {
@@ -108,15 +142,35 @@ UrlResolver::~UrlResolver() = default;
 
 std::optional<std::string> UrlResolver::resolve(std::string_view reference) const {
     ParsedUri referenceUri;
-    if (!base_->valid || !referenceUri.parse(reference)) {
-        return std::nullopt;
-    }
     ParsedUri resolved;
-    if (uriAddBaseUriExA(resolved.get(), referenceUri.get(), base_->uri.get(),
-                         URI_RESOLVE_STRICTLY) != URI_SUCCESS) {
+    if (!base_->valid || !resolveAgainst(base_->uri.get(), reference, referenceUri, resolved)) {
         return std::nullopt;
     }
     return resolved.toString();
+}
+
+std::optional<ResolvedUrl> UrlResolver::resolveWithParts(std::string_view reference) const {
+    ParsedUri referenceUri;
+    ParsedUri resolved;
+    if (!base_->valid || !resolveAgainst(base_->uri.get(), reference, referenceUri, resolved)) {
+        return std::nullopt;
+    }
+    auto text = resolved.toString();
+    if (!text) {
+        return std::nullopt;
+    }
+    // A printed URI holds "#" only before its fragment.
+    if (const size_t hash = text->rfind('#'); hash != std::string::npos) {
+        text->erase(hash);
+    }
+    if (partsSurvivePrinting(*resolved)) {
+        return ResolvedUrl{std::move(*text), partsOf(*resolved)};
+    }
+    auto parts = parseUrl(*text);
+    if (!parts) {
+        return std::nullopt;
+    }
+    return ResolvedUrl{std::move(*text), std::move(*parts)};
 }
 
 }  // namespace loomcrest

@@ -28,6 +28,12 @@ std::optional<UrlParts> parseUrl(std::string_view text);
 // back as text; nothing when either does not parse.
 std::optional<std::string> resolveUrl(std::string_view base, std::string_view reference);
 
+// A resolved URL without its fragment, and the parts parseUrl finds in that text.
+struct ResolvedUrl {
+    std::string text;
+    UrlParts parts;
+};
+
 // Resolves like resolveUrl, with the base parsed once for all the links of a page.
 class UrlResolver {
 public:
@@ -37,6 +43,10 @@ public:
     ~UrlResolver();
 
     std::optional<std::string> resolve(std::string_view reference) const;
+    // What resolve gives, cut before its last "#", with the parts of that text; nothing when
+    // the reference does not resolve or the text does not parse. For the usual web link the
+    // parts come from the resolution itself, without parsing the text again.
+    std::optional<ResolvedUrl> resolveWithParts(std::string_view reference) const;
 
 private:
     struct Base;
