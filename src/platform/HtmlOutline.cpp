@@ -5,6 +5,8 @@
 #include <libxml/parserInternals.h>
 #include <libxml/tree.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <memory>
 
