@@ -22,7 +22,8 @@ struct AnchorOutline {
 
 // The text of a page's first "title" element and its anchors, in document order: what the
 // tree of libxml2's HTML parser holds, read from the parser's events without building the
-// tree. A crawl reads this from every page, so it is kept cheap.
+// tree. A crawl reads this from every page, so it is kept cheap. Where the tree builder gives
+// up, at a run of text over 10 MB, the reading goes on.
 struct HtmlOutline {
     std::optional<std::string> title;
     std::vector<AnchorOutline> anchors;

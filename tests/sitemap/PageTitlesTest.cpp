@@ -118,6 +118,12 @@ TEST(PageOutline, ReadsWhatTheTreeHolds) {
     EXPECT_FALSE(mixed->anchors.at(0).firstChildImage.has_value());
     EXPECT_FALSE(mixed->anchors.at(1).firstChildImage.has_value());
     EXPECT_FALSE(readHtmlOutline("<!-- only a comment -->").has_value());
+    // The tree builder stops at a run of text over 10 MB; the reading goes on past it.
+    const auto longText =
+        readHtmlOutline("<p>" + std::string(10'500'000, 'x') + "</p><a href=a>After</a>");
+    ASSERT_TRUE(longText.has_value());
+    ASSERT_EQ(longText->anchors.size(), 1U);
+    EXPECT_EQ(longText->anchors[0].text, "After");
 }
 
 class PageTitleFetch : public testing::Test {
