@@ -28,12 +28,6 @@ struct XPathContextDeleter {
 struct XPathObjectDeleter {
     void operator()(xmlXPathObject* object) const { xmlXPathFreeObject(object); }
 };
-struct XmlBufferDeleter {
-    void operator()(xmlBuffer* buffer) const { xmlBufferFree(buffer); }
-};
-struct XmlCharDeleter {
-    void operator()(xmlChar* text) const { xmlFree(text); }
-};
 
 const xmlChar* asXmlChars(const std::string& text) {
     return reinterpret_cast<const xmlChar*>(text.c_str());
@@ -44,7 +38,7 @@ std::string fromXmlChars(const xmlChar* text) {
 }
 
 std::string takeXmlChars(xmlChar* text) {
-    const std::unique_ptr<xmlChar, XmlCharDeleter> owned(text);
+    const std::unique_ptr<xmlChar, markup::XmlCharDeleter> owned(text);
     return fromXmlChars(owned.get());
 }
 
@@ -182,7 +176,7 @@ std::string escapeBareAmpersands(std::string_view text) {
 }
 
 void MarkupDocument::DocumentDeleter::operator()(xmlDoc* document) const {
-    xmlFreeDoc(document);
+    markup::XmlDocumentDeleter()(document);
 }
 
 MarkupDocument::MarkupDocument(MarkupDocument&&) noexcept = default;
@@ -316,7 +310,7 @@ std::string MarkupNode::sourceMarkup() const {
 }
 
 std::string MarkupNode::markup() const {
-    const std::unique_ptr<xmlBuffer, XmlBufferDeleter> buffer(xmlBufferCreate());
+    const std::unique_ptr<xmlBuffer, markup::XmlBufferDeleter> buffer(xmlBufferCreate());
     if (!buffer) {
         return {};
     }

@@ -16,16 +16,6 @@ namespace loomcrest {
 
 namespace {
 
-struct XmlCharDeleter {
-    void operator()(xmlChar* text) const { xmlFree(text); }
-};
-struct DocumentDeleter {
-    void operator()(xmlDoc* document) const { xmlFreeDoc(document); }
-};
-struct BufferDeleter {
-    void operator()(xmlBuffer* buffer) const { xmlBufferFree(buffer); }
-};
-
 std::string_view asView(const xmlChar* text) {
     return text == nullptr ? std::string_view() : reinterpret_cast<const char*>(text);
 }
@@ -41,8 +31,9 @@ std::string attributeValue(const xmlChar** attributes, std::string_view name) {
 
 // An image serialised as the tree parse prints it when its tag is not found in the source.
 std::string printedImage(const xmlChar** attributes) {
-    const std::unique_ptr<xmlDoc, DocumentDeleter> document(htmlNewDocNoDtD(nullptr, nullptr));
-    const std::unique_ptr<xmlBuffer, BufferDeleter> buffer(xmlBufferCreate());
+    const std::unique_ptr<xmlDoc, markup::XmlDocumentDeleter> document(
+        htmlNewDocNoDtD(nullptr, nullptr));
+    const std::unique_ptr<xmlBuffer, markup::XmlBufferDeleter> buffer(xmlBufferCreate());
     if (!document || !buffer) {
         return {};
     }
@@ -123,7 +114,7 @@ void OutlineReader::startElement(xmlParserCtxt& context, const xmlChar* name,
         return;
     }
     // The builder drops a prefix: "svg:a" is an element "a".
-    std::unique_ptr<xmlChar, XmlCharDeleter> localName;
+    std::unique_ptr<xmlChar, markup::XmlCharDeleter> localName;
     if (std::strchr(reinterpret_cast<const char*>(name), ':') != nullptr) {
         xmlChar* prefix = nullptr;
         localName.reset(xmlSplitQName(&context, name, &prefix));

@@ -4,6 +4,7 @@
 // HTML parser is set up, and how a start tag is found again in the source.
 
 #include <libxml/parser.h>
+#include <libxml/tree.h>
 
 #include <memory>
 #include <optional>
@@ -14,6 +15,15 @@ namespace loomcrest::markup {
 
 struct ContextDeleter {
     void operator()(xmlParserCtxt* context) const;
+};
+struct XmlCharDeleter {
+    void operator()(xmlChar* text) const { xmlFree(text); }
+};
+struct XmlBufferDeleter {
+    void operator()(xmlBuffer* buffer) const { xmlBufferFree(buffer); }
+};
+struct XmlDocumentDeleter {
+    void operator()(xmlDoc* document) const { xmlFreeDoc(document); }
 };
 using ParserContext = std::unique_ptr<xmlParserCtxt, ContextDeleter>;
 
