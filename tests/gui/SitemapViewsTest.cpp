@@ -332,6 +332,7 @@ private slots:
     // only its line; leaving or closing with unsaved style asks.
     void styleChangesAreShownSavedOrOfferedBeforeLeaving() {
         openHtmlView();
+        QVERIFY(!html().saveButton()->isEnabled());
         QLineEdit* field = html().pageTitleControls().colourField;
         field->selectAll();
         QTest::keyClicks(field, QStringLiteral("ff8800"));
