@@ -8,15 +8,11 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QTableView>
-#include <QWebEngineScript>
-#include <QWebEngineView>
 #include <QWindow>
 #include <QtTest>
 #include <climits>
 
-#include "HtmlSitemapView.h"
-#include "PreviewPage.h"
-#include "WindowTest.h"
+#include "PreviewWindowTest.h"
 #include "XmlSitemapView.h"
 #include "sitemap/HtmlSitemapFormat.h"
 #include "sitemap/SitemapFiles.h"
@@ -27,45 +23,11 @@ using namespace loomcrest;
 using namespace loomcrest::gui;
 using loomcrest::test::tablePiece;
 
-// The two sitemap views on a layout written by a real scan of a small site, the preview
-// driven as a person drives it: scripts read what the page shows, and the mouse clicks where
-// they say.
-class SitemapViewsTest : public test::WindowTest {
+// The two sitemap views on a layout written by a real scan of a small site.
+class SitemapViewsTest : public test::PreviewWindowTest {
     Q_OBJECT
 
 private:
-    HtmlSitemapView& html() { return window_->htmlView(); }
-
-    // Runs `script` in the preview beside the click script and waits for its answer; a big
-    // site's page is slow to answer.
-    QVariant askPreview(const QString& script) {
-        QVariant answer;
-        bool answered = false;
-        html().previewPage()->runJavaScript(script, QWebEngineScript::ApplicationWorld,
-                                            [&](const QVariant& result) {
-                                                answer = result;
-                                                answered = true;
-                                            });
-        if (!QTest::qWaitFor([&] { return answered; }, 10000)) {
-            return QStringLiteral("no answer");
-        }
-        return answer;
-    }
-    // A click where a person would click the anchor number `index` of the preview.
-    void clickAnchor(int index) {
-        const QVariantList xy =
-            askPreview(
-                QStringLiteral("(function () { var r = document.getElementsByTagName('a')[%1]"
-                               ".getBoundingClientRect(); return [r.left + 3, r.top + "
-                               "r.height / 2]; })()")
-                    .arg(index))
-                .toList();
-        QWidget* surface = html().preview()->focusProxy();
-        QVERIFY(surface != nullptr);
-        QCOMPARE(xy.size(), 2);
-        QTest::mouseClick(surface, Qt::LeftButton, {}, QPoint(xy[0].toInt(), xy[1].toInt()));
-    }
-
     std::unique_ptr<test::TestServer> server_;
 
     std::string layout(const char* file) const {
