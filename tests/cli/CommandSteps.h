@@ -8,18 +8,15 @@
 
 namespace loomcrest::test {
 
-// A run that is refused: exit status 1, nothing on standard output, `err` on standard error.
+// The usual shapes of a run, each with nothing on standard output: refused (exit status 1 and
+// `err` on standard error), done quietly (0) and misused (2); standard error is left unchecked
+// in the last two.
 inline Step refused(std::vector<std::string> arguments, std::string err) {
     return {std::move(arguments), 1, "", std::move(err)};
 }
-
-// A run that does what was asked and prints nothing on standard output; what it says on
-// standard error is checked elsewhere.
 inline Step quiet(std::vector<std::string> arguments) {
     return {std::move(arguments), 0, "", std::nullopt};
 }
-
-// A run the command line cannot parse: exit status 2 and nothing on standard output.
 inline Step misused(std::vector<std::string> arguments) {
     return {std::move(arguments), 2, "", std::nullopt};
 }

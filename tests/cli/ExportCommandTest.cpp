@@ -9,6 +9,7 @@
 #include "sitemap/XmlSitemapFormat.h"
 #include "support/Golden.h"
 #include "support/RunCommand.h"
+#include "support/TextChecks.h"
 
 // `export` and `validate`.
 namespace loomcrest {
@@ -39,9 +40,8 @@ TEST_F(ExportCommand, WritesTheChosenFileOrRefuses) {
         misused({"export", "Demo", "4c", out}),
     });
     const std::string exported = fileContents(out);
-    EXPECT_EQ(exported.find("LINKID"), std::string::npos);
-    EXPECT_NE(exported.find("<div class=\"zplPageTitle\"><a href=\"http://127.0.0.1:"),
-              std::string::npos);
+    EXPECT_FALSE(contains(exported, "LINKID"));
+    EXPECT_TRUE(contains(exported, "<div class=\"zplPageTitle\"><a href=\"http://127.0.0.1:"));
     EXPECT_TRUE(fileContents(home.path() + "/b.txt").ends_with("/spring-sale.html\n\n"));
 }
 
@@ -86,7 +86,7 @@ TEST_F(ExportCommand, ABareAmpersandIsExportedEscapedOnlyWhenAsked) {
 
 TEST_F(ExportCommand, ASplitAndCompressedSitemapValidates) {
     std::string entries;
-    for (int i = 0; i <= 120000; ++i) {
+    for (int i = 0; i <= 50000; ++i) {
         entries += xmlSitemapEntry("http://h.example/shop/p" + std::to_string(i) + ".html",
                                    i % 2 == 0 ? "" : "2024-05-17");
     }
@@ -98,19 +98,17 @@ TEST_F(ExportCommand, ASplitAndCompressedSitemapValidates) {
          0,
          "",
          "The XML sitemap was exported.\n"
-         "\"sitemap.xml\" is a sitemap index of 3 parts beside it, \"sitemap-1.xml.gz\" to "
-         "\"sitemap-3.xml.gz\": one file may hold at most 50,000 URLs and 50 MB.\n"
-         "60,001 empty last-modified dates were left out: search engines take an empty date as "
+         "\"sitemap.xml\" is a sitemap index of 2 parts beside it, \"sitemap-1.xml.gz\" to "
+         "\"sitemap-2.xml.gz\": one file may hold at most 50,000 URLs and 50 MB.\n"
+         "25,001 empty last-modified dates were left out: search engines take an empty date as "
          "an invalid one.\n"},
         {{"validate", "Shop", pub + "sitemap.xml"}, 0, "No problems\n"},
         {{"validate", "Shop", pub + "sitemap-1.xml.gz"}, 0, "No problems\n"},
         {{"validate", "Shop", pub + "sitemap-2.xml.gz"}, 0, "No problems\n"},
-        {{"validate", "Shop", pub + "sitemap-3.xml.gz"}, 0, "No problems\n"},
     });
-    EXPECT_NE(
-        fileContents(pub + "sitemap.xml").find("<loc>http://h.example/shop/sitemap-3.xml.gz</loc>"),
-        std::string::npos);
-    EXPECT_FALSE(std::filesystem::exists(pub + "sitemap-4.xml.gz"));
+    EXPECT_TRUE(contains(fileContents(pub + "sitemap.xml"),
+                         "<loc>http://h.example/shop/sitemap-2.xml.gz</loc>"));
+    EXPECT_FALSE(std::filesystem::exists(pub + "sitemap-3.xml.gz"));
 }
 
 TEST_F(ExportCommand, AnExportThatCannotBeWrittenSaysWhyAndExitsOne) {
