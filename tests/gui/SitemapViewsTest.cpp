@@ -80,11 +80,15 @@ private:
         const QRect cell = table->visualRect(table->model()->index(row, 0));
         QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, cell.center());
         QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, cell.center());
+        typeInCell(url, Qt::Key_Return);
+    }
+    // Waits for a cell's line editor, types `text` over what it holds and ends with `key`.
+    void typeInCell(const QString& text, Qt::Key key) {
         QTRY_VERIFY(qobject_cast<QLineEdit*>(QApplication::focusWidget()) != nullptr);
         QWidget* editor = QApplication::focusWidget();
         QTest::keyClick(editor, Qt::Key_A, Qt::ControlModifier);
-        QTest::keyClicks(editor, url);
-        QTest::keyClick(editor, Qt::Key_Return);
+        QTest::keyClicks(editor, text);
+        QTest::keyClick(editor, key);
     }
 
     // The site's pages-only three-column layout as the page titles P1, P2, … up to `pages`
@@ -358,16 +362,10 @@ private slots:
         QTest::mouseClick(table->viewport(), Qt::LeftButton, {},
                           table->visualRect(table->model()->index(0, 0)).center());
         QTest::keyClick(table, Qt::Key_F2);
-        QTRY_VERIFY(qobject_cast<QLineEdit*>(QApplication::focusWidget()) != nullptr);
         const QString renamed = QString::fromStdString(server_->url("/renamed.html"));
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_A, Qt::ControlModifier);
-        QTest::keyClicks(QApplication::focusWidget(), renamed);
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        typeInCell(renamed, Qt::Key_Tab);
         QTRY_COMPARE(table->currentIndex(), table->model()->index(0, 1));
-        QTRY_VERIFY(qobject_cast<QLineEdit*>(QApplication::focusWidget()) != nullptr);
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_A, Qt::ControlModifier);
-        QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("2024-05-17"));
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        typeInCell(QStringLiteral("2024-05-17"), Qt::Key_Return);
         QTRY_VERIFY(sitemapHolds("<lastmod>2024-05-17</lastmod>"));
         QVERIFY(sitemapHolds("<loc>" + renamed.toStdString() + "</loc>"));
         QCOMPARE(table->currentIndex(), table->model()->index(0, 1));
