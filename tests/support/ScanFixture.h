@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "app/ProcessState.h"
+#include "crawler/CrawlSettingsFile.h"
 #include "crawler/ScanDriver.h"
 #include "platform/FileSystem.h"
 #include "platform/RunLoop.h"
@@ -54,19 +55,11 @@ public:
 
 // One page of a test site.
 struct TestPage {
-    TestPage(std::string pageBody, std::string type = "text/html", int code = 200,
-             std::string modified = {}, std::string redirect = {})
-        : body(std::move(pageBody)),
-          contentType(std::move(type)),
-          status(code),
-          lastModified(std::move(modified)),
-          location(std::move(redirect)) {}
-
     std::string body;
-    std::string contentType;
-    int status;
-    std::string lastModified;
-    std::string location;
+    std::string contentType = "text/html";
+    int status = 200;
+    std::string lastModified = {};
+    std::string location = {};
 };
 
 // A site served on 127.0.0.1, added to a temporary data root and scanned from a RunLoop
@@ -105,6 +98,12 @@ protected:
             }
         });
         loop.run();
+    }
+
+    std::string url(const std::string& path) const { return server.url(path); }
+
+    void useSettings(const CrawlSettings& settings) {
+        ASSERT_TRUE(writeCrawlSettings(home.dataRoot() + "/Test", settings));
     }
 
     std::string siteFile(const std::string& name) const {
