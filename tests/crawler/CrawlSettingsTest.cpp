@@ -4,7 +4,6 @@
 #include <sys/stat.h>
 
 #include <cmath>
-#include <functional>
 
 #include "crawler/CrawlDelay.h"
 #include "crawler/CrawlSettingsEditor.h"
@@ -19,9 +18,13 @@ namespace {
 const std::string kDefaultAgent =
     std::string("Loomcrest/") + LOOMCREST_VERSION + " (+" + LOOMCREST_REPORT_PROBLEM_URL + ")";
 
+// The values of one case, the others left at their defaults.
 struct Check {
-    std::function<void(CrawlSettings&)> change;
-    std::string problem;  // empty: allowed
+    int connections = 1;
+    double rate = 0;
+    std::string agent = "Bot";
+    std::vector<std::string> headers = {};
+    std::string problem = {};  // empty: allowed
 };
 
 TEST(CrawlSettings, DefaultsAndWhatIsAllowed) {
@@ -34,34 +37,30 @@ TEST(CrawlSettings, DefaultsAndWhatIsAllowed) {
         return std::string(kHeaderProblemStart) + line + std::string(kHeaderProblemEnd);
     };
     const std::vector<Check> checks = {
-        {[](auto& s) { s.setConnections(16); }, ""},
-        {[](auto& s) { s.setConnections(0); }, connections},
-        {[](auto& s) { s.setConnections(17); }, connections},
-        {[](auto& s) { s.setRequestsPerSecond(0.5); }, ""},
-        {[](auto& s) { s.setRequestsPerSecond(1000); }, ""},
-        {[](auto& s) { s.setRequestsPerSecond(1000.5); }, rate},
-        {[](auto& s) { s.setRequestsPerSecond(-1); }, rate},
-        {[](auto& s) { s.setRequestsPerSecond(std::nan("")); }, rate},
-        {[](auto& s) { s.setUserAgent("MyBot/2 (+mailto:me@example.org)"); }, ""},
-        {[](auto& s) { s.setUserAgent(""); }, agent},
-        {[](auto& s) { s.setUserAgent("Bot\r\nX-Evil: 1"); }, agent},
-        {[](auto& s) {
-             s.setExtraHeaders({"Cookie: a=b; c=d", "X-Token:\tabc"});
-         },
-         ""},
-        {[](auto& s) {
-             s.setExtraHeaders({"Cookie: a=b", "NoColon"});
-         },
-         header("NoColon")},
-        {[](auto& s) { s.addExtraHeader(": value"); }, header(": value")},
-        {[](auto& s) { s.addExtraHeader("Bad Name: v"); }, header("Bad Name: v")},
-        {[](auto& s) { s.addExtraHeader("X-Empty:  "); }, header("X-Empty:  ")},
-        {[](auto& s) { s.addExtraHeader("X-Split: a\r\nHost: evil"); },
-         header("X-Split: a\r\nHost: evil")},
+        {.connections = 16},
+        {.connections = 0, .problem = connections},
+        {.connections = 17, .problem = connections},
+        {.rate = 0.5},
+        {.rate = 1000},
+        {.rate = 1000.5, .problem = rate},
+        {.rate = -1, .problem = rate},
+        {.rate = std::nan(""), .problem = rate},
+        {.agent = "MyBot/2 (+mailto:me@example.org)"},
+        {.agent = "", .problem = agent},
+        {.agent = "Bot\r\nX-Evil: 1", .problem = agent},
+        {.headers = {"Cookie: a=b; c=d", "X-Token:\tabc"}},
+        {.headers = {"Cookie: a=b", "NoColon"}, .problem = header("NoColon")},
+        {.headers = {": value"}, .problem = header(": value")},
+        {.headers = {"Bad Name: v"}, .problem = header("Bad Name: v")},
+        {.headers = {"X-Empty:  "}, .problem = header("X-Empty:  ")},
+        {.headers = {"X-Split: a\r\nHost: evil"}, .problem = header("X-Split: a\r\nHost: evil")},
     };
     for (const Check& check : checks) {
         CrawlSettings settings;
-        check.change(settings);
+        settings.setConnections(check.connections);
+        settings.setRequestsPerSecond(check.rate);
+        settings.setUserAgent(check.agent);
+        settings.setExtraHeaders(check.headers);
         EXPECT_EQ(settings.problem().value_or(""), check.problem) << check.problem;
         EXPECT_EQ(settings.isValid(), check.problem.empty());
     }
