@@ -71,16 +71,6 @@ TEST_F(Filters, AddingKeepsBlanksTrimsLineBreaksAllowsDuplicatesButRefusesNothin
     EXPECT_EQ(alerts.shown.size(), 1U);
 }
 
-TEST_F(Filters, DeletingSelectedRowsRewritesTheFile) {
-    writeFile(filterFile(), "a\nb\nc\nd\n");
-    filters.loadFilterFile();
-    filters.deleteFilter({0, 2});
-    EXPECT_EQ(fileContents(filterFile()), "b\nd\n");
-    filters.deleteFilter({0, 1});
-    EXPECT_EQ(fileContents(filterFile()), "");
-    EXPECT_TRUE(process.vrlmpFiltersArray.empty());
-}
-
 TEST_F(Filters, AnUnreadableFileGivesNoFiltersAndIsNotOverwrittenByAdding) {
     writeFile(filterFile(), "caf\xe9\n");
     filters.loadFilterFile();
