@@ -57,7 +57,7 @@ TEST(FileSystem, AFailedWriteNamesTheFileAndTheSystemsReasonAndLeavesTheOldFile)
     EXPECT_EQ(fileContents(path), "old contents!");
 }
 
-TEST(FileSystem, FileEndingsAreReadBehindTrailingBreaks) {
+TEST(FileSystem, EndingsAreReadBehindTrailingBreaksAndHeadsUpToTheirMarker) {
     TemporaryHome home;
     const std::string path = home.path() + "/page.html";
     writeFile(path, std::string(1000, 'x') + "</html>\n \n");
@@ -66,6 +66,17 @@ TEST(FileSystem, FileEndingsAreReadBehindTrailingBreaks) {
     writeFile(path, "</html");
     EXPECT_FALSE(fileEndsWith(path, "</html>"));
     EXPECT_FALSE(fileEndsWith(home.path() + "/missing", "</html>"));
+
+    // A head is read up to its marker, which here straddles the reads of 64 KiB; what follows
+    // it is never checked.
+    const std::string head = std::string(64 * 1024 - 3, 'h');
+    writeFile(home.path() + "/layout.html", head + "<body>\xff<body>");
+    EXPECT_EQ(readTextFileUpTo(home.path() + "/layout.html", "<body>"), head);
+    writeFile(home.path() + "/short.html", "no marker");
+    EXPECT_EQ(readTextFileUpTo(home.path() + "/short.html", "<body>"), "no marker");
+    writeFile(home.path() + "/latin1.html", "caf\xe9<body>");
+    EXPECT_EQ(readTextFileUpTo(home.path() + "/latin1.html", "<body>"), std::nullopt);
+    EXPECT_EQ(readTextFileUpTo(home.path() + "/missing.html", "<body>"), std::nullopt);
 }
 
 TEST(FolderLock, ASecondHolderIsTurnedAwayUntilTheFirstLetsGo) {
@@ -85,20 +96,7 @@ TEST(FolderLock, ASecondHolderIsTurnedAwayUntilTheFirstLetsGo) {
               home.path() + "/missing/.lock: No such file or directory");
 }
 
-TEST(FileSystem, AHeadIsReadUpToItsMarker) {
-    TemporaryHome home;
-    // The marker straddles the reads of 64 KiB; what follows it is never checked.
-    const std::string head = std::string(64 * 1024 - 3, 'h');
-    writeFile(home.path() + "/layout.html", head + "<body>\xff<body>");
-    EXPECT_EQ(readTextFileUpTo(home.path() + "/layout.html", "<body>"), head);
-    writeFile(home.path() + "/short.html", "no marker");
-    EXPECT_EQ(readTextFileUpTo(home.path() + "/short.html", "<body>"), "no marker");
-    writeFile(home.path() + "/latin1.html", "caf\xe9<body>");
-    EXPECT_EQ(readTextFileUpTo(home.path() + "/latin1.html", "<body>"), std::nullopt);
-    EXPECT_EQ(readTextFileUpTo(home.path() + "/missing.html", "<body>"), std::nullopt);
-}
-
-TEST(FileSystem, WalkListsFoldersBeforeTheirContentsInNameOrder) {
+TEST(FileSystem, FoldersAreWalkedInNameOrderAndCreatedOneLevelAtATime) {
     TemporaryHome home;
     writeFile(home.path() + "/b/z.txt", "");
     writeFile(home.path() + "/b/a.txt", "");
@@ -107,10 +105,8 @@ TEST(FileSystem, WalkListsFoldersBeforeTheirContentsInNameOrder) {
     EXPECT_EQ(walkFolder(home.path()),
               (std::vector<std::string>{"a.txt", "b", "b/a.txt", "b/z.txt", "link"}));
     EXPECT_TRUE(walkFolder(home.path() + "/missing").empty());
-}
 
-TEST(FileSystem, FolderCreationIsOneLevelUnlessParentsAreAsked) {
-    TemporaryHome home;
+    // Creation is one level unless parents are asked for.
     EXPECT_EQ(createFolder(home.path() + "/x/y").message(),
               home.path() + "/x/y: No such file or directory");
     EXPECT_TRUE(createFolderWithParents(home.path() + "/x/y"));

@@ -47,43 +47,32 @@ protected:
     std::set<int> peers;
 };
 
-struct Answer {
-    std::string path;  // on the test server, or a whole URL
-    http::Redirects redirects;
-    bool isHttp;
-    long status;
-    std::string mimeType;
-    std::string body;
-    std::string errorText;
-};
+// A response as one line: status, media type and Last-Modified (seconds since 1970), then the
+// body or why nothing answered in HTTP.
+std::string summary(const http::Response& response) {
+    std::string text = std::to_string(response.statusCode) + " " + response.mimeType;
+    if (response.lastModified) {
+        text += " " + std::to_string(std::chrono::system_clock::to_time_t(*response.lastModified));
+    }
+    return text + (response.isHttp ? " | " + response.body : " ! " + response.errorText);
+}
 
 TEST_F(Http, AnswersAndTheReasonsForNoAnswer) {
     const auto follow = http::Redirects::Follow;
-    const std::vector<Answer> cases = {
-        {"/page", follow, true, 200, "text/html", "<html>ok</html>", ""},
-        {"/moved", follow, true, 200, "text/html", "<html>ok</html>", ""},
-        {"/moved", http::Redirects::Report, true, 302, "", "", ""},
-        {"http://nowhere.invalid/", follow, false, 0, "", "",
-         "Could not resolve host: nowhere.invalid"},
+    const std::vector<std::tuple<std::string, http::Redirects, std::string>> cases = {
+        {"/page", follow, "200 text/html | <html>ok</html>"},
+        {"/moved", follow, "200 text/html | <html>ok</html>"},
+        {"/moved", http::Redirects::Report, "302  | "},
+        {"http://nowhere.invalid/", follow, "0  ! Could not resolve host: nowhere.invalid"},
+        {"file:///etc/hostname", follow,
+         "0  ! Protocol \"file\" not supported or disabled in libcurl"},
     };
-    for (const Answer& each : cases) {
+    for (const auto& [path, redirects, expected] : cases) {
         http::Request request;
-        request.url = each.path.starts_with("/") ? server.url(each.path) : each.path;
-        request.redirects = each.redirects;
-        const http::Response response = http::send(request);
-        EXPECT_EQ(response.isHttp, each.isHttp) << each.path;
-        EXPECT_EQ(response.statusCode, each.status) << each.path;
-        EXPECT_EQ(response.mimeType, each.mimeType) << each.path;
-        EXPECT_EQ(response.body.substr(0, each.body.size()), each.body) << each.path;
-        EXPECT_TRUE(response.errorText.starts_with(each.errorText)) << response.errorText;
-        EXPECT_EQ(response.errorText.empty(), each.errorText.empty()) << each.path;
-        EXPECT_EQ(response.lastModified, std::nullopt) << each.path;
+        request.url = path.starts_with("/") ? server.url(path) : path;
+        request.redirects = redirects;
+        EXPECT_EQ(summary(http::send(request)), expected) << path;
     }
-    http::Request other;
-    other.url = "file:///etc/hostname";
-    const http::Response response = http::send(other);
-    EXPECT_FALSE(response.isHttp);
-    EXPECT_FALSE(response.errorText.empty());
     EXPECT_EQ(http::fetchBytes("ftp://127.0.0.1/x", kWait), std::nullopt);
 }
 
@@ -109,14 +98,6 @@ RawHttpServer::Route dated(const std::string& date) {
     return RawHttpServer::whole("HTTP/1.1 200 OK\r\nLast-Modified: " + date + "\r\n" + kEnd);
 }
 
-struct RawCase {
-    std::string target;
-    long status;
-    std::string mimeType;
-    std::optional<std::chrono::system_clock::time_point> lastModified;
-    std::string errorText;
-};
-
 // Only the last response counts, the first of repeated fields, and dates in any of the three
 // forms; a server that never answers times out.
 TEST(HttpFields, AreReadFromTheFinalAnswer) {
@@ -136,23 +117,20 @@ TEST(HttpFields, AreReadFromTheFinalAnswer) {
         {"/vague", dated("yesterday-ish")},
         {"/silent", RawHttpServer::silent()},
     });
-    const auto november6 = std::chrono::system_clock::from_time_t(784111777);
-    const std::vector<RawCase> cases = {
-        {"/moved", 200, "", std::nullopt, ""},          {"/interim", 200, "", std::nullopt, ""},
-        {"/repeated", 200, "text/html", november6, ""}, {"/rfc850", 200, "", november6, ""},
-        {"/asctime", 200, "", november6, ""},           {"/vague", 200, "", std::nullopt, ""},
-        {"/silent", 0, "", std::nullopt, "Timed out"},
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {"/moved", "200  | ok"},
+        {"/interim", "200  | ok"},
+        {"/repeated", "200 text/html 784111777 | ok"},
+        {"/rfc850", "200  784111777 | ok"},
+        {"/asctime", "200  784111777 | ok"},
+        {"/vague", "200  | ok"},
+        {"/silent", "0  ! Timed out"},
     };
-    for (const RawCase& each : cases) {
+    for (const auto& [target, expected] : cases) {
         http::Request request;
-        request.url = server.url(each.target);
+        request.url = server.url(target);
         request.timeout = http::Seconds{1};
-        const auto response = http::send(request);
-        EXPECT_EQ(response.isHttp, each.errorText.empty()) << each.target;
-        EXPECT_EQ(response.errorText, each.errorText) << each.target;
-        EXPECT_EQ(response.statusCode, each.status) << each.target;
-        EXPECT_EQ(response.mimeType, each.mimeType) << each.target;
-        EXPECT_EQ(response.lastModified, each.lastModified) << each.target;
+        EXPECT_EQ(summary(http::send(request)), expected) << target;
     }
 }
 
