@@ -15,8 +15,6 @@
 
 #include "support/TemporaryHome.h"
 
-extern char** environ;
-
 namespace loomcrest::test {
 
 struct CommandResult {
@@ -40,14 +38,8 @@ inline CommandResult runLoomcrest(const TemporaryHome& home,
         argv.push_back(text.data());
     }
     argv.push_back(nullptr);
-    std::string homeVariable = "HOME=" + home.path();
-    std::vector<char*> environment{homeVariable.data()};
-    for (char** variable = environ; *variable != nullptr; ++variable) {
-        if (std::string_view(*variable).substr(0, 5) != "HOME=") {
-            environment.push_back(*variable);
-        }
-    }
-    environment.push_back(nullptr);
+    // The child inherits $HOME, which `home` points at its folder while it lives.
+    EXPECT_EQ(std::getenv("HOME"), home.path());
     std::array<int, 2> out{};
     std::array<int, 2> err{};
     if (pipe(out.data()) != 0 || pipe(err.data()) != 0) {
@@ -63,7 +55,7 @@ inline CommandResult runLoomcrest(const TemporaryHome& home,
         close(err[0]);
         const rlimit limit{fileSizeLimit, fileSizeLimit};
         setrlimit(RLIMIT_FSIZE, &limit);
-        execve(argv[0], argv.data(), environment.data());
+        execv(argv[0], argv.data());
         _exit(127);
     }
     if (started != nullptr) {
