@@ -23,6 +23,29 @@ struct CommandResult {
     std::string err;
 };
 
+// Reads the child's two streams into `result` until both are closed.
+inline void readUntilClosed(int out, int err, CommandResult& result) {
+    std::array<pollfd, 2> streams{pollfd{out, POLLIN, 0}, pollfd{err, POLLIN, 0}};
+    std::array<std::string*, 2> texts{&result.out, &result.err};
+    int openStreams = 2;
+    while (openStreams > 0 && poll(streams.data(), streams.size(), -1) > 0) {
+        for (size_t i = 0; i < streams.size(); ++i) {
+            if (streams[i].fd < 0 || streams[i].revents == 0) {
+                continue;
+            }
+            std::array<char, 4096> buffer{};
+            const ssize_t got = read(streams[i].fd, buffer.data(), buffer.size());
+            if (got <= 0) {
+                close(streams[i].fd);
+                streams[i].fd = -1;
+                --openStreams;
+            } else {
+                texts[i]->append(buffer.data(), static_cast<size_t>(got));
+            }
+        }
+    }
+}
+
 // Runs the real `loomcrest` binary with $HOME pointing at `home` and standard input empty,
 // capturing both streams through pipes. With `fileSizeLimit` it may write no file past that
 // many bytes, as on a full disk; the limit does not touch the pipes. `started`, when given,
@@ -64,25 +87,7 @@ inline CommandResult runLoomcrest(const TemporaryHome& home,
     close(out[1]);
     close(err[1]);
     CommandResult result;
-    std::array<pollfd, 2> streams{pollfd{out[0], POLLIN, 0}, pollfd{err[0], POLLIN, 0}};
-    std::array<std::string*, 2> texts{&result.out, &result.err};
-    int openStreams = 2;
-    while (openStreams > 0 && poll(streams.data(), streams.size(), -1) > 0) {
-        for (size_t i = 0; i < streams.size(); ++i) {
-            if (streams[i].fd < 0 || streams[i].revents == 0) {
-                continue;
-            }
-            std::array<char, 4096> buffer{};
-            const ssize_t got = read(streams[i].fd, buffer.data(), buffer.size());
-            if (got <= 0) {
-                close(streams[i].fd);
-                streams[i].fd = -1;
-                --openStreams;
-            } else {
-                texts[i]->append(buffer.data(), static_cast<size_t>(got));
-            }
-        }
-    }
+    readUntilClosed(out[0], err[0], result);
     int status = 0;
     waitpid(child, &status, 0);
     result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
