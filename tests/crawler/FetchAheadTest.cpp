@@ -144,44 +144,27 @@ std::vector<std::string> requestLines(const std::vector<std::string>& requests, 
     return lines;
 }
 
-// Answers the warning, noting how many requests the server had logged when it came.
-class CountingAnswer : public AlertPresenter {
-public:
-    explicit CountingAnswer(const test::RawHttpServer& server) : server_(server) {}
-    void presentAlert(const Alert& alert, AlertCompletion completion) override {
-        shown.push_back(alert);
-        requestsBefore.push_back(server_.requestLines().size());
-        completion(answer);
-    }
-    std::vector<Alert> shown;
-    std::vector<size_t> requestsBefore;
-    int answer = kDefaultButtonCode;
-
-private:
-    const test::RawHttpServer& server_;
-};
-
 class OneConnection : public test::ScanFixture {
 protected:
+    // The requests of one scan, and how many of them came before the warning.
     std::pair<std::vector<std::string>, size_t> scanWith(bool fetchOnce, int answer) {
         CrawlSettings settings;
         settings.setFetchOnce(fetchOnce);
         useSettings(settings);
-        counting.shown.clear();
-        counting.requestsBefore.clear();
-        counting.answer = answer;
         const size_t before = site.requestLines().size();
-        loop.perform([this] { answering.scanSiteAction(); });
-        loop.run();
-        EXPECT_EQ(counting.shown.size(), 1U);
+        size_t atWarning = before;
+        alerts.shown.clear();
+        alerts.answers = {answer};
+        alerts.onShown = [&] { atWarning = site.requestLines().size(); };
+        scan();
+        alerts.onShown = {};
+        EXPECT_EQ(alerts.shown.size(), 1U);
         std::vector<std::string> log = site.requestLines();
         log.erase(log.begin(), log.begin() + static_cast<std::ptrdiff_t>(before));
-        return {log, counting.requestsBefore.empty() ? 0 : counting.requestsBefore[0] - before};
+        return {log, atWarning - before};
     }
 
     test::RawHttpServer site{everyKindOfPage()};
-    CountingAnswer counting{site};
-    ScanDriver answering{process, siteView, sheet, counting, loop};
 };
 
 TEST_F(OneConnection, RequestsComeInTheOrderOfAScanThatFetchedEachPageInTurn) {
