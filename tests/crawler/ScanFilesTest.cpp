@@ -98,12 +98,6 @@ TEST_F(ScanFiles, TheScanBeforeTheLastIsKeptAndCanBePutBack) {
         << "the details show what was restored";
     EXPECT_EQ(alerts.shown.back().title,
               "Do you really want to restore the previous sitemaps of the site:\nTest");
-
-    alerts.shown.clear();
-    restore.restorePreviousSitemaps();
-    EXPECT_EQ(
-        alerts.described(),
-        std::vector<std::string>{"Refusal: There are no previous sitemaps to restore. |  [OK]"});
 }
 
 TEST_F(ScanFiles, AFullDiskStopsTheScanAndLeavesThePreviousFiles) {
