@@ -11,8 +11,8 @@
 #include "sitemap/SitemapFiles.h"
 #include "sites/SiteFile.h"
 #include "sites/SitemapRestore.h"
-#include "support/FileSizeLimit.h"
 #include "support/ScanFixture.h"
+#include "support/TemporaryHome.h"
 
 // What a scan does to the files it replaces, and to a disk that cannot take them.
 namespace loomcrest {

@@ -7,8 +7,8 @@
 
 #include "crawler/CrawlSettingsFile.h"
 #include "sitemap/SitemapFiles.h"
-#include "support/Arrivals.h"
 #include "support/ScanFixture.h"
+#include "support/TestServer.h"
 #include "support/TextChecks.h"
 
 namespace loomcrest {

@@ -7,7 +7,6 @@
 
 #include "platform/FolderLock.h"
 #include "platform/StreamingFile.h"
-#include "support/FileSizeLimit.h"
 #include "support/TemporaryHome.h"
 
 namespace loomcrest {

@@ -8,7 +8,6 @@
 #include <thread>
 #include <tuple>
 
-#include "support/Arrivals.h"
 #include "support/RawHttpServer.h"
 #include "support/TestServer.h"
 
