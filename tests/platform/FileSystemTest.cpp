@@ -16,24 +16,20 @@ using test::fileContents;
 using test::TemporaryHome;
 using test::writeFile;
 
-TEST(FileSystem, AtomicWriteReplacesTheWholeFileAndLeavesNoTemporary) {
+TEST(FileSystem, AtomicWriteReplacesTheWholeFileOrNothingAndLeavesNoTemporary) {
     TemporaryHome home;
     const std::string path = home.path() + "/file.txt";
     ASSERT_TRUE(writeFileAtomically(path, "first version, long"));
     ASSERT_TRUE(writeFileAtomically(path, "second"));
     EXPECT_EQ(fileContents(path), "second");
-    EXPECT_EQ(walkFolder(home.path()), std::vector<std::string>{"file.txt"});
     // The replacement keeps the file's permissions.
     ASSERT_EQ(chmod(path.c_str(), 0640), 0);
     ASSERT_TRUE(writeFileAtomically(path, "new"));
     struct stat info {};
     ASSERT_EQ(stat(path.c_str(), &info), 0);
     EXPECT_EQ(info.st_mode & 0777, 0640U);
-}
 
-TEST(FileSystem, AFailedWriteNamesTheFileAndTheSystemsReasonAndLeavesTheOldFile) {
-    TemporaryHome home;
-    const std::string path = home.path() + "/file.txt";
+    // A failed write names the file and the reason, and leaves the old file.
     writeFile(path, "old contents");
     {
         const test::FileSizeLimit fullDisk(8);
@@ -45,7 +41,8 @@ TEST(FileSystem, AFailedWriteNamesTheFileAndTheSystemsReasonAndLeavesTheOldFile)
         EXPECT_TRUE(files.closeAll());
     }
     EXPECT_EQ(fileContents(path), "old contents");
-    EXPECT_EQ(walkFolder(home.path()), std::vector<std::string>{"file.txt"}) << "no temporary";
+    EXPECT_EQ(walkFolder(home.path()), std::vector<std::string>{"file.txt"})
+        << "no temporary, whether the write went through or not";
 
     const std::string missing = home.path() + "/missing/file.txt";
     EXPECT_EQ(writeFileAtomically(missing, "x").message(), missing + ": No such file or directory");

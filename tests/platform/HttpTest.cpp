@@ -73,9 +73,7 @@ TEST_F(Http, AnswersAndTheReasonsForNoAnswer) {
         EXPECT_EQ(summary(http::send(request)), expected) << path;
     }
     EXPECT_EQ(http::fetchBytes("ftp://127.0.0.1/x", kWait), std::nullopt);
-}
-
-TEST_F(Http, TextFetchesRefuseMalformedUtf8) {
+    // Text fetches refuse malformed UTF-8.
     EXPECT_EQ(http::fetchBytes(server.url("/latin1"), kWait), "caf\xe9");
     EXPECT_EQ(http::fetchText(server.url("/latin1"), kWait), std::nullopt);
     EXPECT_EQ(http::fetchText(server.url("/page"), kWait), "<html>ok</html>");

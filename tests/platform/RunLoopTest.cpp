@@ -57,7 +57,7 @@ TEST(RunLoop, ManyWaitsInARowEachSeeTheirWorkDone) {
     EXPECT_EQ(seenByWorker, kWaits);
 }
 
-TEST(RunLoop, TimersFireInDeadlineOrderAndPendingOnesAreDroppedAtStop) {
+TEST(RunLoop, TimersFireInDeadlineOrderPendingOnesAreDroppedAtStopAndIdleWorkRuns) {
     RunLoop loop;
     std::vector<std::string> fired;
     loop.performAfter(30ms, [&] { fired.push_back("late"); });
@@ -66,15 +66,13 @@ TEST(RunLoop, TimersFireInDeadlineOrderAndPendingOnesAreDroppedAtStop) {
     loop.performAfter(10s, [&] { fired.push_back("never"); });
     loop.run();
     EXPECT_EQ(fired, (std::vector<std::string>{"early", "late"}));
-}
 
-TEST(RunLoop, IdleWorkRunsWhileTheLoopWaits) {
-    RunLoop loop;
+    RunLoop waiting;
     int idleCalls = 0;
-    loop.run(
+    waiting.run(
         [&] {
             if (++idleCalls == 3) {
-                loop.stop();
+                waiting.stop();
             }
         },
         5ms);

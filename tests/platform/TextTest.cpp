@@ -44,11 +44,14 @@ TEST(Utf8, AcceptsWellFormedAndRejectsMalformedText) {
     }
 }
 
-TEST(ReplaceAll, ReplacesLeftToRightWithoutOverlap) {
+TEST(ReplaceAllAndSplit, GoLeftToRightWithoutOverlapKeepingEmptyPieces) {
     EXPECT_EQ(replaceAll("a b  c", " ", "%20"), "a%20b%20%20c");
     EXPECT_EQ(replaceAll("http://http://http://x", "http://http://", "http://"), "http://http://x");
     EXPECT_EQ(replaceAll("aaa", "aa", "b"), "ba");
     EXPECT_EQ(replaceAll("unchanged", "", "x"), "unchanged");
+    EXPECT_EQ(split("a\nb\n", '\n'), (std::vector<std::string>{"a", "b", ""}));
+    EXPECT_EQ(split("", '\n'), std::vector<std::string>{""});
+    EXPECT_EQ(split("\n", '\n'), (std::vector<std::string>{"", ""}));
 }
 
 TEST(ContainsIgnoringCase, IsAPlainSearch) {
@@ -62,12 +65,6 @@ TEST(ContainsIgnoringCase, IsAPlainSearch) {
     EXPECT_FALSE(containsIgnoringCase("abc", ""));
 }
 
-TEST(Split, KeepsEmptyPieces) {
-    EXPECT_EQ(split("a\nb\n", '\n'), (std::vector<std::string>{"a", "b", ""}));
-    EXPECT_EQ(split("", '\n'), std::vector<std::string>{""});
-    EXPECT_EQ(split("\n", '\n'), (std::vector<std::string>{"", ""}));
-}
-
 TEST(LeadingIntegerValue, ReadsTheLeadingNumberLeniently) {
     EXPECT_EQ(leadingIntegerValue("  -7 pages"), -7);
     EXPECT_EQ(leadingIntegerValue("+3"), 3);
@@ -77,7 +74,7 @@ TEST(LeadingIntegerValue, ReadsTheLeadingNumberLeniently) {
     EXPECT_EQ(leadingIntegerValue("-99999999999999999999"), -2147483648LL);
 }
 
-TEST(Regex, MatchesCharactersGreedilyAndStopsOnlyAtALineFeed) {
+TEST(Regex, MatchesGreedilyStopsOnlyAtALineFeedAndFindsFromAnyStart) {
     EXPECT_FALSE(Regex("<a>(.*)</a>").firstMatch("<a>x\ny</a>").has_value());
     EXPECT_EQ(Regex("<a>(.*)</a>").firstMatch("<a>x\ry</a>")->capture(1), "x\ry");
     EXPECT_EQ(Regex("<b>(.*)</b>").firstMatch("<b>1</b><b>2</b>")->capture(1), "1</b><b>2");
@@ -95,9 +92,6 @@ TEST(Regex, MatchesCharactersGreedilyAndStopsOnlyAtALineFeed) {
     const Regex broken("(unclosed");
     EXPECT_FALSE(broken.isValid());
     EXPECT_FALSE(broken.firstMatch("(unclosed").has_value());
-}
-
-TEST(Regex, FindReportsWhereAMatchStandsFromAnyStart) {
     const Regex pattern("b+");
     EXPECT_EQ(pattern.find("abba bb")->begin, 1U);
     EXPECT_EQ(pattern.find("abba bb")->end, 3U);
