@@ -117,18 +117,6 @@ TEST(CrawlSettingsFile, WritesEverySettingAndReadsItBack) {
               home.path() + "/no such folder/crawl.json: No such file or directory");
 }
 
-// A missing file gives the defaults silently in every scan test.
-TEST(CrawlSettingsFile, AnUnreadableFileMeansTheDefaultsSilently) {
-    test::TemporaryHome home;
-    test::writeFile(home.path() + "/crawl.json", R"({"connections": 4})");
-    ASSERT_EQ(::chmod((home.path() + "/crawl.json").c_str(), 0), 0);
-    if (::geteuid() != 0) {  // root reads it all the same
-        const CrawlSettingsRead read = readCrawlSettings(home.path());
-        EXPECT_EQ(read.problem, std::nullopt);
-        EXPECT_EQ(read.settings, CrawlSettings());
-    }
-}
-
 struct Malformed {
     std::string text;
     std::string problem;
@@ -168,6 +156,13 @@ TEST(CrawlSettingsFile, AMalformedFileIsReportedAndGivesTheDefaults) {
     EXPECT_EQ(partial.problem, std::nullopt);
     EXPECT_TRUE(partial.settings.fetchOnce());
     EXPECT_EQ(partial.settings.connections(), 1);
+    // An unreadable file means the defaults silently, as a missing one does in every scan test.
+    test::writeFile(home.path() + "/crawl.json", R"({"connections": 4})");
+    ASSERT_EQ(::chmod((home.path() + "/crawl.json").c_str(), 0), 0);
+    if (::geteuid() != 0) {  // root reads it all the same
+        EXPECT_EQ(readCrawlSettings(home.path()).problem, std::nullopt);
+        EXPECT_EQ(readCrawlSettings(home.path()).settings, CrawlSettings());
+    }
 
     const Alert unwritable =
         unwritableCrawlSettingsAlert(WriteResult::failure("/sites/A/crawl.json", "Disk full"));

@@ -30,10 +30,7 @@ public:
     void showProgressSheet(bool shown) override {
         events.push_back(shown ? "progress" : "no progress");
     }
-    void showProgress(const ScanProgress& progress) override {
-        lastProgress = progress;
-        progressShown.push_back(progress);
-    }
+    void showProgress(const ScanProgress& progress) override { progressShown.push_back(progress); }
     void showTotalLinks(int32_t totalLinks) override { lastTotalLinks = totalLinks; }
     void showEndPanel(bool shown) override {
         events.push_back(shown ? "end panel" : "no end panel");
@@ -47,7 +44,6 @@ public:
     }
 
     std::vector<std::string> events;
-    ScanProgress lastProgress;
     std::vector<ScanProgress> progressShown;
     int32_t lastTotalLinks = -1;
     std::function<void()> onEnded;
