@@ -4,8 +4,6 @@
 
 #include <atomic>
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
 #include <thread>
 
 #include "crawler/CrawlSettingsFile.h"
@@ -56,27 +54,20 @@ TEST(FetchAhead, PagesComeBackInListOrderWithinTheWindow) {
 }
 
 TEST(FetchAhead, StoppingDropsWhatWasNotTaken) {
-    std::mutex mutex;
-    std::condition_variable started;
-    int fetches = 0;
+    test::Arrivals fetches;
     {
         FetchAhead ahead(2, 16, [&](const std::string&) {
-            {
-                const std::lock_guard lock(mutex);
-                ++fetches;
-            }
-            started.notify_all();
+            fetches.note();
             std::this_thread::sleep_for(5ms);
             return FetchedPage{};
         });
         for (int i = 0; i < 16; ++i) {
             ahead.handOver("/p");
         }
-        std::unique_lock lock(mutex);
-        started.wait(lock, [&] { return fetches >= 2; });
+        ASSERT_TRUE(fetches.waitFor(2));
     }
     // The two under way finish; the fourteen waiting are never fetched.
-    EXPECT_LT(fetches, 16);
+    EXPECT_LT(fetches.count(), 16U);
 }
 
 // Every kind of page a scan meets, served by a bare server that also takes the URL with four

@@ -163,12 +163,20 @@ protected:
         server.start();
     }
 
-    void TearDown() override {
-        {
-            const std::lock_guard lock(mutex);
-            release = true;
-        }
+    void TearDown() override { releaseHung(); }
+
+    void releaseHung() {
+        const std::lock_guard lock(mutex);
+        release = true;
         released.notify_all();
+    }
+
+    // Cancels `cancellation` from a thread of its own once `count` requests have arrived.
+    std::jthread cancelOnArrival(size_t count, Cancellation& cancellation) {
+        return std::jthread([this, count, &cancellation] {
+            arrivals.waitFor(count);
+            cancellation.cancel();
+        });
     }
 
     http::Response get(const std::string& target, const http::Session* session) {
@@ -215,12 +223,8 @@ TEST_F(HttpSession, CancelEndsTheRetryWaitAtOnceAndTransfersOnlyWhenAsked) {
     Cancellation first;
     http::Session waiting;
     waiting.setCancellation(&first, false);
-    std::thread canceller([&] {
-        arrivals.waitFor(1);
-        first.cancel();
-    });
+    const std::jthread firstCanceller = cancelOnArrival(1, first);
     const http::Response retry = get("/busy?after=120", &waiting);
-    canceller.join();
     EXPECT_TRUE(retry.interrupted);
     EXPECT_EQ(retry.statusCode, 503) << "what answered before the cancel";
     EXPECT_EQ(arrivals.count(), 1U);
@@ -228,26 +232,19 @@ TEST_F(HttpSession, CancelEndsTheRetryWaitAtOnceAndTransfersOnlyWhenAsked) {
     Cancellation later;
     http::Session session;
     session.setCancellation(&later, true);
-    canceller = std::thread([&] {
-        arrivals.waitFor(2);
-        later.cancel();
-    });
+    const std::jthread laterCanceller = cancelOnArrival(2, later);
     const http::Response response = get("/hang", &session);
-    canceller.join();
     EXPECT_TRUE(response.interrupted);
     EXPECT_FALSE(response.isHttp);
 
     // Without being asked to, a cancelled session lets a transfer finish.
     http::Session patient;
     patient.setCancellation(&later, false);
-    std::thread releaser([&] {
+    const std::jthread releaser([this] {
         arrivals.waitFor(3);
-        const std::lock_guard lock(mutex);
-        release = true;
-        released.notify_all();
+        releaseHung();
     });
     const http::Response finished = get("/hang", &patient);
-    releaser.join();
     EXPECT_FALSE(finished.interrupted);
     EXPECT_EQ(finished.body, "late");
 
@@ -265,12 +262,11 @@ TEST(RateLimiter, NoLimitNeverWaitsAndACancelEndsAWait) {
     RateLimiter slow(0.001);
     EXPECT_TRUE(slow.acquire(nullptr));
     Cancellation later;
-    std::thread canceller([&] {
+    const std::jthread canceller([&] {
         std::this_thread::sleep_for(20ms);
         later.cancel();
     });
     EXPECT_FALSE(slow.acquire(&later)) << "the next turn is 1000 s away";
-    canceller.join();
 }
 
 }  // namespace
