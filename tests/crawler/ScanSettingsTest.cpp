@@ -15,7 +15,6 @@ namespace loomcrest {
 namespace {
 
 using namespace std::chrono_literals;
-using test::TestPage;
 
 constexpr int kPages = 40;
 

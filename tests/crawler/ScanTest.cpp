@@ -18,7 +18,6 @@
 namespace loomcrest {
 namespace {
 
-using test::TestPage;
 
 const std::string kClearer(layoutmarkup::kClearer);
 const std::string kRowOpening(layoutmarkup::kRowOpening);

@@ -14,6 +14,12 @@
 namespace loomcrest {
 namespace {
 
+// A URL's parts as one line.
+std::string described(const UrlParts& parts) {
+    return parts.scheme + "|" + parts.host + "|" + parts.path +
+           (parts.hasQuery ? "?" + parts.query : "");
+}
+
 TEST(Utf8, AcceptsWellFormedAndRejectsMalformedText) {
     // Each range is checked at both of its ends.
     const std::vector<std::pair<std::string, bool>> cases = {
@@ -105,7 +111,7 @@ TEST(Regex, MatchesGreedilyStopsOnlyAtALineFeedAndFindsFromAnyStart) {
 
 // Absolute references give their scheme as written, relative ones none, and text that is no
 // URI does not parse.
-TEST(UrlScheme, IsReadAsWrittenOrNotAtAll) {
+TEST(Urls, SchemesAreReadAsWrittenPartsDecodedAndReferencesResolved) {
     const std::vector<std::pair<std::string, std::optional<std::string>>> cases = {
         {"http://example.com/", "http"},
         {"HTTPS://example.com/", "HTTPS"},
@@ -119,24 +125,17 @@ TEST(UrlScheme, IsReadAsWrittenOrNotAtAll) {
     for (const auto& [text, scheme] : cases) {
         EXPECT_EQ(urlScheme(text), scheme) << text;
     }
-}
 
-TEST(ParseUrl, GivesSchemeHostDecodedPathAndQuery) {
-    const auto parts = parseUrl("http://www.host:8080/a%20b/c.html?x=1&y=2");
-    ASSERT_TRUE(parts.has_value());
-    EXPECT_EQ(parts->scheme, "http");
-    EXPECT_EQ(parts->host, "www.host");
-    EXPECT_EQ(parts->path, "/a b/c.html");
-    EXPECT_TRUE(parts->hasQuery);
-    EXPECT_EQ(parts->query, "x=1&y=2");
-    EXPECT_EQ(parseUrl("http://host")->path, "");
-    EXPECT_EQ(parseUrl("http://host/dir/")->path, "/dir/");
-    EXPECT_TRUE(parseUrl("http://host/p?")->hasQuery);
-    EXPECT_FALSE(parseUrl("http://host/p")->hasQuery);
+    // Parsing gives the scheme, host, decoded path and query.
+    EXPECT_EQ(described(*parseUrl("http://www.host:8080/a%20b/c.html?x=1&y=2")),
+              "http|www.host|/a b/c.html?x=1&y=2");
+    EXPECT_EQ(described(*parseUrl("http://host")), "http|host|");
+    EXPECT_EQ(described(*parseUrl("http://host/dir/")), "http|host|/dir/");
+    EXPECT_EQ(described(*parseUrl("http://host/p?")), "http|host|/p?");
+    EXPECT_EQ(described(*parseUrl("http://host/p")), "http|host|/p");
     EXPECT_FALSE(parseUrl("http://host/a b").has_value());
-}
 
-TEST(ResolveUrl, FollowsTheStandardResolution) {
+    // Resolution follows the standard.
     const std::string base = "http://host/a/b/page.html";
     EXPECT_EQ(resolveUrl(base, "../x.html"), "http://host/a/x.html");
     EXPECT_EQ(resolveUrl(base, "../../../../x.html"), "http://host/x.html");
@@ -220,11 +219,6 @@ TEST(MarkupWalk, XmlDocumentsKeepXPathRules) {
     const auto plain = MarkupDocument::parseXml("<r><a>1</a><b><a>2</a></b></r>");
     ASSERT_TRUE(plain);
     EXPECT_EQ(markupOf(plain->elementsNamed("a", 1)), std::vector<std::string>{"<a>1</a>"});
-}
-
-std::string described(const UrlParts& parts) {
-    return parts.scheme + "|" + parts.host + "|" + parts.path +
-           (parts.hasQuery ? "?" + parts.query : "");
 }
 
 // The parts a link is judged by, from the resolution, must be those of its printed text
