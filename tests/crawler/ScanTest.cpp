@@ -18,7 +18,6 @@
 namespace loomcrest {
 namespace {
 
-
 const std::string kClearer(layoutmarkup::kClearer);
 const std::string kRowOpening(layoutmarkup::kRowOpening);
 const std::string kCellSeparator(layoutmarkup::kCellSeparator);
@@ -431,9 +430,9 @@ TEST_F(HostileServers, NeitherHangNorCrashTheScan) {
     EXPECT_EQ(process.vrlmpBadLinkArray,
               (std::vector<std::string>{hostile.url("/silent.html"), hostile.url("/slow.html"),
                                         hostile.url("/endless.html"), hostile.url("/loop.html")}));
-    EXPECT_EQ(figures(),
-              "links " + std::to_string(scanner().totLinks) + ", pages 8, scanned 4, broken 4");
-    EXPECT_GT(scanner().totLinks, kManyAnchors);
+    EXPECT_EQ(figures(), "links " + std::to_string(driver.scanner().totLinks) +
+                             ", pages 8, scanned 4, broken 4");
+    EXPECT_GT(driver.scanner().totLinks, kManyAnchors);
     for (const char* file : {"sitemap1c.html", "sitemap2c.html", "sitemap3c.html",
                              "sitemap1cpo.html", "sitemap2cpo.html", "sitemap3cpo.html"}) {
         EXPECT_TRUE(siteFile(file).ends_with("</body>\n</html>")) << file;

@@ -106,8 +106,6 @@ protected:
         return fileContents(home.dataRoot() + "/Test/" + name);
     }
 
-    SiteScanner& scanner() { return driver.scanner(); }
-
     // The figures of the site's details as the window shows them.
     std::string figures() const {
         const SiteDetailsFields& shown = siteView.state().details;
