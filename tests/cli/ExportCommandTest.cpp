@@ -3,11 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include "CommandSteps.h"
 #include "platform/Text.h"
 #include "sitemap/SitemapFiles.h"
 #include "sitemap/XmlSitemapFormat.h"
 #include "support/Golden.h"
 #include "support/RunCommand.h"
+#include "support/TextChecks.h"
 
 // `export` and `validate`.
 namespace loomcrest {
@@ -30,19 +32,16 @@ TEST_F(ExportCommand, WritesTheChosenFileOrRefuses) {
     ASSERT_EQ(run({"demo"}).exitCode, 0);
     const std::string out = home.path() + "/site-map.html";
     expectSteps({
-        {{"export", "Demo", "2cpo", out}, 0, "", std::nullopt},
-        {{"export", "Demo", "broken-txt", home.path() + "/b.txt"}, 0, "", std::nullopt},
-        {{"export", "Shop", "xml", home.path() + "/n.xml"},
-         1,
-         "",
-         "The sitemap you are trying to export could not be found, please make sure you have "
-         "scanned your site before exporting.\n\n"},
-        {{"export", "Demo", "4c", out}, 2, "", std::nullopt},
+        quiet({"export", "Demo", "2cpo", out}),
+        quiet({"export", "Demo", "broken-txt", home.path() + "/b.txt"}),
+        refused({"export", "Shop", "xml", home.path() + "/n.xml"},
+                "The sitemap you are trying to export could not be found, please make sure you "
+                "have scanned your site before exporting.\n\n"),
+        misused({"export", "Demo", "4c", out}),
     });
     const std::string exported = fileContents(out);
-    EXPECT_EQ(exported.find("LINKID"), std::string::npos);
-    EXPECT_NE(exported.find("<div class=\"zplPageTitle\"><a href=\"http://127.0.0.1:"),
-              std::string::npos);
+    EXPECT_FALSE(contains(exported, "LINKID"));
+    EXPECT_TRUE(contains(exported, "<div class=\"zplPageTitle\"><a href=\"http://127.0.0.1:"));
     EXPECT_TRUE(fileContents(home.path() + "/b.txt").ends_with("/spring-sale.html\n\n"));
 }
 
@@ -61,12 +60,9 @@ TEST_F(ExportCommand, ValidateNamesEveryFaultWithItsLineAndReadsTheFileNamed) {
          1,
          "Line 2: The XML is not well formed: Opening and ending tag mismatch: url line 2 and "
          "urlset\n1 problem\n"},
-        {{"validate", "Shop", home.path() + "/none.xml"},
-         1,
-         "",
-         "The sitemap \"" + home.path() +
-             "/none.xml\" could not be read: No such file or "
-             "directory.\n"},
+        refused({"validate", "Shop", home.path() + "/none.xml"},
+                "The sitemap \"" + home.path() +
+                    "/none.xml\" could not be read: No such file or directory.\n"),
     });
 }
 
@@ -76,22 +72,21 @@ TEST_F(ExportCommand, ABareAmpersandIsExportedEscapedOnlyWhenAsked) {
         "\n\t\t<lastmod>2024-05-17</lastmod>\n\t</url>";
     writeFile(site("sitemap.xml"), sitemapOf(entry));
     const std::string out = home.path() + "/out.xml";
-    expectSteps({{{"export", "Shop", "xml", out},
-                  1,
-                  "",
-                  "The XML sitemap is not well formed: line 9 holds a bare \"&\".\n"
-                  "Export it with every bare \"&\" written as \"&amp;\"? The site's own "
-                  "sitemap.xml stays as it is.\nNothing was exported. With --fix-ampersands it "
-                  "is exported with every bare \"&\" written as \"&amp;\".\n"}});
+    expectSteps(
+        {refused({"export", "Shop", "xml", out},
+                 "The XML sitemap is not well formed: line 9 holds a bare \"&\".\n"
+                 "Export it with every bare \"&\" written as \"&amp;\"? The site's own "
+                 "sitemap.xml stays as it is.\nNothing was exported. With --fix-ampersands it "
+                 "is exported with every bare \"&\" written as \"&amp;\".\n")});
     EXPECT_FALSE(std::filesystem::exists(out));
-    expectSteps({{{"export", "Shop", "xml", out, "--fix-ampersands"}, 0, "", std::nullopt}});
+    expectSteps({quiet({"export", "Shop", "xml", out, "--fix-ampersands"})});
     EXPECT_EQ(fileContents(out), sitemapOf(replaceAll(entry, "&", "&amp;")));
     EXPECT_EQ(fileContents(site("sitemap.xml")), sitemapOf(entry));
 }
 
 TEST_F(ExportCommand, ASplitAndCompressedSitemapValidates) {
     std::string entries;
-    for (int i = 0; i <= 120000; ++i) {
+    for (int i = 0; i <= 50000; ++i) {
         entries += xmlSitemapEntry("http://h.example/shop/p" + std::to_string(i) + ".html",
                                    i % 2 == 0 ? "" : "2024-05-17");
     }
@@ -103,19 +98,17 @@ TEST_F(ExportCommand, ASplitAndCompressedSitemapValidates) {
          0,
          "",
          "The XML sitemap was exported.\n"
-         "\"sitemap.xml\" is a sitemap index of 3 parts beside it, \"sitemap-1.xml.gz\" to "
-         "\"sitemap-3.xml.gz\": one file may hold at most 50,000 URLs and 50 MB.\n"
-         "60,001 empty last-modified dates were left out: search engines take an empty date as "
+         "\"sitemap.xml\" is a sitemap index of 2 parts beside it, \"sitemap-1.xml.gz\" to "
+         "\"sitemap-2.xml.gz\": one file may hold at most 50,000 URLs and 50 MB.\n"
+         "25,001 empty last-modified dates were left out: search engines take an empty date as "
          "an invalid one.\n"},
         {{"validate", "Shop", pub + "sitemap.xml"}, 0, "No problems\n"},
         {{"validate", "Shop", pub + "sitemap-1.xml.gz"}, 0, "No problems\n"},
         {{"validate", "Shop", pub + "sitemap-2.xml.gz"}, 0, "No problems\n"},
-        {{"validate", "Shop", pub + "sitemap-3.xml.gz"}, 0, "No problems\n"},
     });
-    EXPECT_NE(
-        fileContents(pub + "sitemap.xml").find("<loc>http://h.example/shop/sitemap-3.xml.gz</loc>"),
-        std::string::npos);
-    EXPECT_FALSE(std::filesystem::exists(pub + "sitemap-4.xml.gz"));
+    EXPECT_TRUE(contains(fileContents(pub + "sitemap.xml"),
+                         "<loc>http://h.example/shop/sitemap-2.xml.gz</loc>"));
+    EXPECT_FALSE(std::filesystem::exists(pub + "sitemap-3.xml.gz"));
 }
 
 TEST_F(ExportCommand, AnExportThatCannotBeWrittenSaysWhyAndExitsOne) {
@@ -129,21 +122,19 @@ TEST_F(ExportCommand, AnExportThatCannotBeWrittenSaysWhyAndExitsOne) {
         ::chmod((home.path() + "/locked").c_str(), 0555);
         readOnly = home.path() + "/locked/export.txt";
     }
-    const auto refusal = [](const std::string& file, const std::string& reason) {
+    const auto cannotWrite = [](const std::string& file, const std::string& reason) {
         return "The export could not be written to \"" + file + "\".\n" + reason + "\n";
     };
     const std::string missing = home.path() + "/missing/sitemap.html";
     expectSteps({
-        {{"export", "Shop", "3c", missing}, 1, "", refusal(missing, "No such file or directory.")},
-        {{"export", "Shop", "xml", home.path()}, 1, "", refusal(home.path(), "Is a directory.")},
-        {{"export", "Shop", "broken-html", readOnly},
-         1,
-         "",
-         refusal(readOnly, "Permission denied.")},
-        {{"export", "Shop", "broken-txt", ""},
-         1,
-         "",
-         "The export could not be written.\nNo file name was given.\n"},
+        refused({"export", "Shop", "3c", missing},
+                cannotWrite(missing, "No such file or directory.")),
+        refused({"export", "Shop", "xml", home.path()},
+                cannotWrite(home.path(), "Is a directory.")),
+        refused({"export", "Shop", "broken-html", readOnly},
+                cannotWrite(readOnly, "Permission denied.")),
+        refused({"export", "Shop", "broken-txt", ""},
+                "The export could not be written.\nNo file name was given.\n"),
     });
     EXPECT_FALSE(std::filesystem::exists(home.path() + "/missing"));
 }

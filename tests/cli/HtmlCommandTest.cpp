@@ -2,14 +2,20 @@
 
 #include <algorithm>
 
+#include "CommandSteps.h"
 #include "platform/HtmlDocument.h"
 #include "platform/Text.h"
 #include "support/ServedSite.h"
+#include "support/TextChecks.h"
 
 namespace loomcrest {
 namespace {
 
+using test::contains;
 using test::fileContents;
+using test::misused;
+using test::quiet;
+using test::refused;
 using HtmlCommand = test::CommandLineTest;
 
 TEST_F(HtmlCommand, ListsStylesEditsDeletesAndPreviews) {
@@ -18,26 +24,21 @@ TEST_F(HtmlCommand, ListsStylesEditsDeletesAndPreviews) {
     const auto lines = run({"html", "Demo", "1c", "lines"});
     EXPECT_EQ(lines.exitCode, 0);
     EXPECT_TRUE(lines.out.starts_with("1\ttitle\t0\tDemo Shop\thttp://127.0.0.1:")) << lines.out;
-    EXPECT_NE(lines.out.find("\n2\tlink\t2\tHome\thttp://127.0.0.1:"), std::string::npos);
+    EXPECT_TRUE(contains(lines.out, "\n2\tlink\t2\tHome\thttp://127.0.0.1:"));
     const std::string last = std::to_string(std::count(lines.out.begin(), lines.out.end(), '\n'));
     const std::string beyond = std::to_string(std::stoi(last) + 1);
 
     const std::string twoColumns = fileContents(folder + "/sitemap2c.html");
     expectSteps({
-        {{"html", "Demo", "1c", "style", "--pl-size", "1.3em", "--pt-underline", "none"},
-         0,
-         "",
-         std::nullopt},
+        quiet({"html", "Demo", "1c", "style", "--pl-size", "1.3em", "--pt-underline", "none"}),
         {{"html", "Demo", "1c", "style", "--pt-colour", "#12345"}, 1, "", std::nullopt},
         {{"html", "Demo", "1c", "edit", "2", "--title", "Start & more"}},
         {{"html", "Demo", "1c", "edit", "2", "--title", ""}, 1, "", std::nullopt},
-        {{"html", "Demo", "1c", "edit", beyond, "--title", "X"},
-         1,
-         "",
-         "No line " + beyond + " in this layout.\n"},
+        refused({"html", "Demo", "1c", "edit", beyond, "--title", "X"},
+                "No line " + beyond + " in this layout.\n"),
         {{"html", "Demo", "1c", "edit", last, "--title", "Last one"}},
         {{"html", "Demo", "1c", "edit", "2"}, 2, "", "edit: give --title, --link or both.\n"},
-        {{"html", "Demo", "4c", "lines"}, 2, "", std::nullopt},
+        misused({"html", "Demo", "4c", "lines"}),
         {{"html", "Demo", "1c", "style"},
          0,
          "pt font-family: Times New Roman, Times, serif\npt font-size: 1.1em\n"
@@ -47,17 +48,17 @@ TEST_F(HtmlCommand, ListsStylesEditsDeletesAndPreviews) {
     });
     EXPECT_EQ(fileContents(folder + "/sitemap2c.html"), twoColumns) << "one layout at a time";
     const std::string edited = run({"html", "Demo", "1c", "lines"}).out;
-    EXPECT_NE(edited.find("\n" + last + "\tlink\t"), std::string::npos) << edited;
-    EXPECT_NE(edited.find("\tLast one\t"), std::string::npos) << edited;
+    EXPECT_TRUE(contains(edited, "\n" + last + "\tlink\t"));
+    EXPECT_TRUE(contains(edited, "\tLast one\t"));
 
     expectSteps({
-        {{"html", "Demo", "1c", "delete", "1"}, 0, "", std::nullopt},
+        quiet({"html", "Demo", "1c", "delete", "1"}),
         {{"html", "Demo", "1c", "delete", beyond}, 1, "", std::nullopt},
         {{"html", "Demo", "1c", "preview"}, 0, folder + "/tmpMap.html\n"},
     });
     EXPECT_TRUE(run({"html", "Demo", "1c", "lines"}).out.starts_with("1\ttitle\t2\tStart & more\t"))
         << "the page's first link became its title";
-    EXPECT_EQ(fileContents(folder + "/tmpMap.html").find("LINKID"), std::string::npos);
+    EXPECT_FALSE(contains(fileContents(folder + "/tmpMap.html"), "LINKID"));
 }
 
 TEST_F(HtmlCommand, ALineThatCannotBeFoundAgainIsReported) {
@@ -69,16 +70,13 @@ TEST_F(HtmlCommand, ALineThatCannotBeFoundAgainIsReported) {
     test::writeFile(path, quoted);
     EXPECT_TRUE(run({"html", "Demo", "1c", "lines"}).out.starts_with("1\ttitle\t0\t\"Demo\"\t"));
     expectSteps({
-        {{"html", "Demo", "1c", "delete", "1"},
-         1,
-         "",
-         "Are you absolutely sure you want to remove this link from your sitemap, deleted links "
-         "cannot be restored.\nThis could take a while for large sites.\n"
-         "Line 1 could not be found again in the layout; nothing was deleted.\n"},
-        {{"html", "Demo", "1c", "edit", "1", "--title", "X"},
-         1,
-         "",
-         "Line 1 could not be found again in the layout; nothing was changed.\n"},
+        refused(
+            {"html", "Demo", "1c", "delete", "1"},
+            "Are you absolutely sure you want to remove this link from your sitemap, deleted links "
+            "cannot be restored.\nThis could take a while for large sites.\n"
+            "Line 1 could not be found again in the layout; nothing was deleted.\n"),
+        refused({"html", "Demo", "1c", "edit", "1", "--title", "X"},
+                "Line 1 could not be found again in the layout; nothing was changed.\n"),
     });
     EXPECT_EQ(fileContents(path), quoted);
 }
@@ -111,11 +109,10 @@ protected:
 
 TEST_F(CrawledMarkup, IsShownAsTextNeverRun) {
     ASSERT_EQ(run({"scan", "Site"}).exitCode, 0);
-    EXPECT_NE(fileContents(folder + "/sitemap3c.html")
-                  .find("<div class=\"zplPageLink\"><a href=\"" + server.url("/a.html") +
-                        "---LINKID:2---\">&lt;img src=x onerror=alert(1)&gt;<!-- LINKID: 2 -->"
-                        "</a></div>"),
-              std::string::npos);
+    EXPECT_TRUE(contains(fileContents(folder + "/sitemap3c.html"),
+                         "<div class=\"zplPageLink\"><a href=\"" + server.url("/a.html") +
+                             "---LINKID:2---\">&lt;img src=x onerror=alert(1)&gt;<!-- LINKID: "
+                             "2 --></a></div>"));
     for (const char* layout : {"3c", "2c", "1c", "3cpo", "2cpo", "1cpo"}) {
         EXPECT_EQ(liveMarkup(fileContents(folder + "/sitemap" + layout + ".html")), 0U) << layout;
         ASSERT_EQ(run({"html", "Site", layout, "preview"}).exitCode, 0);
@@ -138,13 +135,11 @@ TEST_F(CrawledMarkup, IsShownAsTextNeverRun) {
         {{"html", "Site", "1c", "edit", "2", "--title", "<b>bold</b>"}},
     });
     const std::string edited = fileContents(folder + "/sitemap1c.html");
-    EXPECT_NE(
-        edited.find("<a href=\"http://h/d---LINKID:3---\">Dee &amp;lt; Dum<!-- LINKID: 3 -->"),
-        std::string::npos);
-    EXPECT_NE(edited.find("---LINKID:2---\">&lt;b&gt;bold&lt;/b&gt;<!-- LINKID: 2 -->"),
-              std::string::npos);
-    expectSteps({{{"html", "Site", "1c", "delete", "4"}, 0, "", std::nullopt}});
-    EXPECT_EQ(fileContents(folder + "/sitemap1c.html").find("iframe"), std::string::npos);
+    EXPECT_TRUE(contains(
+        edited, "<a href=\"http://h/d---LINKID:3---\">Dee &amp;lt; Dum<!-- LINKID: 3 -->"));
+    EXPECT_TRUE(contains(edited, "---LINKID:2---\">&lt;b&gt;bold&lt;/b&gt;<!-- LINKID: 2 -->"));
+    expectSteps({quiet({"html", "Site", "1c", "delete", "4"})});
+    EXPECT_FALSE(contains(fileContents(folder + "/sitemap1c.html"), "iframe"));
 }
 
 }  // namespace

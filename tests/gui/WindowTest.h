@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QApplication>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QSettings>
 #include <QTemporaryDir>
@@ -8,6 +9,7 @@
 #include <functional>
 #include <memory>
 
+#include "ExportViewWidget.h"
 #include "MainViewControl.h"
 #include "QtAlerts.h"
 #include "ScanViewWidget.h"
@@ -49,6 +51,25 @@ protected:
         window_->activateWindow();
         QTRY_COMPARE(QApplication::activeWindow(), window_.get());
         QTest::keyClick(window_.get(), static_cast<Qt::Key>(key), modifiers);
+    }
+    static void click(QWidget* widget) { QTest::mouseClick(widget, Qt::LeftButton); }
+    // On the check box's square itself: the widget may stretch far beyond its label.
+    static void tick(QWidget* box) {
+        QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, box->height() / 2));
+    }
+    // Selects the field's text and types `text` over it.
+    static void retype(QLineEdit* field, const QString& text) {
+        field->setFocus();
+        field->selectAll();
+        QTest::keyClick(field, Qt::Key_Backspace);
+        QTest::keyClicks(field, text);
+    }
+    // A click on an export button with `file` chosen in the save dialog, and the export done.
+    void exportWith(QWidget* button, const QString& file) {
+        gui::ExportViewWidget::setNextSaveFileName(file);
+        click(button);
+        QTRY_VERIFY(QFileInfo::exists(file));
+        window_->exportView().exporter().waitForExport();
     }
     // A click on the site's name in the list.
     void selectSite(const QString& name) {
