@@ -43,13 +43,15 @@ struct Acceptance {
 };
 
 TEST(LinkAcceptance, EachHrefIsDroppedRecordedOrQueued) {
+    const std::string host = "http://host/";
+    const std::string folderA = "http://host/a/";
+    const std::string pageA = "http://host/a/page.html";
+    const std::string dirIndex = "http://host/dir/index.html";
     const std::vector<Acceptance> cases = {
         // Resolved against the page and queued once; a bare fragment is the page itself.
-        {"page.html#top", kQueued, "http://host/a/page.html", "http://host/a/"},
-        {"page.html", kRecorded, "http://host/a/page.html", "http://host/a/",
-         "http://host/a/page.html"},
-        {"#top", kRecorded, "http://host/a/page.html", "http://host/a/page.html",
-         "http://host/a/page.html"},
+        {"page.html#top", kQueued, pageA, folderA},
+        {"page.html", kRecorded, pageA, folderA, pageA},
+        {"#top", kRecorded, pageA, pageA, pageA},
         {"", kDropped, ""},
         {"a page.html", kDropped, ""},
         {"http://", kDropped, ""},
@@ -60,34 +62,27 @@ TEST(LinkAcceptance, EachHrefIsDroppedRecordedOrQueued) {
         {"/doc.pdf", kDropped, ""},
         {"/x.php5", kQueued, "http://host/x.php5"},
         // A folder and its index page are one page; index names are glued without a slash.
-        {"/dir/", kDropped, "", "http://host/", "http://host/dir/index.html"},
-        {"/dir/index.html", kRecorded, "http://host/dir/index.html", "http://host/",
-         "http://host/dir/"},
-        {"/dir", kDropped, "", "http://host/", "http://host/dirindex.php"},
+        {"/dir/", kDropped, "", host, dirIndex},
+        {"/dir/index.html", kRecorded, dirIndex, host, "http://host/dir/"},
+        {"/dir", kDropped, "", host, "http://host/dirindex.php"},
         // Host twins are one page in either order; the scheme does not decide membership.
-        {"http://www.host/x.html", kRecorded, "http://www.host/x.html", "http://host/",
-         "http://host/x.html"},
-        {"http://host/x.html", kRecorded, "http://host/x.html", "http://host/",
-         "http://www.host/x.html"},
+        {"http://www.host/x.html", kRecorded, "http://www.host/x.html", host, "http://host/x.html"},
+        {"http://host/x.html", kRecorded, "http://host/x.html", host, "http://www.host/x.html"},
         {"https://www.host/a.html", kQueued, "https://www.host/a.html"},
         // Queries are queued only behind a page name.
         {"/p.php?a=1?b=2", kRecorded, "http://host/p.php?a=1?b=2"},
         {"/dir/?a=1", kRecorded, "http://host/dir/?a=1"},
         {"/page.php?id=3", kQueued, "http://host/page.php?id=3"},
         // Off-site and above-base links are recorded; in-site is a plain prefix test.
-        {"http://other.org/x.html", kRecorded, "http://other.org/x.html",
-         "http://host/dir/index.html", "", "http://host/dir/index.html"},
-        {"../up.html", kRecorded, "http://host/up.html", "http://host/dir/index.html", "",
-         "http://host/dir/index.html"},
-        {"mailto:me@host.org", kRecorded, "mailto:me@host.org", "http://host/dir/index.html", "",
-         "http://host/dir/index.html"},
-        {"http://host/directory/x.html", kQueued, "http://host/directory/x.html", "http://host/",
-         "", "http://host/dir/"},
-        {"http://shopfront/x.html", kQueued, "http://shopfront/x.html", "http://host/", "",
-         "http://shop/"},
+        {"http://other.org/x.html", kRecorded, "http://other.org/x.html", dirIndex, "", dirIndex},
+        {"../up.html", kRecorded, "http://host/up.html", dirIndex, "", dirIndex},
+        {"mailto:me@host.org", kRecorded, "mailto:me@host.org", dirIndex, "", dirIndex},
+        {"http://host/directory/x.html", kQueued, "http://host/directory/x.html", host, "",
+         "http://host/dir/"},
+        {"http://shopfront/x.html", kQueued, "http://shopfront/x.html", host, "", "http://shop/"},
         {"http://host", kQueued, "http://host/"},
         // A site base without a slash after the host drops everything.
-        {"http://host/a.html", kDropped, "", "http://host/", "", "http://host"},
+        {"http://host/a.html", kDropped, "", host, "", "http://host"},
     };
     for (const Acceptance& each : cases) {
         Scanner s(each.page, each.queued, each.site);

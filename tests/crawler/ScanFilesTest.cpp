@@ -1,18 +1,18 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <mutex>
 #include <set>
 #include <utility>
 
-#include "platform/FolderLock.h"
 #include "platform/Http.h"
 #include "sitemap/HtmlSitemapFormat.h"
 #include "sitemap/SitemapFiles.h"
 #include "sites/SiteFile.h"
 #include "sites/SitemapRestore.h"
-#include "support/FileSizeLimit.h"
 #include "support/ScanFixture.h"
+#include "support/TemporaryHome.h"
 
 // What a scan does to the files it replaces, and to a disk that cannot take them.
 namespace loomcrest {
@@ -61,14 +61,6 @@ protected:
     static rlim_t roomForHeadersOnly() {
         return htmlSitemapHead().size() + kTableOpening.size() + 1000;
     }
-
-    size_t requestsUnder(const std::string& prefix) {
-        size_t count = 0;
-        for (const std::string& line : requestLog()) {
-            count += line.find(" " + prefix) != std::string::npos ? 1 : 0;
-        }
-        return count;
-    }
 };
 
 TEST_F(ScanFiles, TheScanBeforeTheLastIsKeptAndCanBePutBack) {
@@ -106,12 +98,6 @@ TEST_F(ScanFiles, TheScanBeforeTheLastIsKeptAndCanBePutBack) {
         << "the details show what was restored";
     EXPECT_EQ(alerts.shown.back().title,
               "Do you really want to restore the previous sitemaps of the site:\nTest");
-
-    alerts.shown.clear();
-    restore.restorePreviousSitemaps();
-    EXPECT_EQ(
-        alerts.described(),
-        std::vector<std::string>{"Refusal: There are no previous sitemaps to restore. |  [OK]"});
 }
 
 TEST_F(ScanFiles, AFullDiskStopsTheScanAndLeavesThePreviousFiles) {
@@ -126,14 +112,15 @@ TEST_F(ScanFiles, AFullDiskStopsTheScanAndLeavesThePreviousFiles) {
         scan();
     }
     ASSERT_EQ(alerts.shown.size(), 1U);
-    const std::string shown = test::describe(alerts.shown[0]);
-    EXPECT_TRUE(shown.starts_with("Refusal: " + kNotWritten + " | " + folder() + "/sitemap"))
-        << shown;
-    EXPECT_TRUE(shown.ends_with(".html: File too large [OK]")) << shown;
+    EXPECT_EQ(alerts.shown[0].title, kNotWritten);
     EXPECT_EQ(files(), before) << "the previous set is back, statistics and broken links too";
     EXPECT_EQ(siteView.state().details.pagesFound, "2");
     EXPECT_EQ(process.vrlmpBadLinkArray, std::vector<std::string>{server.url("/gone.html")});
-    EXPECT_LE(requestsUnder("/p/"), 24U) << "the scan stopped as Cancel would; four pages ahead";
+    const auto log = requestLog();
+    EXPECT_LE(std::count_if(log.begin(), log.end(),
+                            [](const std::string& line) { return line.find(" /p/") != line.npos; }),
+              24)
+        << "the scan stopped as Cancel would; four pages ahead";
     EXPECT_EQ(sheet.events.back(), "ended");
     EXPECT_TRUE(siteView.state().scanButtonEnabled);
 }
@@ -143,21 +130,17 @@ TEST_F(ScanFiles, AScanStartedOnAFullDiskChangesNothing) {
     addSite();
     scan();
     const Files before = files();
-    for (const auto& [room, failing] :
-         {std::pair<rlim_t, std::string>{10, "statistics.previous"}, {100, "sitemap1cpo.html"}}) {
-        alerts.shown.clear();
-        sheet.events.clear();
-        {
-            const test::FileSizeLimit fullDisk(room);
-            scan();
-        }
-        EXPECT_EQ(alerts.described(),
-                  std::vector<std::string>{"Refusal: " + kNotWritten + " | " + folder() + "/" +
-                                           failing + ": File too large [OK]"});
-        EXPECT_EQ(files(), before) << "nothing is appended after the old closing tags";
-        EXPECT_EQ(sheet.events, (std::vector<std::string>{"connect", "connected"}));
-        EXPECT_TRUE(siteView.state().scanButtonEnabled);
+    sheet.events.clear();
+    {
+        const test::FileSizeLimit fullDisk(100);  // room for the statistics only
+        scan();
     }
+    EXPECT_EQ(alerts.described(),
+              std::vector<std::string>{"Refusal: " + kNotWritten + " | " + folder() +
+                                       "/sitemap1cpo.html: File too large [OK]"});
+    EXPECT_EQ(files(), before) << "nothing is appended after the old closing tags";
+    EXPECT_EQ(sheet.events, (std::vector<std::string>{"connect", "connected"}));
+    EXPECT_TRUE(siteView.state().scanButtonEnabled);
 }
 
 TEST_F(ScanFiles, AFirstScanOnAFullDiskLeavesNoCutFile) {
@@ -171,19 +154,6 @@ TEST_F(ScanFiles, AFirstScanOnAFullDiskLeavesNoCutFile) {
     EXPECT_EQ(alerts.shown[0].title, kNotWritten);
     EXPECT_EQ(files(), (Files{{"Test.vrLMP", fileContents(folder() + "/Test.vrLMP")}}));
     EXPECT_EQ(siteView.state().details.pagesFound, "0") << "the statistics were not written";
-}
-
-TEST_F(ScanFiles, ASiteBeingScannedIsNotScannedAgain) {
-    servePage("/", {"<title>Home</title>"});
-    addSite();
-    const FolderLock otherScan = FolderLock::tryLock(folder());
-    ASSERT_TRUE(otherScan.held());
-    scan();
-    EXPECT_EQ(alerts.described(),
-              std::vector<std::string>{"Refusal: A scan of Test is already running. |  [OK]"});
-    EXPECT_FALSE(pathExists(folder() + "/sitemap.xml"));
-    EXPECT_TRUE(sheet.events.empty());
-    EXPECT_TRUE(requestLog().empty());
 }
 
 TEST_F(ScanFiles, EveryRequestWaitsTwentySecondsButDateLookupsTen) {

@@ -7,15 +7,14 @@
 
 #include "crawler/CrawlSettingsFile.h"
 #include "sitemap/SitemapFiles.h"
-#include "support/Arrivals.h"
 #include "support/ScanFixture.h"
+#include "support/TestServer.h"
 #include "support/TextChecks.h"
 
 namespace loomcrest {
 namespace {
 
 using namespace std::chrono_literals;
-using test::TestPage;
 
 constexpr int kPages = 40;
 
@@ -66,10 +65,6 @@ protected:
         servePage("/r.php?f=pdf", {"%PDF-1.4", "application/pdf"});
         servePage("/files/", {"<title>Index of /files</title><a href=\"x.html\">x</a>"});
         servePage("/empty.html", {""});
-    }
-
-    void useSettings(const CrawlSettings& settings) {
-        ASSERT_TRUE(writeCrawlSettings(home.dataRoot() + "/Test", settings));
     }
 
     ScanOutcome scanAndCollect() {
@@ -174,7 +169,7 @@ TEST_F(ScanSettings, CancelEndsARetryAfterWait) {
     scan();
     EXPECT_LT(std::chrono::steady_clock::now() - started, 30s) << "no minute's wait";
     EXPECT_EQ(stalled.count(), 2U) << "the title's two fetches, neither retried";
-    EXPECT_EQ(siteFile("sitemap.xml").substr(siteFile("sitemap.xml").size() - 10), "\n</urlset>");
+    EXPECT_TRUE(siteFile("sitemap.xml").ends_with("\n</urlset>"));
     EXPECT_TRUE(test::contains(siteFile("Test.vrLMP"), "<pagesFound>3</pagesFound>"));
     EXPECT_EQ(siteView.state().details.linksScanned, "1");
 }
@@ -270,14 +265,13 @@ TEST_F(ScanSettings, CancelWithFetchesUnderWayClosesTheFilesAndWritesTheStatisti
     releasedHeld.notify_all();
     server.stop();  // the held handlers use this test's locals
 
-    EXPECT_EQ(siteFile("sitemap1c.html").substr(siteFile("sitemap1c.html").size() - 16),
-              "\n</body>\n</html>");
+    EXPECT_TRUE(siteFile("sitemap1c.html").ends_with("\n</body>\n</html>"));
     const std::string xml = siteFile("sitemap.xml");
-    EXPECT_EQ(xml.substr(xml.size() - 10), "\n</urlset>");
+    EXPECT_TRUE(xml.ends_with("\n</urlset>"));
     EXPECT_EQ(std::count(xml.begin(), xml.end(), '\n'), 7 + 6) << "the start page alone";
-    EXPECT_TRUE(
-        test::contains(siteFile("Test.vrLMP"), "<pagesFound>31</pagesFound>\n<totalLinks>31"));
-    EXPECT_TRUE(test::contains(siteFile("Test.vrLMP"), "<pagesUsed>1</pagesUsed>"));
+    EXPECT_TRUE(test::contains(siteFile("Test.vrLMP"),
+                               "<pagesFound>31</pagesFound>\n<totalLinks>31</totalLinks>\n"
+                               "<pagesUsed>1</pagesUsed>"));
     EXPECT_EQ(siteView.state().details.pagesFound, "31");
     EXPECT_FALSE(driver.isScanning());
 }

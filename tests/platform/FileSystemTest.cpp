@@ -7,7 +7,6 @@
 
 #include "platform/FolderLock.h"
 #include "platform/StreamingFile.h"
-#include "support/FileSizeLimit.h"
 #include "support/TemporaryHome.h"
 
 namespace loomcrest {
@@ -17,24 +16,20 @@ using test::fileContents;
 using test::TemporaryHome;
 using test::writeFile;
 
-TEST(FileSystem, AtomicWriteReplacesTheWholeFileAndLeavesNoTemporary) {
+TEST(FileSystem, AtomicWriteReplacesTheWholeFileOrNothingAndLeavesNoTemporary) {
     TemporaryHome home;
     const std::string path = home.path() + "/file.txt";
     ASSERT_TRUE(writeFileAtomically(path, "first version, long"));
     ASSERT_TRUE(writeFileAtomically(path, "second"));
     EXPECT_EQ(fileContents(path), "second");
-    EXPECT_EQ(walkFolder(home.path()), std::vector<std::string>{"file.txt"});
     // The replacement keeps the file's permissions.
     ASSERT_EQ(chmod(path.c_str(), 0640), 0);
     ASSERT_TRUE(writeFileAtomically(path, "new"));
     struct stat info {};
     ASSERT_EQ(stat(path.c_str(), &info), 0);
     EXPECT_EQ(info.st_mode & 0777, 0640U);
-}
 
-TEST(FileSystem, AFailedWriteNamesTheFileAndTheSystemsReasonAndLeavesTheOldFile) {
-    TemporaryHome home;
-    const std::string path = home.path() + "/file.txt";
+    // A failed write names the file and the reason, and leaves the old file.
     writeFile(path, "old contents");
     {
         const test::FileSizeLimit fullDisk(8);
@@ -46,7 +41,8 @@ TEST(FileSystem, AFailedWriteNamesTheFileAndTheSystemsReasonAndLeavesTheOldFile)
         EXPECT_TRUE(files.closeAll());
     }
     EXPECT_EQ(fileContents(path), "old contents");
-    EXPECT_EQ(walkFolder(home.path()), std::vector<std::string>{"file.txt"}) << "no temporary";
+    EXPECT_EQ(walkFolder(home.path()), std::vector<std::string>{"file.txt"})
+        << "no temporary, whether the write went through or not";
 
     const std::string missing = home.path() + "/missing/file.txt";
     EXPECT_EQ(writeFileAtomically(missing, "x").message(), missing + ": No such file or directory");
@@ -57,7 +53,7 @@ TEST(FileSystem, AFailedWriteNamesTheFileAndTheSystemsReasonAndLeavesTheOldFile)
     EXPECT_EQ(fileContents(path), "old contents!");
 }
 
-TEST(FileSystem, FileEndingsAreReadBehindTrailingBreaks) {
+TEST(FileSystem, EndingsAreReadBehindTrailingBreaksAndHeadsUpToTheirMarker) {
     TemporaryHome home;
     const std::string path = home.path() + "/page.html";
     writeFile(path, std::string(1000, 'x') + "</html>\n \n");
@@ -66,6 +62,17 @@ TEST(FileSystem, FileEndingsAreReadBehindTrailingBreaks) {
     writeFile(path, "</html");
     EXPECT_FALSE(fileEndsWith(path, "</html>"));
     EXPECT_FALSE(fileEndsWith(home.path() + "/missing", "</html>"));
+
+    // A head is read up to its marker, which here straddles the reads of 64 KiB; what follows
+    // it is never checked.
+    const std::string head = std::string(64 * 1024 - 3, 'h');
+    writeFile(home.path() + "/layout.html", head + "<body>\xff<body>");
+    EXPECT_EQ(readTextFileUpTo(home.path() + "/layout.html", "<body>"), head);
+    writeFile(home.path() + "/short.html", "no marker");
+    EXPECT_EQ(readTextFileUpTo(home.path() + "/short.html", "<body>"), "no marker");
+    writeFile(home.path() + "/latin1.html", "caf\xe9<body>");
+    EXPECT_EQ(readTextFileUpTo(home.path() + "/latin1.html", "<body>"), std::nullopt);
+    EXPECT_EQ(readTextFileUpTo(home.path() + "/missing.html", "<body>"), std::nullopt);
 }
 
 TEST(FolderLock, ASecondHolderIsTurnedAwayUntilTheFirstLetsGo) {
@@ -85,20 +92,7 @@ TEST(FolderLock, ASecondHolderIsTurnedAwayUntilTheFirstLetsGo) {
               home.path() + "/missing/.lock: No such file or directory");
 }
 
-TEST(FileSystem, AHeadIsReadUpToItsMarker) {
-    TemporaryHome home;
-    // The marker straddles the reads of 64 KiB; what follows it is never checked.
-    const std::string head = std::string(64 * 1024 - 3, 'h');
-    writeFile(home.path() + "/layout.html", head + "<body>\xff<body>");
-    EXPECT_EQ(readTextFileUpTo(home.path() + "/layout.html", "<body>"), head);
-    writeFile(home.path() + "/short.html", "no marker");
-    EXPECT_EQ(readTextFileUpTo(home.path() + "/short.html", "<body>"), "no marker");
-    writeFile(home.path() + "/latin1.html", "caf\xe9<body>");
-    EXPECT_EQ(readTextFileUpTo(home.path() + "/latin1.html", "<body>"), std::nullopt);
-    EXPECT_EQ(readTextFileUpTo(home.path() + "/missing.html", "<body>"), std::nullopt);
-}
-
-TEST(FileSystem, WalkListsFoldersBeforeTheirContentsInNameOrder) {
+TEST(FileSystem, FoldersAreWalkedInNameOrderAndCreatedOneLevelAtATime) {
     TemporaryHome home;
     writeFile(home.path() + "/b/z.txt", "");
     writeFile(home.path() + "/b/a.txt", "");
@@ -107,10 +101,8 @@ TEST(FileSystem, WalkListsFoldersBeforeTheirContentsInNameOrder) {
     EXPECT_EQ(walkFolder(home.path()),
               (std::vector<std::string>{"a.txt", "b", "b/a.txt", "b/z.txt", "link"}));
     EXPECT_TRUE(walkFolder(home.path() + "/missing").empty());
-}
 
-TEST(FileSystem, FolderCreationIsOneLevelUnlessParentsAreAsked) {
-    TemporaryHome home;
+    // Creation is one level unless parents are asked for.
     EXPECT_EQ(createFolder(home.path() + "/x/y").message(),
               home.path() + "/x/y: No such file or directory");
     EXPECT_TRUE(createFolderWithParents(home.path() + "/x/y"));

@@ -102,16 +102,8 @@ TEST(Json, IndentsOneMemberOrElementALine) {
     file.set("list", json::Array{json::Value(true), json::Value(0.5), json::Object{}});
     file.set("count", 4);  // replaces in place
     EXPECT_EQ(json::write(file, json::Layout::Indented),
-              "{\n"
-              "  \"name\": \"Tom & \\\"Jerry\\\"\",\n"
-              "  \"count\": 4,\n"
-              "  \"empty\": [],\n"
-              "  \"list\": [\n"
-              "    true,\n"
-              "    0.5,\n"
-              "    {}\n"
-              "  ]\n"
-              "}");
+              "{\n  \"name\": \"Tom & \\\"Jerry\\\"\",\n  \"count\": 4,\n  \"empty\": [],\n"
+              "  \"list\": [\n    true,\n    0.5,\n    {}\n  ]\n}");
 }
 
 }  // namespace

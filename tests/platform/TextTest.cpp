@@ -14,6 +14,12 @@
 namespace loomcrest {
 namespace {
 
+// A URL's parts as one line.
+std::string described(const UrlParts& parts) {
+    return parts.scheme + "|" + parts.host + "|" + parts.path +
+           (parts.hasQuery ? "?" + parts.query : "");
+}
+
 TEST(Utf8, AcceptsWellFormedAndRejectsMalformedText) {
     // Each range is checked at both of its ends.
     const std::vector<std::pair<std::string, bool>> cases = {
@@ -44,11 +50,14 @@ TEST(Utf8, AcceptsWellFormedAndRejectsMalformedText) {
     }
 }
 
-TEST(ReplaceAll, ReplacesLeftToRightWithoutOverlap) {
+TEST(ReplaceAllAndSplit, GoLeftToRightWithoutOverlapKeepingEmptyPieces) {
     EXPECT_EQ(replaceAll("a b  c", " ", "%20"), "a%20b%20%20c");
     EXPECT_EQ(replaceAll("http://http://http://x", "http://http://", "http://"), "http://http://x");
     EXPECT_EQ(replaceAll("aaa", "aa", "b"), "ba");
     EXPECT_EQ(replaceAll("unchanged", "", "x"), "unchanged");
+    EXPECT_EQ(split("a\nb\n", '\n'), (std::vector<std::string>{"a", "b", ""}));
+    EXPECT_EQ(split("", '\n'), std::vector<std::string>{""});
+    EXPECT_EQ(split("\n", '\n'), (std::vector<std::string>{"", ""}));
 }
 
 TEST(ContainsIgnoringCase, IsAPlainSearch) {
@@ -62,12 +71,6 @@ TEST(ContainsIgnoringCase, IsAPlainSearch) {
     EXPECT_FALSE(containsIgnoringCase("abc", ""));
 }
 
-TEST(Split, KeepsEmptyPieces) {
-    EXPECT_EQ(split("a\nb\n", '\n'), (std::vector<std::string>{"a", "b", ""}));
-    EXPECT_EQ(split("", '\n'), std::vector<std::string>{""});
-    EXPECT_EQ(split("\n", '\n'), (std::vector<std::string>{"", ""}));
-}
-
 TEST(LeadingIntegerValue, ReadsTheLeadingNumberLeniently) {
     EXPECT_EQ(leadingIntegerValue("  -7 pages"), -7);
     EXPECT_EQ(leadingIntegerValue("+3"), 3);
@@ -77,7 +80,7 @@ TEST(LeadingIntegerValue, ReadsTheLeadingNumberLeniently) {
     EXPECT_EQ(leadingIntegerValue("-99999999999999999999"), -2147483648LL);
 }
 
-TEST(Regex, MatchesCharactersGreedilyAndStopsOnlyAtALineFeed) {
+TEST(Regex, MatchesGreedilyStopsOnlyAtALineFeedAndFindsFromAnyStart) {
     EXPECT_FALSE(Regex("<a>(.*)</a>").firstMatch("<a>x\ny</a>").has_value());
     EXPECT_EQ(Regex("<a>(.*)</a>").firstMatch("<a>x\ry</a>")->capture(1), "x\ry");
     EXPECT_EQ(Regex("<b>(.*)</b>").firstMatch("<b>1</b><b>2</b>")->capture(1), "1</b><b>2");
@@ -95,9 +98,6 @@ TEST(Regex, MatchesCharactersGreedilyAndStopsOnlyAtALineFeed) {
     const Regex broken("(unclosed");
     EXPECT_FALSE(broken.isValid());
     EXPECT_FALSE(broken.firstMatch("(unclosed").has_value());
-}
-
-TEST(Regex, FindReportsWhereAMatchStandsFromAnyStart) {
     const Regex pattern("b+");
     EXPECT_EQ(pattern.find("abba bb")->begin, 1U);
     EXPECT_EQ(pattern.find("abba bb")->end, 3U);
@@ -111,7 +111,7 @@ TEST(Regex, FindReportsWhereAMatchStandsFromAnyStart) {
 
 // Absolute references give their scheme as written, relative ones none, and text that is no
 // URI does not parse.
-TEST(UrlScheme, IsReadAsWrittenOrNotAtAll) {
+TEST(Urls, SchemesAreReadAsWrittenPartsDecodedAndReferencesResolved) {
     const std::vector<std::pair<std::string, std::optional<std::string>>> cases = {
         {"http://example.com/", "http"},
         {"HTTPS://example.com/", "HTTPS"},
@@ -125,24 +125,17 @@ TEST(UrlScheme, IsReadAsWrittenOrNotAtAll) {
     for (const auto& [text, scheme] : cases) {
         EXPECT_EQ(urlScheme(text), scheme) << text;
     }
-}
 
-TEST(ParseUrl, GivesSchemeHostDecodedPathAndQuery) {
-    const auto parts = parseUrl("http://www.host:8080/a%20b/c.html?x=1&y=2");
-    ASSERT_TRUE(parts.has_value());
-    EXPECT_EQ(parts->scheme, "http");
-    EXPECT_EQ(parts->host, "www.host");
-    EXPECT_EQ(parts->path, "/a b/c.html");
-    EXPECT_TRUE(parts->hasQuery);
-    EXPECT_EQ(parts->query, "x=1&y=2");
-    EXPECT_EQ(parseUrl("http://host")->path, "");
-    EXPECT_EQ(parseUrl("http://host/dir/")->path, "/dir/");
-    EXPECT_TRUE(parseUrl("http://host/p?")->hasQuery);
-    EXPECT_FALSE(parseUrl("http://host/p")->hasQuery);
+    // Parsing gives the scheme, host, decoded path and query.
+    EXPECT_EQ(described(*parseUrl("http://www.host:8080/a%20b/c.html?x=1&y=2")),
+              "http|www.host|/a b/c.html?x=1&y=2");
+    EXPECT_EQ(described(*parseUrl("http://host")), "http|host|");
+    EXPECT_EQ(described(*parseUrl("http://host/dir/")), "http|host|/dir/");
+    EXPECT_EQ(described(*parseUrl("http://host/p?")), "http|host|/p?");
+    EXPECT_EQ(described(*parseUrl("http://host/p")), "http|host|/p");
     EXPECT_FALSE(parseUrl("http://host/a b").has_value());
-}
 
-TEST(ResolveUrl, FollowsTheStandardResolution) {
+    // Resolution follows the standard.
     const std::string base = "http://host/a/b/page.html";
     EXPECT_EQ(resolveUrl(base, "../x.html"), "http://host/a/x.html");
     EXPECT_EQ(resolveUrl(base, "../../../../x.html"), "http://host/x.html");
@@ -168,12 +161,11 @@ TEST(MarkupDocument, BrokenHtmlStillGivesItsAnchorsInOrder) {
     const auto document =
         MarkupDocument::parseHtml("<p>text <a href=one>1<a href='two'>2</b></div><A HREF=\"3\">");
     ASSERT_TRUE(document.has_value());
-    const auto anchors = document->select("//a");
-    ASSERT_EQ(anchors.size(), 3U);
-    EXPECT_EQ(anchors[0].attribute("href"), "one");
-    EXPECT_EQ(anchors[1].attribute("href"), "two");
-    EXPECT_EQ(anchors[2].attribute("href"), "3");
-    EXPECT_EQ(anchors[2].name(), "a");
+    std::vector<std::string> anchors;
+    for (const MarkupNode& anchor : document->select("//a")) {
+        anchors.push_back(anchor.name() + " " + anchor.attribute("href").value_or("none"));
+    }
+    EXPECT_EQ(anchors, (std::vector<std::string>{"a one", "a two", "a 3"}));
 }
 
 TEST(EscapeBareAmpersands, OnlyCompleteReferencesAreKept) {
@@ -185,6 +177,97 @@ TEST(EscapeBareAmpersands, OnlyCompleteReferencesAreKept) {
     };
     for (const auto& [text, escaped] : cases) {
         EXPECT_EQ(escapeBareAmpersands(text), escaped) << text;
+    }
+}
+
+std::vector<std::string> markupOf(const std::vector<MarkupNode>& nodes) {
+    std::vector<std::string> texts;
+    for (const MarkupNode& node : nodes) {
+        texts.push_back(node.markup());
+    }
+    return texts;
+}
+
+// The walk of the tree finds what "//name" selects, in the same order, on markup where the
+// parser moves, nests or drops elements.
+TEST(MarkupWalk, FindsWhatXPathSelects) {
+    const std::string page =
+        "<!DOCTYPE html><!-- <a href=c>in a comment</a> --><html><head><TITLE>T &amp; "
+        "<b>b</b></TITLE><title>second</title></head><body><A HREF=up>Upper</A>"
+        "<a href=x><a href=nested>n</a></a><table><tr><td><a href=t>cell<p>p</a></td></tr>"
+        "</table><svg><a href=s>svg</a></svg><div><div><span><a href=deep>d</a></span></div>"
+        "</div><a>last</a></body></html><a href=after>after the end</a>";
+    const auto document = MarkupDocument::parseHtml(page);
+    ASSERT_TRUE(document);
+    const std::vector<std::string> anchors = markupOf(document->elementsNamed("a"));
+    EXPECT_EQ(anchors, markupOf(document->select("//a")));
+    EXPECT_EQ(anchors.size(), 8U);
+    EXPECT_EQ(anchors.back(), "<a href=\"after\">after the end</a>");
+    EXPECT_EQ(markupOf(document->elementsNamed("a", 2)),
+              std::vector<std::string>(anchors.begin(), anchors.begin() + 2));
+    EXPECT_EQ(markupOf(document->elementsNamed("title", 1)),
+              std::vector<std::string>{"<title>T &amp; <b>b</b>\n</title>\n"});
+    EXPECT_TRUE(document->elementsNamed("video").empty());
+}
+
+// In an XML document an element in a namespace is not selected by a bare name.
+TEST(MarkupWalk, XmlDocumentsKeepXPathRules) {
+    const auto document = MarkupDocument::parseXml(
+        "<html xmlns=\"http://www.w3.org/1999/xhtml\"><a href=\"x\">x</a></html>");
+    ASSERT_TRUE(document);
+    EXPECT_TRUE(document->elementsNamed("a").empty());
+    const auto plain = MarkupDocument::parseXml("<r><a>1</a><b><a>2</a></b></r>");
+    ASSERT_TRUE(plain);
+    EXPECT_EQ(markupOf(plain->elementsNamed("a", 1)), std::vector<std::string>{"<a>1</a>"});
+}
+
+// The parts a link is judged by, from the resolution, must be those of its printed text
+// read again; the shapes here are the ones where the two could part.
+TEST(ResolveWithParts, GivesTheTextWithoutFragmentAndThePartsOfThatText) {
+    const std::string page = "http://example.com/dir/sub/page.php?x=1";
+    struct Case {
+        std::string base;
+        std::string href;
+        std::optional<std::string> text;
+        std::string parts;
+    };
+    const std::vector<Case> cases = {
+        {page, "../a.html#top", "http://example.com/dir/a.html", "http|example.com|/dir/a.html"},
+        {page, "/", "http://example.com/", "http|example.com|/"},
+        {page, "//example.com", "http://example.com", "http|example.com|"},
+        {page, "?#f", "http://example.com/dir/sub/page.php?",
+         "http|example.com|/dir/sub/page.php?"},
+        {page, "#", "http://example.com/dir/sub/page.php?x=1",
+         "http|example.com|/dir/sub/page.php?x=1"},
+        {page, "HtTpS://u@WWW.H:/A%2Fb%20c/..//d", "HtTpS://u@WWW.H://d", "HtTpS|WWW.H|//d"},
+        {page, "//127.0.0.1:8080/%00x.html?q", "http://127.0.0.1:8080/%00x.html?q",
+         "http|127.0.0.1|/?q"},
+        {page, "//[::1]/x", "http://[0000:0000:0000:0000:0000:0000:0000:0001]/x",
+         "http|0000:0000:0000:0000:0000:0000:0000:0001|/x"},
+        {page, "http://[v7.abc]/x", "http://[v7.abc]/x", "http|v7.abc|/x"},
+        {page, "http:///x", "http:///x", "http||/x"},
+        {page, "ftp://h/..//x", "ftp://h//x", "ftp|h|//x"},
+        {page, "mailto:a@b?subject=x#f", "mailto:a@b?subject=x", "mailto||a@b?subject=x"},
+        {"http:/a/b", "/.//x", "http://x", "http|x|"},
+        {"http:/a/b", "..//x", "http:/.//x", "http||/.//x"},
+        {"http:a", ".//x", "http:/x", "http||/x"},
+        {"https://[::1]:8080/a/b/?q#f", "c",
+         "https://[0000:0000:0000:0000:0000:0000:0000:0001]:8080/a/b/c",
+         "https|0000:0000:0000:0000:0000:0000:0000:0001|/a/b/c"},
+        {page, "a b", std::nullopt, ""},
+        {"relative/base", "x.html", std::nullopt, ""},
+    };
+    for (const auto& [base, href, text, parts] : cases) {
+        const auto resolved = UrlResolver(base).resolveWithParts(href);
+        ASSERT_EQ(resolved.has_value(), text.has_value()) << base << " " << href;
+        if (!resolved) {
+            continue;
+        }
+        EXPECT_EQ(resolved->text, *text) << base << " " << href;
+        EXPECT_EQ(described(resolved->parts), parts) << base << " " << href;
+        const auto reread = parseUrl(resolved->text);
+        ASSERT_TRUE(reread.has_value()) << resolved->text;
+        EXPECT_EQ(described(resolved->parts), described(*reread)) << resolved->text;
     }
 }
 

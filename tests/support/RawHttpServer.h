@@ -7,7 +7,9 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <chrono>
 #include <functional>
+#include <map>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -24,6 +26,10 @@ public:
     // Called with the connection and the request head; returns when done with it.
     using Handler = std::function<void(int connection, const std::string& requestHead,
                                        const std::atomic<bool>& stopping)>;
+    // What the server does for one request target.
+    using Route = std::function<void(int connection, const std::atomic<bool>& stopping)>;
+    // Routes by exact request target; a target not listed is answered 404.
+    using Routes = std::map<std::string, Route>;
 
     explicit RawHttpServer(Handler handler) : handler_(std::move(handler)) {
         listener_ = ::socket(AF_INET, SOCK_STREAM, 0);
@@ -37,6 +43,16 @@ public:
         port_ = ntohs(address.sin_port);
         thread_ = std::thread([this] { serve(); });
     }
+    explicit RawHttpServer(Routes routes)
+        : RawHttpServer([routes = std::move(routes)](int connection, const std::string& head,
+                                                     const std::atomic<bool>& stopping) {
+              const auto route = routes.find(targetOf(head));
+              if (route == routes.end()) {
+                  send(connection, response("404 Not Found", "text/html", ""));
+              } else {
+                  route->second(connection, stopping);
+              }
+          }) {}
     RawHttpServer(const RawHttpServer&) = delete;
     RawHttpServer& operator=(const RawHttpServer&) = delete;
     ~RawHttpServer() {
@@ -49,12 +65,14 @@ public:
         return "http://127.0.0.1:" + std::to_string(port_) + target;
     }
     std::vector<std::string> requestLines() const {
-        std::vector<std::string> copy;
-        {
-            const std::lock_guard lock(mutex_);
-            copy = requestLines_;
-        }
-        return copy;
+        const std::lock_guard lock(mutex_);
+        return requestLines_;
+    }
+
+    // The request target of a request head: "/a?b" of "GET /a?b HTTP/1.1".
+    static std::string targetOf(std::string_view head) {
+        const size_t start = head.find(' ') + 1;
+        return std::string(head.substr(start, head.find(' ', start) - start));
     }
 
     // Writes all of `data`; false once the client has gone.
@@ -74,6 +92,53 @@ public:
         return "HTTP/1.1 " + std::string(status) + "\r\nContent-Type: " + std::string(contentType) +
                "\r\nContent-Length: " + std::to_string(body.size()) +
                "\r\nConnection: close\r\n\r\n" + std::string(body);
+    }
+
+    // Writes `answer` as it stands.
+    static Route whole(std::string answer) {
+        return [answer = std::move(answer)](int connection, const std::atomic<bool>&) {
+            send(connection, answer);
+        };
+    }
+    static Route page(std::string_view body, std::string_view contentType = "text/html") {
+        return whole(response("200 OK", contentType, body));
+    }
+    static Route redirect(std::string_view status, std::string_view location) {
+        return whole("HTTP/1.1 " + std::string(status) + "\r\nLocation: " + std::string(location) +
+                     "\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
+    }
+    // Never answers; returns once the client hangs up.
+    static Route silent() {
+        return [](int connection, const std::atomic<bool>& stopping) {
+            char buffer[256];
+            while (!stopping) {
+                pollfd readable{connection, POLLIN, 0};
+                if (::poll(&readable, 1, 20) > 0 &&
+                    ::recv(connection, buffer, sizeof buffer, 0) <= 0) {
+                    return;
+                }
+            }
+        };
+    }
+    // Promises a long page and sends one byte of it every 100 ms.
+    static Route dribbling() {
+        return [](int connection, const std::atomic<bool>& stopping) {
+            send(connection,
+                 "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\n"
+                 "Content-Length: 100000\r\n\r\n<title>");
+            while (!stopping && send(connection, "x")) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(100));
+            }
+        };
+    }
+    // A body without a length that never ends.
+    static Route endless() {
+        return [](int connection, const std::atomic<bool>& stopping) {
+            send(connection, "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\n\r\n");
+            const std::string chunk(64 * 1024, 'a');
+            while (!stopping && send(connection, chunk)) {
+            }
+        };
     }
 
 private:

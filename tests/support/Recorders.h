@@ -32,6 +32,9 @@ class RecordingAlerts : public AlertPresenter {
 public:
     void presentAlert(const Alert& alert, AlertCompletion completion) override {
         shown.push_back(alert);
+        if (onShown) {
+            onShown();
+        }
         int answer = kDefaultButtonCode;
         if (!answers.empty()) {
             answer = answers.front();
@@ -53,6 +56,7 @@ public:
 
     std::vector<Alert> shown;
     std::deque<int> answers;
+    std::function<void()> onShown;  // before the answer is given
 };
 
 class RecordingScanView : public ScanView {

@@ -15,8 +15,6 @@
 
 #include "support/TemporaryHome.h"
 
-extern char** environ;
-
 namespace loomcrest::test {
 
 struct CommandResult {
@@ -25,54 +23,9 @@ struct CommandResult {
     std::string err;
 };
 
-// Runs the real `loomcrest` binary with $HOME pointing at `home` and standard input empty,
-// capturing both streams through pipes. With `fileSizeLimit` it may write no file past that
-// many bytes, as on a full disk; the limit does not touch the pipes. `started`, when given,
-// receives the process id, so another thread can signal the run.
-inline CommandResult runLoomcrest(const TemporaryHome& home,
-                                  const std::vector<std::string>& arguments,
-                                  rlim_t fileSizeLimit = RLIM_INFINITY,
-                                  std::atomic<pid_t>* started = nullptr) {
-    std::vector<std::string> argumentTexts{LOOMCREST_CLI_PATH};
-    argumentTexts.insert(argumentTexts.end(), arguments.begin(), arguments.end());
-    std::vector<char*> argv;
-    for (std::string& text : argumentTexts) {
-        argv.push_back(text.data());
-    }
-    argv.push_back(nullptr);
-    std::string homeVariable = "HOME=" + home.path();
-    std::vector<char*> environment{homeVariable.data()};
-    for (char** variable = environ; *variable != nullptr; ++variable) {
-        if (std::string_view(*variable).substr(0, 5) != "HOME=") {
-            environment.push_back(*variable);
-        }
-    }
-    environment.push_back(nullptr);
-    std::array<int, 2> out{};
-    std::array<int, 2> err{};
-    if (pipe(out.data()) != 0 || pipe(err.data()) != 0) {
-        return {};
-    }
-    const pid_t child = fork();
-    if (child == 0) {
-        // Only async-signal-safe calls until exec: the test process has threads.
-        dup2(out[1], STDOUT_FILENO);
-        dup2(err[1], STDERR_FILENO);
-        dup2(open("/dev/null", O_RDONLY), STDIN_FILENO);
-        close(out[0]);
-        close(err[0]);
-        const rlimit limit{fileSizeLimit, fileSizeLimit};
-        setrlimit(RLIMIT_FSIZE, &limit);
-        execve(argv[0], argv.data(), environment.data());
-        _exit(127);
-    }
-    if (started != nullptr) {
-        *started = child;
-    }
-    close(out[1]);
-    close(err[1]);
-    CommandResult result;
-    std::array<pollfd, 2> streams{pollfd{out[0], POLLIN, 0}, pollfd{err[0], POLLIN, 0}};
+// Reads the child's two streams into `result` until both are closed.
+inline void readUntilClosed(int out, int err, CommandResult& result) {
+    std::array<pollfd, 2> streams{pollfd{out, POLLIN, 0}, pollfd{err, POLLIN, 0}};
     std::array<std::string*, 2> texts{&result.out, &result.err};
     int openStreams = 2;
     while (openStreams > 0 && poll(streams.data(), streams.size(), -1) > 0) {
@@ -91,6 +44,50 @@ inline CommandResult runLoomcrest(const TemporaryHome& home,
             }
         }
     }
+}
+
+// Runs the real `loomcrest` binary with $HOME pointing at `home` and standard input empty,
+// capturing both streams through pipes. With `fileSizeLimit` it may write no file past that
+// many bytes, as on a full disk; the limit does not touch the pipes. `started`, when given,
+// receives the process id, so another thread can signal the run.
+inline CommandResult runLoomcrest(const TemporaryHome& home,
+                                  const std::vector<std::string>& arguments,
+                                  rlim_t fileSizeLimit = RLIM_INFINITY,
+                                  std::atomic<pid_t>* started = nullptr) {
+    std::vector<std::string> argumentTexts{LOOMCREST_CLI_PATH};
+    argumentTexts.insert(argumentTexts.end(), arguments.begin(), arguments.end());
+    std::vector<char*> argv;
+    for (std::string& text : argumentTexts) {
+        argv.push_back(text.data());
+    }
+    argv.push_back(nullptr);
+    // The child inherits $HOME, which `home` points at its folder while it lives.
+    EXPECT_EQ(std::getenv("HOME"), home.path());
+    std::array<int, 2> out{};
+    std::array<int, 2> err{};
+    if (pipe(out.data()) != 0 || pipe(err.data()) != 0) {
+        return {};
+    }
+    const pid_t child = fork();
+    if (child == 0) {
+        // Only async-signal-safe calls until exec: the test process has threads.
+        dup2(out[1], STDOUT_FILENO);
+        dup2(err[1], STDERR_FILENO);
+        dup2(open("/dev/null", O_RDONLY), STDIN_FILENO);
+        close(out[0]);
+        close(err[0]);
+        const rlimit limit{fileSizeLimit, fileSizeLimit};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        execv(argv[0], argv.data());
+        _exit(127);
+    }
+    if (started != nullptr) {
+        *started = child;
+    }
+    close(out[1]);
+    close(err[1]);
+    CommandResult result;
+    readUntilClosed(out[0], err[0], result);
     int status = 0;
     waitpid(child, &status, 0);
     result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "app/ProcessState.h"
+#include "crawler/CrawlSettingsFile.h"
 #include "crawler/ScanDriver.h"
 #include "platform/FileSystem.h"
 #include "platform/RunLoop.h"
@@ -29,10 +30,7 @@ public:
     void showProgressSheet(bool shown) override {
         events.push_back(shown ? "progress" : "no progress");
     }
-    void showProgress(const ScanProgress& progress) override {
-        lastProgress = progress;
-        progressShown.push_back(progress);
-    }
+    void showProgress(const ScanProgress& progress) override { progressShown.push_back(progress); }
     void showTotalLinks(int32_t totalLinks) override { lastTotalLinks = totalLinks; }
     void showEndPanel(bool shown) override {
         events.push_back(shown ? "end panel" : "no end panel");
@@ -46,7 +44,6 @@ public:
     }
 
     std::vector<std::string> events;
-    ScanProgress lastProgress;
     std::vector<ScanProgress> progressShown;
     int32_t lastTotalLinks = -1;
     std::function<void()> onEnded;
@@ -54,19 +51,11 @@ public:
 
 // One page of a test site.
 struct TestPage {
-    TestPage(std::string pageBody, std::string type = "text/html", int code = 200,
-             std::string modified = {}, std::string redirect = {})
-        : body(std::move(pageBody)),
-          contentType(std::move(type)),
-          status(code),
-          lastModified(std::move(modified)),
-          location(std::move(redirect)) {}
-
     std::string body;
-    std::string contentType;
-    int status;
-    std::string lastModified;
-    std::string location;
+    std::string contentType = "text/html";
+    int status = 200;
+    std::string lastModified = {};
+    std::string location = {};
 };
 
 // A site served on 127.0.0.1, added to a temporary data root and scanned from a RunLoop
@@ -107,11 +96,15 @@ protected:
         loop.run();
     }
 
+    std::string url(const std::string& path) const { return server.url(path); }
+
+    void useSettings(const CrawlSettings& settings) {
+        ASSERT_TRUE(writeCrawlSettings(home.dataRoot() + "/Test", settings));
+    }
+
     std::string siteFile(const std::string& name) const {
         return fileContents(home.dataRoot() + "/Test/" + name);
     }
-
-    SiteScanner& scanner() { return driver.scanner(); }
 
     // The figures of the site's details as the window shows them.
     std::string figures() const {

@@ -11,8 +11,8 @@ inline testing::AssertionResult contains(std::string_view text, std::string_view
     if (text.find(piece) != std::string_view::npos) {
         return testing::AssertionSuccess();
     }
-    return testing::AssertionFailure() << testing::PrintToString(text) << "\n  does not hold "
-                                       << testing::PrintToString(piece);
+    return testing::AssertionFailure()
+           << testing::PrintToString(text) << "\n  does not hold " << testing::PrintToString(piece);
 }
 
 }  // namespace loomcrest::test
