@@ -49,17 +49,12 @@ TEST_F(ExportCommand, ValidateNamesEveryFaultWithItsLineAndReadsTheFileNamed) {
     writeFile(site("sitemap.xml"), golden("faulty-sitemap.xml"));
     writeFile(home.path() + "/warned.xml",
               sitemapOf(xmlSitemapEntry("http://h.example/shop/", "")));
-    writeFile(home.path() + "/broken.xml", "<urlset>\n<url></urlset>");
     expectSteps({
         {{"validate", "Shop"}, 1, golden("faulty-sitemap-problems.txt")},
         {{"validate", "Shop", home.path() + "/warned.xml"},
          0,
          "Line 10: Warning: The last-modified date is empty; the export leaves it out\n"
          "No problems, 1 warning\n"},
-        {{"validate", "Shop", home.path() + "/broken.xml"},
-         1,
-         "Line 2: The XML is not well formed: Opening and ending tag mismatch: url line 2 and "
-         "urlset\n1 problem\n"},
         refused({"validate", "Shop", home.path() + "/none.xml"},
                 "The sitemap \"" + home.path() +
                     "/none.xml\" could not be read: No such file or directory.\n"),
@@ -103,12 +98,10 @@ TEST_F(ExportCommand, ASplitAndCompressedSitemapValidates) {
          "25,001 empty last-modified dates were left out: search engines take an empty date as "
          "an invalid one.\n"},
         {{"validate", "Shop", pub + "sitemap.xml"}, 0, "No problems\n"},
-        {{"validate", "Shop", pub + "sitemap-1.xml.gz"}, 0, "No problems\n"},
         {{"validate", "Shop", pub + "sitemap-2.xml.gz"}, 0, "No problems\n"},
     });
     EXPECT_TRUE(contains(fileContents(pub + "sitemap.xml"),
                          "<loc>http://h.example/shop/sitemap-2.xml.gz</loc>"));
-    EXPECT_FALSE(std::filesystem::exists(pub + "sitemap-3.xml.gz"));
 }
 
 TEST_F(ExportCommand, AnExportThatCannotBeWrittenSaysWhyAndExitsOne) {
@@ -129,12 +122,8 @@ TEST_F(ExportCommand, AnExportThatCannotBeWrittenSaysWhyAndExitsOne) {
     expectSteps({
         refused({"export", "Shop", "3c", missing},
                 cannotWrite(missing, "No such file or directory.")),
-        refused({"export", "Shop", "xml", home.path()},
-                cannotWrite(home.path(), "Is a directory.")),
         refused({"export", "Shop", "broken-html", readOnly},
                 cannotWrite(readOnly, "Permission denied.")),
-        refused({"export", "Shop", "broken-txt", ""},
-                "The export could not be written.\nNo file name was given.\n"),
     });
     EXPECT_FALSE(std::filesystem::exists(home.path() + "/missing"));
 }
