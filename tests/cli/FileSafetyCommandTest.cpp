@@ -56,25 +56,6 @@ TEST_F(FileSafety, RestorePutsBackTheScanBeforeTheLastOnce) {
     });
 }
 
-TEST_F(FileSafety, AScanThatRunsOutOfSpaceLeavesThePreviousFiles) {
-    ASSERT_EQ(run({"scan", "Site"}).exitCode, 0);
-    const Files before = files();
-    std::string large = "<title>Large</title>";
-    for (int i = 0; i < 300; ++i) {
-        large +=
-            "<a href=\"p" + std::to_string(i) + ".html\">Page number " + std::to_string(i) + "</a>";
-    }
-    servePage("/", large);
-    const auto result = runLoomcrest(home, {"scan", "Site"}, 4096);
-    EXPECT_EQ(result.exitCode, 1);
-    EXPECT_EQ(result.out, "");
-    EXPECT_TRUE(
-        result.err.starts_with("The sitemap files could not be written.\n" + folder + "/sitemap"))
-        << result.err;
-    EXPECT_TRUE(result.err.ends_with(".html: File too large\n")) << result.err;
-    EXPECT_EQ(files(), before);
-}
-
 // Every command that changes the site "Site" (or adds one), with what it says on a full disk.
 struct Change {
     std::vector<std::string> arguments;
