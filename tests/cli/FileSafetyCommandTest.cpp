@@ -121,15 +121,5 @@ TEST_F(FileSafety, EveryChangeOnAFullDiskOrDuringAScanIsRefusedWithTheReason) {
     EXPECT_EQ(run({"show", "Site"}).exitCode, 0);
 }
 
-TEST_F(FileSafety, ANameTheFileSystemCannotHoldIsRefused) {
-    const Files before = files();
-    expectSteps({{{"add", "Tab\tName", "http://example.com/"},
-                  1,
-                  "",
-                  "The following error has occurred while saving your site.\n\n"
-                  "The site name cannot contain control characters\n"}});
-    EXPECT_EQ(files(), before);
-}
-
 }  // namespace
 }  // namespace loomcrest
