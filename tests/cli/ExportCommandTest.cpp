@@ -1,6 +1,3 @@
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <gtest/gtest.h>
 
 #include "CommandSteps.h"
@@ -104,27 +101,13 @@ TEST_F(ExportCommand, ASplitAndCompressedSitemapValidates) {
                          "<loc>http://h.example/shop/sitemap-2.xml.gz</loc>"));
 }
 
+// Every reason an export can fail for is the exporter's own test; here one reaches the user.
 TEST_F(ExportCommand, AnExportThatCannotBeWrittenSaysWhyAndExitsOne) {
     writeFile(site("sitemap3c.html"), "<html>");
-    writeFile(site("sitemap.xml"), sitemapOf(""));
-    writeFile(site("badLinks.txt"), "http://h.example/shop/gone.html\n");
-    // The superuser writes into read-only folders, but not into /sys.
-    std::string readOnly = "/sys/loomcrest-export.txt";
-    if (::geteuid() != 0) {
-        std::filesystem::create_directories(home.path() + "/locked");
-        ::chmod((home.path() + "/locked").c_str(), 0555);
-        readOnly = home.path() + "/locked/export.txt";
-    }
-    const auto cannotWrite = [](const std::string& file, const std::string& reason) {
-        return "The export could not be written to \"" + file + "\".\n" + reason + "\n";
-    };
     const std::string missing = home.path() + "/missing/sitemap.html";
-    expectSteps({
-        refused({"export", "Shop", "3c", missing},
-                cannotWrite(missing, "No such file or directory.")),
-        refused({"export", "Shop", "broken-html", readOnly},
-                cannotWrite(readOnly, "Permission denied.")),
-    });
+    expectSteps({refused(
+        {"export", "Shop", "3c", missing},
+        "The export could not be written to \"" + missing + "\".\nNo such file or directory.\n")});
     EXPECT_FALSE(std::filesystem::exists(home.path() + "/missing"));
 }
 
