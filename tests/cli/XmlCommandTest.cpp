@@ -35,9 +35,12 @@ TEST_F(XmlCommand, ListsEditsAndDeletesEntriesByRowFromOne) {
         {{"xml", "Site", "delete", "2"}, 1, "", "No entry in row 2.\n"},
         {{"xml", "Site", "delete", "0"}, 1, "", "Not a row number: 0\n"},
         {{"xml", "Site", "set", "1", "colour", "red"}, 2, "", std::nullopt},
-        // The file's bytes are the editor's own test; each run reads the file anew.
-        {{"xml", "Site"}, 0, "1\thttp://example.com/x.html\t\toften\t1\n"},
     });
+    EXPECT_EQ(test::fileContents(file),
+              header +
+                  "\n\t<url>\n\t\t<loc>http://example.com/x.html</loc>\n\t\t<lastmod></lastmod>"
+                  "\n\t\t<changefreq>often</changefreq>\n\t\t<priority>1</priority>\n\t</url>"
+                  "\n</urlset>");
 }
 
 }  // namespace
