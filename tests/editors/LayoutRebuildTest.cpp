@@ -3,22 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <initializer_list>
-#include <random>
 #include <string>
 #include <vector>
 
-#include "platform/HtmlDocument.h"
-#include "platform/Text.h"
 #include "sitemap/HtmlSitemapFormat.h"
 #include "sitemap/LayoutMarkup.h"
-#include "sitemap/SitemapFiles.h"
-#include "support/LayoutPieces.h"
 
 namespace loomcrest {
 namespace {
 
 using namespace layoutmarkup;
-using test::tablePiece;
 
 const std::string kHead = "<html>\n<head></head>\n";
 
@@ -167,112 +161,6 @@ TEST(LayoutRebuild, LinesKeepTheirBytes) {
     EXPECT_EQ(
         texts(cellsToKeep("<table><tr><td>" + line(link) + "<td>" + line(kP1) + "</td>", removed)),
         (std::vector<std::string>{"<td>" + line(link), "<td>" + line(kP1) + "</td>"}));
-}
-
-// The re-pack as it was first written: the layout parsed with libxml2, every cell and every
-// line of a cell serialised by the parser. Rows are laid out by the same code as before.
-std::string parsedRepack(std::string_view html, int columns, bool& removedAny) {
-    removedAny = false;
-    std::vector<std::string> cells;
-    const auto document = MarkupDocument::parseHtml(html);
-    for (const MarkupNode& cell : document->select("//td")) {
-        cells.push_back(cell.markup());
-    }
-    for (size_t i = 0; i < cells.size(); ++i) {
-        if (!containsIgnoringCase(cells[i], "<div ")) {
-            cells.erase(cells.begin() + static_cast<std::ptrdiff_t>(i));
-            removedAny = true;
-        }
-    }
-    std::vector<std::string> lines;
-    for (const std::string& cell : cells) {
-        std::string text = "<td>";
-        if (const auto document = MarkupDocument::parseHtml(cell)) {
-            for (const MarkupNode& div : document->select("//div")) {
-                text += "\n\t\t\t" + div.markup();
-            }
-        }
-        lines.push_back(text + "</td>");
-    }
-    return rebuilt(html.substr(0, html.find("<body>")), columns, lines);
-}
-
-// A layout as a scan writes it, with `deleted` lines taken out again.
-std::string generatedLayout(std::mt19937& random, int columns, bool pagesOnly, int deleted) {
-    const std::vector<std::string> titles = {"Home",
-                                             "Tom & Jerry",
-                                             "A < B > C",
-                                             "\"Quoted\" 'single'",
-                                             "Caf\xC3\xA9 \xE2\x80\x94 x",
-                                             "non\xC2\xA0"
-                                             "breaking",
-                                             "two\nlines",
-                                             "&lt;script&gt; as text",
-                                             "tab\there",
-                                             "Could not find link title"};
-    const std::vector<std::string> addresses = {"http://h/p.html", "http://h/d/q.php?id=4;x=1",
-                                                "http://h/%7Euser/", "http://h/a-b_c.html#top",
-                                                "https://other.example/x+y,z@w"};
-    const auto pick = [&](const std::vector<std::string>& from) {
-        return from[std::uniform_int_distribution<size_t>(0, from.size() - 1)(random)];
-    };
-    std::string html = std::string(htmlSitemapHead()) + std::string(kTableOpening);
-    std::vector<std::string> lines;
-    int filled = 0;
-    int number = 0;
-    const int pages = std::uniform_int_distribution<int>(1, 9)(random);
-    for (int page = 0; page < pages; ++page) {
-        std::string item = pageTitleLine(pick(addresses), number, pick(titles));
-        lines.push_back(item);
-        const int links = pagesOnly ? 0 : std::uniform_int_distribution<int>(0, 3)(random);
-        for (int link = 0; link < links; ++link) {
-            lines.push_back(linkLine(pick(addresses), ++number, pick(titles)));
-            item += lines.back();
-        }
-        html += tablePiece(item, columns, filled);
-        ++number;
-    }
-    html += columns == 2 ? twoColumnClosing(filled) : threeColumnClosing(filled);
-    for (int i = 0; i < deleted && !lines.empty(); ++i) {
-        const size_t gone = std::uniform_int_distribution<size_t>(0, lines.size() - 1)(random);
-        html = replaceAll(html, lines[gone], "");
-        lines.erase(lines.begin() + static_cast<std::ptrdiff_t>(gone));
-    }
-    return html;
-}
-
-std::string withoutALine(std::mt19937& random, const std::string& html) {
-    std::vector<size_t> starts;
-    for (size_t at = html.find("\n\t\t\t<div"); at != std::string::npos;
-         at = html.find("\n\t\t\t<div", at + 1)) {
-        starts.push_back(at);
-    }
-    if (starts.empty()) {
-        return html;
-    }
-    const size_t start =
-        starts[std::uniform_int_distribution<size_t>(0, starts.size() - 1)(random)];
-    const size_t end = html.find("</div>", start) + std::string_view("</div>").size();
-    return html.substr(0, start) + html.substr(end);
-}
-
-TEST(LayoutRebuild, CopiesOfSpansGiveWhatParsingGave) {
-    std::mt19937 random(17);
-    for (int round = 0; round < 400; ++round) {
-        const int columns = 2 + round % 2;
-        std::string html = generatedLayout(random, columns, round % 4 < 2, round % 3);
-        // A rebuilt layout is rebuilt again after a later deletion.
-        for (int again = 0; again < 2; ++again) {
-            bool removedBefore = false;
-            const std::string before = parsedRepack(html, columns, removedBefore);
-            bool removed = false;
-            const std::vector<std::string_view> cells = cellsToKeep(html, removed);
-            ASSERT_EQ(removed, removedBefore) << html;
-            std::string now = rebuiltLayout(html.substr(0, html.find("<body>")), columns, cells);
-            ASSERT_EQ(now, before) << html;
-            html = withoutALine(random, now);
-        }
-    }
 }
 
 }  // namespace

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -59,52 +57,26 @@ TEST(LinkTargets, HrefOrNothing) {
     EXPECT_EQ(hrefs, (std::vector<std::string>{"/up.html", "", "", ""}));
 }
 
-// A page is read from the parser's events, without its tree; what it reads must be what the
-// tree holds, on markup the parser reorders, closes early, prefixes or stops reading.
-TEST(PageOutline, ReadsWhatTheTreeHolds) {
+// A page is read from the parser's events, without its tree; that it reads what the tree
+// holds is compared by the titles fuzz target, on seeds of markup the parser reorders, closes
+// early, prefixes or stops reading. Here, what it reads of them.
+TEST(PageOutline, ReadsTitlesAndAnchorsAsTheTreeHoldsThem) {
     // An anchor inside html, body and `divs` div elements.
     const auto nestedIn = [](int divs) {
         std::string page = "<html><body>";
         for (int i = 0; i < divs; ++i) {
             page += "<div>";
         }
-        return page + "<a href=deep>d</a>";
+        return readHtmlOutline(page + "<a href=deep>d</a>");
     };
-    const std::vector<std::string> pages = {
-        "<title>a<script>s</script><!--c-->b</title><a href=x><!--c--><img alt=q></a>"
-        "<a href=y><?pi x?><img alt=r></a>",
-        "<svg:a xlink:href=q href=r>svg</svg:a><x:title>T</x:title><a:b:c>z</a:b:c>"
-        "<a><x:img alt=p></a><a><img alt=w></a>",
-        nestedIn(254),
-        nestedIn(255),
-        "<a href=\"x\"<b>bold</b></a><a href=y <i>it</i>",
-        "<meta charset=\"iso-8859-1\"><title>Caf\xe9</title><a href=\"/\xe9\"><img "
-        "alt=\"\xe9\"></a>",
-        "<a href=1> <img alt=sp></a><p><a href=3><img alt=three> </a></p>",
-        "<!DOCTYPE html><html><body> <a href=b> </a></body></html></html><a href=z>after</a>",
-        "<a href=x><a href=y>inner</a>tail</a><table><a href=t>t</a><tr><td><a "
-        "href=u>u</td></table>",
-        "<title></title><title>second</title><a name=n></a><a href nohref>b</a>",
-        "<a href=x><img src=a.png alt=a\n<a href=y><img",
-        "<style><title>in style</title></style><textarea><a href=t>x</a></textarea>",
-        "text only &amp; <!-- comment -->",
-        "<!-- only a comment -->",
-        "<a href=\"a&amp;b\" name=\"&lt;n&gt;\">&#x41;&#0;&nbsp;&bogus;</a>",
-    };
-    for (const std::string& page : pages) {
-        const auto document = MarkupDocument::parseHtml(page);
-        const auto outline = readHtmlOutline(page);
-        ASSERT_EQ(outline.has_value(), document.has_value()) << page;
-        if (document) {
-            EXPECT_TRUE(*outline == outlineOfDocument(*document)) << page;
-        }
-    }
     // With 257 elements open the parse stops, and the anchor is never read.
-    ASSERT_TRUE(readHtmlOutline(nestedIn(255)).has_value());
-    EXPECT_TRUE(readHtmlOutline(nestedIn(255))->anchors.empty());
-    EXPECT_EQ(readHtmlOutline(nestedIn(254))->anchors.size(), 1U);
+    ASSERT_TRUE(nestedIn(255).has_value());
+    EXPECT_TRUE(nestedIn(255)->anchors.empty());
+    EXPECT_EQ(nestedIn(254)->anchors.size(), 1U);
     // A prefixed element counts under its local name.
-    const auto prefixed = readHtmlOutline(pages[1]);
+    const auto prefixed = readHtmlOutline(
+        "<svg:a xlink:href=q href=r>svg</svg:a><x:title>T</x:title><a:b:c>z"
+        "</a:b:c><a><x:img alt=p></a><a><img alt=w></a>");
     ASSERT_TRUE(prefixed.has_value());
     EXPECT_EQ(prefixed->title, "T");
     ASSERT_EQ(prefixed->anchors.size(), 3U);
@@ -112,7 +84,9 @@ TEST(PageOutline, ReadsWhatTheTreeHolds) {
     EXPECT_EQ(prefixed->anchors[1].firstChildImage, "<img alt=\"p\">");
     EXPECT_EQ(prefixed->anchors[2].firstChildImage, "<img alt=w>");
     // Script text is part of a title; a comment or instruction is an anchor's first child.
-    const auto mixed = readHtmlOutline(pages[0]);
+    const auto mixed = readHtmlOutline(
+        "<title>a<script>s</script><!--c-->b</title><a href=x><!--c--><img "
+        "alt=q></a><a href=y><?pi x?><img alt=r></a>");
     ASSERT_TRUE(mixed.has_value());
     EXPECT_EQ(mixed->title, "asb");
     EXPECT_FALSE(mixed->anchors.at(0).firstChildImage.has_value());
@@ -126,18 +100,8 @@ TEST(PageOutline, ReadsWhatTheTreeHolds) {
     EXPECT_EQ(longText->anchors[0].text, "After");
 }
 
-class PageTitleFetch : public testing::Test {
-protected:
-    void SetUp() override {
-        server.server().Get(R"(/body/(\d+))",
-                            [](const httplib::Request& req, httplib::Response& res) {
-                                const size_t body = std::stoul(req.matches[1].str());
-                                res.set_content(std::string(kBodies[body].first), "text/html");
-                            });
-        server.start();
-    }
-
-    static constexpr std::array<std::pair<std::string_view, std::string_view>, 9> kBodies = {{
+TEST(PageTitleFetch, TitleOrFallback) {
+    const std::vector<std::pair<std::string, std::string>> bodies = {
         {"<html><head><title>Tom &amp; Jerry</title></head></html>", "Tom & Jerry"},
         {"<title>A < B</title>", "A < B"},
         {"<title>  spaced  </title>", "  spaced  "},
@@ -149,16 +113,16 @@ protected:
         {"<meta charset=\"iso-8859-1\"><title>Caf\xe9</title>", "Caf\xc3\xa9"},
         // The XML parse is the second chance.
         {"<?xml version=\"1.0\"?><feed><title>Feed</title></feed>", "Feed"},
-    }};
-
+    };
     TestServer server;
-};
-
-TEST_F(PageTitleFetch, TitleOrFallback) {
-    for (size_t body = 0; body < kBodies.size(); ++body) {
+    server.server().Get(R"(/body/(\d+))", [&](const httplib::Request& req, httplib::Response& res) {
+        res.set_content(bodies.at(std::stoul(req.matches[1].str())).first, "text/html");
+    });
+    server.start();
+    for (size_t body = 0; body < bodies.size(); ++body) {
         EXPECT_EQ(lookUpPageTitle(server.url("/body/" + std::to_string(body)), kWait).title,
-                  kBodies[body].second)
-            << kBodies[body].first;
+                  bodies[body].second)
+            << bodies[body].first;
     }
     for (const std::string& url : {std::string("http://127.0.0.1:1/x.html"), server.url("/none")}) {
         EXPECT_EQ(lookUpPageTitle(url, kWait).title, "Could not find page title") << url;

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "app/ProcessState.h"
 #include "platform/FileSystem.h"
 #include "sites/DataPaths.h"
@@ -69,33 +71,32 @@ TEST_F(SiteRecords, AddingCreatesTheFolderAndFileAndClosesTheSheet) {
     EXPECT_EQ(scanView.names, std::vector<std::string>{"Example"});
 }
 
-TEST_F(SiteRecords, InvalidInputKeepsTheSheetOpenBehindOneAlert) {
-    add(" Example", "ftp://example.com/");
-    EXPECT_EQ(alerts.described(),
-              std::vector<std::string>{
-                  "Refusal: The following error has occurred while saving your site. | The site "
-                  "name field cannot be left blank.\nURLs must begin http:// or https://\nftp:// "
-                  "etc scans are not available. [OK] (site sheet)"});
-    EXPECT_TRUE(sheetView.state.shown);
-    EXPECT_EQ(records.sheetState().siteName, " Example") << "the user's input stays";
-    EXPECT_TRUE(siteList.tableArray().empty());
-}
-
-TEST_F(SiteRecords, AnExistingNameOrAnyFolderOfThatNameBlocksAdding) {
+// Bad input, or a name taken by a site or any folder, keeps the sheet open with the user's
+// input behind one alert, and writes nothing.
+TEST_F(SiteRecords, RefusedInputKeepsTheSheetOpenAndWritesNothing) {
     add("Example", "example.com");
-    add("Example", "other.org");
-    EXPECT_EQ(alerts.described(),
-              std::vector<std::string>{"Refusal: The site you are trying to create already "
-                                       "exists, please select a different name. |  [OK] (site "
-                                       "sheet)"});
-    EXPECT_TRUE(sheetView.state.shown);
-    EXPECT_EQ(siteFile("Example"), test::golden("new-site.vrLMP"));
-
-    alerts.shown.clear();
     createFolder(siteFolderLocation("Taken"));
-    add("Taken", "example.com");
-    EXPECT_EQ(alerts.shown.size(), 1U);
+    const std::string exists =
+        "Refusal: The site you are trying to create already exists, please "
+        "select a different name. |  [OK] (site sheet)";
+    const std::vector<std::tuple<std::string, std::string, std::string>> cases = {
+        {" Example", "ftp://example.com/",
+         "Refusal: The following error has occurred while saving your site. | The site name field "
+         "cannot be left blank.\nURLs must begin http:// or https://\nftp:// etc scans are not "
+         "available. [OK] (site sheet)"},
+        {"Example", "other.org", exists},
+        {"Taken", "example.com", exists},
+    };
+    for (const auto& [name, url, alert] : cases) {
+        alerts.shown.clear();
+        add(name, url);
+        EXPECT_EQ(alerts.described(), std::vector<std::string>{alert}) << name;
+        EXPECT_TRUE(sheetView.state.shown) << name;
+        EXPECT_EQ(records.sheetState().siteName, name) << "the user's input stays";
+    }
+    EXPECT_EQ(siteFile("Example"), test::golden("new-site.vrLMP"));
     EXPECT_FALSE(pathExists(returnFullFileLocation("Taken")));
+    EXPECT_EQ(siteList.tableArray(), std::vector<std::string>{"Example"});
 }
 
 TEST_F(SiteRecords, EditingOnlyTheURLKeepsStatisticsAndRobotsFlag) {
@@ -145,8 +146,12 @@ TEST_F(SiteRecords, RenamingOntoAnExistingSiteOverwritesThatSitesURL) {
     EXPECT_FALSE(sheetView.state.shown);
 }
 
-TEST_F(SiteRecords, CancelClosesWithoutTouchingFiles) {
+TEST_F(SiteRecords, CancelOrNoSiteShownLeavesTheFilesAlone) {
     add("Example", "example.com");
+    records.deleteSite();
+    records.editSite();
+    EXPECT_TRUE(alerts.shown.empty()) << "no site shown: nothing to edit or delete";
+    EXPECT_FALSE(sheetView.state.shown);
     select("Example");
     const std::string before = siteFile("Example");
     records.editSite();
@@ -177,14 +182,6 @@ TEST_F(SiteRecords, DeleteAsksAndRemovesTheWholeFolderUnlessCancelled) {
     EXPECT_TRUE(siteList.tableArray().empty());
     EXPECT_EQ(process.vrlmpCurSite, "");
     EXPECT_TRUE(process.vrlmpBadLinkArray.empty());
-}
-
-TEST_F(SiteRecords, NoSiteShownMeansNothingToEditOrDelete) {
-    add("Example", "example.com");
-    records.deleteSite();
-    records.editSite();
-    EXPECT_TRUE(alerts.shown.empty());
-    EXPECT_TRUE(pathExists(returnFullFileLocation("Example")));
 }
 
 TEST_F(SiteRecords, AHandEditedNameNeverRemovesAnythingOutsideTheDataRoot) {

@@ -54,23 +54,33 @@ protected:
     ScanViewController controller{process, view, alerts};
 };
 
-TEST_F(SiteSelection, SelectingMakesTheSiteCurrentAndCompletesItsFile) {
+TEST_F(SiteSelection, SelectingMakesTheSiteCurrentAndCompletesItsFileDeselectingClearsIt) {
     EXPECT_EQ(view.names, std::vector<std::string>{"Example"});
     EXPECT_EQ(controller.selectedRow(), -1);
     EXPECT_EQ(controls(), "");
+    writeFile(home.dataRoot() + "/Example/badLinks.txt", "http://a/1\n");
     int announcements = 0;
     ScopedObserver observer(process.notifications, "vrlmpLFF", [&] { ++announcements; });
     selectSite("Example");
-
-    EXPECT_EQ(process.vrlmpCurSite, "Example");
-    EXPECT_EQ(process.vrlmpWinTit, "Loomcrest2 - Example");
-    EXPECT_EQ(view.windowTitle, "Loomcrest2 - Example");
+    EXPECT_EQ(process.vrlmpCurSite + "|" + process.vrlmpWinTit + "|" + view.windowTitle,
+              "Example|Loomcrest2 - Example|Loomcrest2 - Example");
     EXPECT_EQ(announcements, 1);
     EXPECT_EQ(view.filterReloads, 1);
-    EXPECT_EQ(controls(), "scan controls ");
-    EXPECT_EQ(details(), "Example|http://example.com/|0|0|0|0");
+    EXPECT_EQ(controls(), "scan controls broken ");
+    EXPECT_EQ(details(), "Example|http://example.com/|0|0|0|1");
     EXPECT_EQ(fileContents(returnFullFileLocation("Example")),
               newSiteFileText("Example", "http://example.com/") + "\n<pagesUsed>0</pagesUsed>");
+
+    controller.ignoreRobotsAction(true);
+    const int clearsBefore = view.scannedLinksClears;
+    controller.deselectAll();
+    EXPECT_EQ(controls(), "") << "no other site's tick stays on show";
+    EXPECT_EQ(announcements, 2) << "the filters side empties its list";
+    EXPECT_EQ(process.vrlmpCurSite + "|" + process.vrlmpWinTit + "|" + view.windowTitle,
+              "|Loomcrest2|Loomcrest2");
+    EXPECT_TRUE(process.vrlmpBadLinkArray.empty());
+    EXPECT_EQ(details(), "|||||");
+    EXPECT_EQ(view.scannedLinksClears, clearsBefore + 1);
 }
 
 TEST_F(SiteSelection, StatisticsShowAsStoredOrAsZero) {
@@ -104,23 +114,6 @@ TEST_F(SiteSelection, BrokenLinksAreCountedByLine) {
         EXPECT_EQ(view.state.details.brokenLinks, std::to_string(c.links.size()));
         EXPECT_EQ(view.state.brokenLinksButtonShown, !c.links.empty());
     }
-}
-
-TEST_F(SiteSelection, DeselectingClearsTheCurrentSite) {
-    writeFile(home.dataRoot() + "/Example/badLinks.txt", "http://a/1\n");
-    selectSite("Example");
-    controller.ignoreRobotsAction(true);
-    const int clearsBefore = view.scannedLinksClears;
-    int announcements = 0;
-    ScopedObserver observer(process.notifications, "vrlmpLFF", [&] { ++announcements; });
-    controller.deselectAll();
-    EXPECT_EQ(controls(), "") << "no other site's tick stays on show";
-    EXPECT_EQ(announcements, 1) << "the filters side empties its list";
-    EXPECT_EQ(process.vrlmpCurSite + "|" + process.vrlmpWinTit + "|" + view.windowTitle,
-              "|Loomcrest2|Loomcrest2");
-    EXPECT_TRUE(process.vrlmpBadLinkArray.empty());
-    EXPECT_EQ(details(), "|||||");
-    EXPECT_EQ(view.scannedLinksClears, clearsBefore + 1);
 }
 
 TEST_F(SiteSelection, AnUnreadableSiteFileStillBecomesCurrent) {

@@ -43,12 +43,8 @@ TEST(SiteInput, EveryProblemIsListedInOrder) {
         {"a\x1f", "example.com", control},
         {std::string("a\0b", 3), "example.com", control},
         {"a\x7f", "example.com", control},
-        {"a\xc2\x80"
-         "b",
-         "example.com", control},
-        {"a\xc2\x9f"
-         "b",
-         "example.com", control},
+        {std::string("a\xc2\x80") + "b", "example.com", control},
+        {std::string("a\xc2\x9f") + "b", "example.com", control},
         {"caf\xe9", "example.com", notUtf8},
         {"a\xc2", "example.com", notUtf8},
         {"\xc3\xa9t\xc3\xa9 \xc2\xa0\xe2\x80\x94", "example.com", ""},
