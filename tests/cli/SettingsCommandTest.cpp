@@ -57,16 +57,12 @@ TEST_F(SettingsCommand, ValuesNotAllowedAreRefusedAndNothingIsSaved) {
     };
     const std::string connections = "Connections must be a whole number from 1 to 16.";
     const std::string rate = "Requests per second must be a number from 0 (no limit) to 1000.";
+    // Text that is no number is refused here; a number out of range by the settings, whose
+    // own tests hold the other refusals.
     expectSteps({
-        refused("--connections", "0", connections),
-        refused("--connections", "17", connections),
         refused("--connections", "two", connections),
         refused("--rate", "-1", rate),
-        refused("--rate", "1001", rate),
-        refused("--user-agent", "",
-                "The user agent must not be empty and must not hold control characters."),
-        refused("--header", "Cookie",
-                "The extra header \"Cookie\" must have the form \"Name: value\"."),
+        refused("--connections", "17", connections),
         {{"settings", "Site", "--fetch-once", "yes"},
          2,
          "",

@@ -144,7 +144,7 @@ private slots:
     }
 
     // A click outlines without leaving the page; leaving the view or the layout forgets the
-    // clicked link (Delete once removed a line that was no longer shown as selected).
+    // clicked link (that Delete then deletes nothing is the editor's own test).
     void aClickOutlinesInThePageAndLeavingTheViewOrLayoutForgetsIt() {
         openHtmlView();
         QCOMPARE(countInPreview(QStringLiteral("script")), 0);
@@ -161,17 +161,12 @@ private slots:
         QCOMPARE(html().previewPage()->url(), shown);
         QVERIFY(window_->processState().vrlmpHTMLString.find("outline") == std::string::npos);
 
-        const std::string before = layout("sitemap3c.html");
         press(Qt::Key_4, Qt::ControlModifier);
         QCOMPARE(window_->returnCurrentView(), 4);
         openHtmlView();
         QVERIFY(html().titleField()->text().isEmpty());
         QVERIFY(!html().deleteButton()->isEnabled());
         QCOMPARE(outlinedAnchors(), QString());
-        QtAlerts::queueAnswers({kDefaultButtonCode});
-        press(Qt::Key_Delete);
-        QCOMPARE(QtAlerts::shownAlerts().size(), size_t{0});
-        QCOMPARE(layout("sitemap3c.html"), before);
 
         clickAnchor(2);
         QTRY_VERIFY(html().deleteButton()->isEnabled());
