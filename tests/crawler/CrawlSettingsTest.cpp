@@ -201,9 +201,13 @@ TEST(CrawlSettingsEditor, OpensTheSavedSettingsAndSavesOnlyWhatIsAllowed) {
                                            std::string(problem) + " [OK]"});
     }
     EXPECT_EQ(readCrawlSettings(home.path()).settings, saved) << "nothing refused was saved";
+}
 
+TEST(CrawlSettingsEditor, AFileThatCannotBeReadOpensTheDefaults) {
+    test::TemporaryHome home;
+    test::RecordingAlerts alerts;
+    CrawlSettingsEditor editor(alerts);
     test::writeFile(home.path() + "/crawl.json", "{");
-    alerts.shown.clear();
     EXPECT_EQ(editor.open(home.path()).connections, "1");
     EXPECT_EQ(alerts.described(),
               std::vector<std::string>{"Information: The Crawl Settings Could Not Be Read | " +
