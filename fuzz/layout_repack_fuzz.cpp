@@ -48,6 +48,8 @@ std::string parsedRepack(std::string_view html, int columns, bool& removedAny) {
     for (const MarkupNode& cell : document->select("//td")) {
         cells.push_back(cell.markup());
     }
+    // After an erase the next cell moves into place and is passed over unchecked, as the
+    // editor's own walk passes it.
     for (size_t i = 0; i < cells.size(); ++i) {
         if (!containsIgnoringCase(cells[i], "<div ")) {
             cells.erase(cells.begin() + static_cast<std::ptrdiff_t>(i));
