@@ -40,26 +40,18 @@ private:
     // Runs `script` in the preview beside the click script and waits for its answer; a big
     // site's page is slow.
     QVariant askPreview(const QString& script) {
-        QVariant answer;
-        bool answered = false;
+        std::optional<QVariant> answer;
         html().previewPage()->runJavaScript(script, QWebEngineScript::ApplicationWorld,
-                                            [&](const QVariant& result) {
-                                                answer = result;
-                                                answered = true;
-                                            });
-        if (!QTest::qWaitFor([&] { return answered; }, 10000)) {
-            return QStringLiteral("no answer");
-        }
-        return answer;
+                                            [&answer](const QVariant& result) { answer = result; });
+        const bool answered = QTest::qWaitFor([&answer] { return answer.has_value(); }, 10000);
+        return answered ? *answer : QStringLiteral("no answer");
     }
     // Clicks where a person would click the preview's anchor number `index`.
     void clickAnchor(int index) {
         const QVariantList xy =
-            askPreview(
-                QStringLiteral("(function () { var r = document.getElementsByTagName('a')[%1]"
-                               ".getBoundingClientRect(); return [r.left + 3, r.top + "
-                               "r.height / 2]; })()")
-                    .arg(index))
+            askPreview(QStringLiteral("(r => [r.left + 3, r.top + r.height / 2])"
+                                      "(document.links[%1].getBoundingClientRect())")
+                           .arg(index))
                 .toList();
         QCOMPARE(xy.size(), 2);
         QWidget* surface = html().preview()->focusProxy();
@@ -79,16 +71,12 @@ private:
     }
     // The indexes of the preview's anchors that carry the selection's outline.
     QString outlinedAnchors() {
-        return askPreview(
-                   QStringLiteral("Array.prototype.map.call(document.getElementsByTagName('a'), "
-                                  "function (a, i) { return getComputedStyle(a).outlineStyle === "
-                                  "'solid' ? i : -1; }).filter(function (i) { return i >= 0; })"
-                                  ".join(',')"))
+        return askPreview(QStringLiteral("[...document.links].flatMap((a, i) => getComputedStyle(a)"
+                                         ".outlineStyle === 'solid' ? [i] : []).join(',')"))
             .toString();
     }
     QString anchorTexts() {
-        return askPreview(QStringLiteral("Array.from(document.querySelectorAll('a'))"
-                                         ".map(function (a) { return a.textContent; }).join('|')"))
+        return askPreview(QStringLiteral("[...document.links].map(a => a.textContent).join('|')"))
             .toString();
     }
     void retitle(const QString& title) {
@@ -145,21 +133,18 @@ private slots:
     void init() {
         useFreshHome();
         server_ = std::make_unique<test::TestServer>();
-        server_->server().Get("/", [](const httplib::Request&, httplib::Response& res) {
-            res.set_content(
-                "<title>Home</title><a href=\"a.html\">Tom &amp; Jerry</a>"
-                "<a href=\"b.html\">B</a>",
-                "text/html");
-        });
-        server_->server().Get("/a.html", [](const httplib::Request&, httplib::Response& res) {
-            res.set_content(
-                "<title>&lt;script&gt;document.title='pwned'&lt;/script&gt;</title>"
-                "<a href=\"/\">Back</a>",
-                "text/html");
-        });
-        server_->server().Get("/b.html", [](const httplib::Request&, httplib::Response& res) {
-            res.set_content("<title>B page</title>", "text/html");
-        });
+        const std::pair<const char*, const char*> pages[] = {
+            {"/",
+             "<title>Home</title><a href=\"a.html\">Tom &amp; Jerry</a><a href=\"b.html\">B</a>"},
+            {"/a.html",
+             "<title>&lt;script&gt;document.title='pwned'&lt;/script&gt;</title><a "
+             "href=\"/\">Back</a>"},
+            {"/b.html", "<title>B page</title>"}};
+        for (const auto& [path, page] : pages) {
+            server_->server().Get(path, [page](const httplib::Request&, httplib::Response& res) {
+                res.set_content(page, "text/html");
+            });
+        }
         server_->start();
 
         openWindow(QSize(1200, 900));
