@@ -73,11 +73,6 @@ private:
         QTest::keyClick(field, Qt::Key_Return);
         QTRY_VERIFY(!window_->siteSheet().isVisible());
     }
-    void clickBelowTheNames() {
-        QListWidget* list = scan().siteTable();
-        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
-                          QPoint(20, list->viewport()->height() - 10));
-    }
     void expectNothingSelected() {
         QVERIFY(scan().siteTable()->selectedItems().isEmpty());
         QCOMPARE(window_->processState().vrlmpCurSite, std::string());
@@ -164,7 +159,9 @@ private slots:
             }
         }
         expectNothingSelected();
-        clickBelowTheNames();
+        QWidget* belowTheNames = scan().siteTable()->viewport();
+        QTest::mouseClick(belowTheNames, Qt::LeftButton, {},
+                          QPoint(20, belowTheNames->height() - 10));
         QTRY_VERIFY(scan().siteTable()->hasFocus());
         QCOMPARE(windowsBesides(*window_), QStringList());
         expectNothingSelected();

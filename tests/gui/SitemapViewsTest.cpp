@@ -42,30 +42,21 @@ private:
         press(Qt::Key_2, Qt::ControlModifier);
         QVERIFY(loaded.wait(20000));
     }
+    QString previewText(const QString& script) { return askPreview(script).toString(); }
     // The indexes of the preview's anchors that carry the selection's outline.
     QString outlinedAnchors() {
-        return askPreview(QStringLiteral("[...document.links].flatMap((a, i) => getComputedStyle(a)"
-                                         ".outlineStyle === 'solid' ? [i] : []).join(',')"))
-            .toString();
+        return previewText(
+            "[...document.links].flatMap((a, i) => getComputedStyle(a).outlineStyle"
+            " === 'solid' ? [i] : []).join(',')");
     }
     QString anchorTexts() {
-        return askPreview(QStringLiteral("[...document.links].map(a => a.textContent).join('|')"))
-            .toString();
+        return previewText("[...document.links].map(a => a.textContent).join('|')");
     }
     void retitle(const QString& title) {
         html().titleField()->setText(title);
         QTest::keyClick(html().titleField(), Qt::Key_Return);
     }
 
-    // Types a new address into the URL cell of `row` as a person would: a double-click opens
-    // the editor, the keyboard replaces the text and Enter keeps it.
-    void typeUrl(int row, const QString& url) {
-        QTableView* table = window_->xmlView().table();
-        const QRect cell = table->visualRect(table->model()->index(row, 0));
-        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, cell.center());
-        QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, cell.center());
-        typeInCell(url, Qt::Key_Return);
-    }
     // Waits for a cell's line editor, types `text` over what it holds and ends with `key`.
     void typeInCell(const QString& text, Qt::Key key) {
         QTRY_VERIFY(qobject_cast<QLineEdit*>(QApplication::focusWidget()) != nullptr);
@@ -93,8 +84,7 @@ private:
         QVERIFY(loaded.wait(20000));
     }
     QString firstRowDisplay() {
-        return askPreview(QStringLiteral("getComputedStyle(document.querySelector('tr')).display"))
-            .toString();
+        return previewText("getComputedStyle(document.querySelector('tr')).display");
     }
     QColor centreOf(QWidget* widget) {
         const QImage picture = widget->grab().toImage();
@@ -229,9 +219,8 @@ private slots:
         QTest::mouseClick(html().deleteButton(), Qt::LeftButton);
         QVERIFY(updated.wait(20000));
         QCOMPARE(loaded.count(), 0);
-        QCOMPARE(askPreview(QStringLiteral("document.querySelector('table').rows.length + ':' + "
-                                           "document.querySelectorAll('td[width=\"32%\"]').length"))
-                     .toString(),
+        QCOMPARE(previewText("document.querySelector('table').rows.length + ':' + "
+                             "document.querySelectorAll('td[width=\"32%\"]').length"),
                  QStringLiteral("2:6"));
     }
 
@@ -268,14 +257,14 @@ private slots:
         QTRY_VERIFY(!html().saveButton()->isEnabled());
         QCOMPARE(layout("sitemap3c.html"), window_->processState().vrlmpHTMLString);
 
-        const QString linkSize =
-            QStringLiteral("getComputedStyle(document.querySelector('.zplPageLink a')).fontSize");
-        const QString sizeBefore = askPreview(linkSize).toString();
+        const char* linkSize =
+            "getComputedStyle(document.querySelector('.zplPageLink a')).fontSize";
+        const QString sizeBefore = previewText(linkSize);
         QSignalSpy updated(&html(), &HtmlSitemapView::previewUpdated);
         emit html().pageLinkControls().size->activated(5);
         QVERIFY(html().saveButton()->isEnabled());
         QVERIFY(updated.wait(20000));
-        QVERIFY(askPreview(linkSize).toString() != sizeBefore);
+        QVERIFY(previewText(linkSize) != sizeBefore);
         const size_t asked = QtAlerts::shownAlerts().size();
         QtAlerts::queueAnswers({kOtherButtonCode});
         window_->toolbarAction(MainViewControl::Scan)->trigger();
@@ -300,13 +289,17 @@ private slots:
         press(Qt::Key_4, Qt::ControlModifier);
         QLabel* status = window_->xmlView().statusLine();
         QCOMPARE(status->text(), QStringLiteral("No problems, 3 warnings"));
-        typeUrl(1, QStringLiteral("http://elsewhere.example/a.html"));
+        // A double-click opens a cell's editor, the keyboard replaces the text, Enter keeps it.
+        QTableView* table = window_->xmlView().table();
+        const QPoint secondUrl = table->visualRect(table->model()->index(1, 0)).center();
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, secondUrl);
+        QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, secondUrl);
+        typeInCell(QStringLiteral("http://elsewhere.example/a.html"), Qt::Key_Return);
         QTRY_COMPARE(status->text(), QStringLiteral("1 problem, 3 warnings"));
 
         const auto sitemapHolds = [this](const std::string& piece) {
             return layout("sitemap.xml").find(piece) != std::string::npos;
         };
-        QTableView* table = window_->xmlView().table();
         QTest::mouseClick(table->viewport(), Qt::LeftButton, {},
                           table->visualRect(table->model()->index(0, 0)).center());
         QTest::keyClick(table, Qt::Key_F2);
