@@ -125,9 +125,14 @@ TEST_F(HtmlEditor, FirstLoadShowsTheThreeColumnLayoutAndReadsItsStyle) {
               "edit 0 Three Columns, All Links||\n"
               "pt 1 3 bold underline 0 #000000 (0,0,0)\n"
               "pl 1 2 underline 0 #0000FF (0,0,1)");
+
+    controller.changeMapType(1);
+    EXPECT_EQ(process.vrlmpHTMLString, "two columns");
+    EXPECT_EQ(process.vrlmpUTLLoc, layout("sitemap2c.html"));
+    EXPECT_EQ(view.state.layoutLabel, "Two Columns, All Links");
 }
 
-TEST_F(HtmlEditor, PlaceholdersAndARefusalWithoutSiteOrSitemap) {
+TEST_F(HtmlEditor, APlaceholderAndARefusalWithoutASite) {
     siteName.clear();
     controller.firstLoad();
     EXPECT_TRUE(test::contains(
@@ -139,14 +144,6 @@ TEST_F(HtmlEditor, PlaceholdersAndARefusalWithoutSiteOrSitemap) {
     EXPECT_EQ(alerts.described(), std::vector<std::string>{"Refusal: You need to select a sitemap "
                                                            "from the sites list to use the HTML "
                                                            "sitemap viewer. |  [OK]"});
-
-    siteName = "Never Scanned";
-    controller.firstLoad();
-    EXPECT_TRUE(test::contains(view.preview, "<title>No Sitemap Available</title>"));
-    EXPECT_TRUE(test::contains(view.preview,
-                               "<h2 align=\"center\">No Sitemap Is Available<br />Please scan "
-                               "this website to create the html sitemap.</h2></body></html>"));
-    EXPECT_FALSE(view.state.editOptionsEnabled);
 }
 
 // Each style edit rewrites its own lines of the working copy, shows in the controls and is not
@@ -219,14 +216,13 @@ TEST_F(HtmlEditor, HexEntriesAndTheirConversions) {
     EXPECT_EQ(view.state.pl.colourField, "#0000FF") << "Reset puts the well's colour back";
 
     EXPECT_EQ(HTMLViewController::getHEXValue(Rgb{1, 0.5, 0}), "#FF7F00");
+    const Rgb abcdef{171 / 255.0, 205 / 255.0, 239 / 255.0};
     Rgb well{0.2, 0.2, 0.2};
     EXPECT_EQ(HTMLViewController::setHEXValue(well, " #abcdef"), std::nullopt);
-    EXPECT_EQ(HTMLViewController::setHEXValue(well, "#  abcdef"),
-              (Rgb{171 / 255.0, 205 / 255.0, 239 / 255.0}));
-    EXPECT_EQ(HTMLViewController::setHEXValue(well, "abcdefg"),
-              (Rgb{171 / 255.0, 205 / 255.0, 239 / 255.0}));
+    EXPECT_EQ(HTMLViewController::setHEXValue(well, "#  abcdef"), abcdef);
+    EXPECT_EQ(HTMLViewController::setHEXValue(well, "abcdefg"), abcdef);
     EXPECT_EQ(HTMLViewController::setHEXValue(well, "abcde"), std::nullopt);
-    EXPECT_EQ(well, (Rgb{171 / 255.0, 205 / 255.0, 239 / 255.0}));
+    EXPECT_EQ(well, abcdef);
 }
 
 TEST_F(HtmlEditor, SaveButtonAsksThenWritesOrDiscards) {
@@ -250,12 +246,6 @@ TEST_F(HtmlEditor, SaveButtonAsksThenWritesOrDiscards) {
 }
 
 TEST_F(HtmlEditor, LayoutSwitchWithChangesKeepsTheOldPromptPath) {
-    controller.changeMapType(1);
-    EXPECT_EQ(process.vrlmpHTMLString, "two columns");
-    EXPECT_EQ(process.vrlmpUTLLoc, layout("sitemap2c.html"));
-    EXPECT_EQ(view.state.layoutLabel, "Two Columns, All Links");
-
-    controller.changeMapType(0);
     controller.setFontSize(Group::PageTitle, 0);
     alerts.answers = {kOtherButtonCode};
     controller.changeMapType(1);
@@ -583,13 +573,14 @@ TEST_F(HtmlEditor, EveryLoadForgetsTheClickedLine) {
     EXPECT_TRUE(test::contains(fileContents(layout("sitemap3c.html")), "b.html"));
 }
 
-TEST_F(HtmlEditor, WithoutALayoutNothingIsWritten) {
+TEST_F(HtmlEditor, WithoutALayoutAPlaceholderShowsAndNothingIsWritten) {
     controller.linkClicked("http://h/b.html---LINKID:3---", "B");
     siteName = "Never Scanned";
     writeFile(returnFullFileLocation(siteName), newSiteFileText(siteName, "http://n/"));
     controller.firstLoad();
     EXPECT_FALSE(controller.hasLayout());
     EXPECT_FALSE(view.state.deleteEnabled);
+    EXPECT_FALSE(view.state.editOptionsEnabled);
     controller.setEditFields("New title", "http://h/new.html");
     controller.titleEditInputAction();
     controller.setFontSize(Group::PageTitle, 2);
@@ -598,7 +589,9 @@ TEST_F(HtmlEditor, WithoutALayoutNothingIsWritten) {
     controller.deleteLinkAction();
     EXPECT_FALSE(pathExists(home.dataRoot() + "/Never Scanned/sitemap3c.html"));
     EXPECT_EQ(fileContents(layout("sitemap3c.html")), threeColumnLayout());
-    EXPECT_TRUE(test::contains(view.preview, "No Sitemap Is Available"))
+    EXPECT_TRUE(test::contains(view.preview,
+                               "<h2 align=\"center\">No Sitemap Is Available<br />Please scan "
+                               "this website to create the html sitemap.</h2></body></html>"))
         << "the placeholder stays on show";
     EXPECT_TRUE(alerts.shown.empty());
 }
