@@ -270,7 +270,7 @@ TEST_F(HtmlEditor, CheckSaveWritesToTheLastLoadedPath) {
                                        "[Discard]"});
 }
 
-TEST_F(HtmlEditor, AClickFillsTheFieldsAndAnEditRewritesTheLine) {
+TEST_F(HtmlEditor, AClickFillsTheFieldsAndAnEditRewritesOrDeletesTheLine) {
     EXPECT_TRUE(controller.shouldAllowNavigation("about:blank"));
     EXPECT_FALSE(controller.shouldAllowNavigation("http://h/a.html---LINKID:2---"));
     controller.linkClicked("http://h/a.html---LINKID:2---", "Tom & Jerry");
@@ -291,9 +291,8 @@ TEST_F(HtmlEditor, AClickFillsTheFieldsAndAnEditRewritesTheLine) {
     controller.linkEditInputAction();
     EXPECT_TRUE(test::contains(fileContents(layout("sitemap3c.html")), ">Tom<!-- LINKID: 2 -->"))
         << "a second edit of the line finds it again";
-}
 
-TEST_F(HtmlEditor, AnEmptyFieldOffersDeletion) {
+    // An empty field offers the line's deletion.
     controller.linkClicked("http://h/b.html---LINKID:3---", "B");
     controller.setEditFields("", "http://h/b.html");
     alerts.answers = {kOtherButtonCode, kDefaultButtonCode};
@@ -513,7 +512,7 @@ TEST_F(HtmlEditor, EditsAndDeletionsFindTheClickedLineAgain) {
 // A page title is deleted; the next number present decides which line follows it.
 TEST_F(HtmlEditor, TheLineAfterADeletedTitleIsTheNextNumberPresent) {
     struct Case {
-        std::vector<std::string> lines;  // after the title numbered 10
+        std::string lines;  // after the title numbered 10
         int total;
         std::string promoted;  // the line that became a title, if any
     };
@@ -522,32 +521,29 @@ TEST_F(HtmlEditor, TheLineAfterADeletedTitleIsTheNextNumberPresent) {
     const std::string zeros =
         replaceAll(linkLine("http://h/z.html", 12, "Z"), ":12---", ":0012---");
     const std::vector<Case> cases = {
-        {{link(2000), title2005}, 3000, link(2000)},
-        {{title2005}, 3000, ""},
-        {{}, 3000, ""},
-        {{link(11)}, 5, link(11)},
-        {{link(14)}, 14, link(14)},  // the last number is looked for too
-        {{}, 11, ""},
-        {{zeros, link(14)}, 100, link(14)},
-        {{link(30), link(20)}, 100, link(20)},
+        {link(2000) + title2005, 3000, link(2000)},
+        {title2005, 3000, ""},
+        {"", 3000, ""},
+        {link(11), 5, link(11)},
+        {link(14), 14, link(14)},  // the last number is looked for too
+        {"", 11, ""},
+        {zeros + link(14), 100, link(14)},
+        {link(30) + link(20), 100, link(20)},
     };
     for (const Case& each : cases) {
-        std::vector<std::string> lines = {pageTitleLine("http://h/t.html", 10, "T")};
-        lines.insert(lines.end(), each.lines.begin(), each.lines.end());
-        writeFile(layout("sitemap1c.html"), oneColumnLayout(lines));
+        const std::string title = pageTitleLine("http://h/t.html", 10, "T");
+        writeFile(layout("sitemap1c.html"), oneColumnLayout({title + each.lines}));
         writeSiteStatistics("Site", each.total, 3, 2);
         controller.changeMapType(2);
         controller.linkClicked("http://h/t.html---LINKID:10---", "T");
         controller.deleteLinkAction();
-        lines.erase(lines.begin());
-        for (std::string& line : lines) {
-            if (line == each.promoted) {
-                line = replaceAll(line, "zplPageLink", "zplPageTitle");
-            }
-        }
-        lines.insert(lines.begin(), "");
-        EXPECT_EQ(fileContents(layout("sitemap1c.html")), oneColumnLayout(lines))
-            << each.lines.size() << " lines, " << each.total << " links";
+        const std::string after =
+            each.promoted.empty()
+                ? each.lines
+                : replaceAll(each.lines, each.promoted,
+                             replaceAll(each.promoted, "zplPageLink", "zplPageTitle"));
+        EXPECT_EQ(fileContents(layout("sitemap1c.html")), oneColumnLayout({after}))
+            << each.lines << each.total;
     }
 }
 

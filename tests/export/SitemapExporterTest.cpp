@@ -249,8 +249,14 @@ TEST_F(Export, MissingOrUnreadableFilesAreReportedAndNothingIsWritten) {
     }
 }
 
+// A dialog cancelled writes nothing and says nothing; a file that cannot be written is
+// refused with the reason; without a site no file is asked for.
 TEST_F(Export, AFileThatCannotBeWrittenIsRefusedWithTheReason) {
     writeFile(site("sitemap3c.html"), "plain");
+    view.answer.reset();
+    exportWith(&SitemapExporter::exportHTMLSitemaps);
+    EXPECT_FALSE(view.panelShown);
+    EXPECT_TRUE(alerts.shown.empty());
     const std::vector<std::pair<std::string, std::string>> cases = {
         {home.path() + "/missing/x.html", "No such file or directory."},
         {"", "No file name was given."},
@@ -264,6 +270,9 @@ TEST_F(Export, AFileThatCannotBeWrittenIsRefusedWithTheReason) {
                                                  " | " + reason + " [OK]");
     }
     EXPECT_FALSE(pathExists(home.path() + "/missing"));
+    exporter.setSelectedSite("");
+    exportWith(&SitemapExporter::exportHTMLSitemaps);
+    EXPECT_EQ(view.requests.size(), 3U);
 }
 
 TEST_F(Export, ALinkIsWrittenThrough) {
@@ -286,19 +295,6 @@ TEST_F(Export, BrokenLinksAsHtmlAndText) {
     EXPECT_EQ(exported(), "http://h/a?x=1&y=2\nhttp://h/gone.html\n\n");
     EXPECT_EQ(view.requests, (std::vector<std::string>{"brokenLinksExport.html: html",
                                                        "brokenLinksExport.txt: txt"}));
-}
-
-TEST_F(Export, NothingIsWrittenWithoutAFileNameOrASite) {
-    writeFile(site("sitemap3c.html"), "plain");
-    view.answer.reset();
-    exportWith(&SitemapExporter::exportHTMLSitemaps);
-    EXPECT_EQ(view.requests.size(), 1U);
-    exporter.setSelectedSite("");
-    exportWith(&SitemapExporter::exportHTMLSitemaps);
-    EXPECT_EQ(view.requests.size(), 1U) << "without a site no file is asked for";
-    EXPECT_FALSE(view.panelShown);
-    EXPECT_TRUE(alerts.shown.empty());
-    EXPECT_FALSE(pathExists(home.path() + "/exported"));
 }
 
 TEST(SitePicker, ListsScannedSitesOrSaysNone) {
