@@ -2,10 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
 #include "app/ProcessState.h"
-
-#include <filesystem>
 
 #include "export/Gzip.h"
 #include "export/SitePicker.h"
@@ -93,13 +90,6 @@ TEST_F(Export, ALayoutLosesItsMarkersAndNothingElse) {
     EXPECT_EQ(view.barMaximum, 56U);
     EXPECT_EQ(view.barValue, 55U);
     EXPECT_TRUE(alerts.shown.empty());
-}
-
-TEST_F(Export, TheLayoutBoxesActAsOneRadioGroup) {
-    EXPECT_TRUE(exporter.isChosen(SitemapExporter::threeCSF));
-    exporter.chooseLayout(SitemapExporter::twoCSF);
-    EXPECT_TRUE(exporter.isChosen(SitemapExporter::twoCSF));
-    EXPECT_FALSE(exporter.isChosen(SitemapExporter::threeCSF));
 }
 
 TEST_F(Export, XmlDropsEmptyElementsWithTheirIndent) {
@@ -273,17 +263,6 @@ TEST_F(Export, AFileThatCannotBeWrittenIsRefusedWithTheReason) {
     exporter.setSelectedSite("");
     exportWith(&SitemapExporter::exportHTMLSitemaps);
     EXPECT_EQ(view.requests.size(), 3U);
-}
-
-TEST_F(Export, ALinkIsWrittenThrough) {
-    process.vrlmpBadLinkArray = {"http://h/gone"};
-    writeFile(home.path() + "/published/broken.txt", "old");
-    ASSERT_EQ(::symlink("published/broken.txt", (home.path() + "/link.txt").c_str()), 0);
-    view.answer = home.path() + "/link.txt";
-    exportWith(&SitemapExporter::exportBrokenAsTXTAction);
-    EXPECT_TRUE(alerts.shown.empty());
-    EXPECT_TRUE(std::filesystem::is_symlink(home.path() + "/link.txt"));
-    EXPECT_EQ(fileContents(home.path() + "/published/broken.txt"), "http://h/gone\n\n");
 }
 
 TEST_F(Export, BrokenLinksAsHtmlAndText) {
