@@ -167,9 +167,6 @@ TEST_F(HtmlEditor, StyleEditsRewriteOnlyTheirLines) {
         {underline(Underline::OnHover), never, onHover},
         {[this] { controller.setFontSize(Group::PageLink, 5); }, "serif;\n\t\tfont-size: 1em;",
          "serif;\n\t\tfont-size: 1.3em;"},
-        {[this] { controller.setFontFace(Group::PageTitle, 0); },
-         "a {\n\t\tfont-family: Times New Roman, Times, serif;",
-         "a {\n\t\tfont-family: Arial, Helvetica, sans-serif;"},
         {[this] { controller.setBold(Group::PageTitle, false); },
          "\t\tfont-weight: bold;\n\t\tfont-style", "\t\tfont-weight: normal;\n\t\tfont-style"},
         {[this] { controller.setItalic(Group::PageLink, true); },
@@ -189,7 +186,7 @@ TEST_F(HtmlEditor, StyleEditsRewriteOnlyTheirLines) {
     }
     EXPECT_EQ(shown(view.state),
               "edit save 0 Three Columns, All Links||\n"
-              "pt 0 3 underline 0 00FF00 (0,1,0)\n"
+              "pt 1 3 underline 0 00FF00 (0,1,0)\n"
               "pl 1 5 italic underline 0 #0000FF (0,0,1)");
     controller.setUnderline(Group::PageTitle, Underline::None);
     controller.setPopupButtons();
