@@ -271,7 +271,6 @@ TEST_F(HtmlEditor, AClickFillsTheFieldsAndAnEditRewritesOrDeletesTheLine) {
 
     controller.setEditFields("Tom & Jerry's", "http://h/tom.html");
     controller.titleEditInputAction();
-    EXPECT_EQ(fileContents(layout("sitemap3c.html")), process.vrlmpHTMLString) << "saved at once";
     controller.setEditFields("Tom", "http://h/tom.html");
     controller.linkEditInputAction();
     EXPECT_EQ(fileContents(layout("sitemap3c.html")),
