@@ -34,13 +34,12 @@ std::string line(const std::string& div) {
 
 // A full table row as a scan writes it; an empty item is a cell whose lines were deleted.
 std::string row(std::initializer_list<std::string> items) {
-    std::string text(kRowOpening);
-    bool first = true;
+    std::string cells;
     for (const std::string& item : items) {
-        text += (first ? "" : std::string(kCellSeparator)) + item;
-        first = false;
+        cells += std::string(kCellSeparator) + item;
     }
-    return text + std::string(kRowClosing);
+    return std::string(kRowOpening) + cells.substr(kCellSeparator.size()) +
+           std::string(kRowClosing);
 }
 
 std::string layout(const std::string& rows, std::string_view closing = kTableEnd) {
