@@ -500,11 +500,11 @@ TEST_F(HtmlEditor, TheLineAfterADeletedTitleIsTheNextNumberPresent) {
         {link(30) + link(20), 100, link(20)},
     };
     for (const Case& each : cases) {
-        const std::string title = pageTitleLine("http://h/t.html", 10, "T");
+        const std::string title = pageTitleLine("http://h/t.html?a", 10, "T");
         writeFile(layout("sitemap1c.html"), oneColumnLayout({title + each.lines}));
         writeSiteStatistics("Site", each.total, 3, 2);
         controller.changeMapType(2);
-        controller.linkClicked("http://h/t.html---LINKID:10---", "T");
+        controller.linkClicked("http://h/t.html?a---LINKID:10---", "T");
         controller.deleteLinkAction();
         const std::string after =
             each.promoted.empty()
