@@ -12,7 +12,6 @@
 #include "sites/DataPaths.h"
 #include "support/Recorders.h"
 #include "support/TemporaryHome.h"
-#include "support/TextChecks.h"
 
 namespace loomcrest {
 namespace {

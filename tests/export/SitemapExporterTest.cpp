@@ -17,7 +17,6 @@
 #include "support/Golden.h"
 #include "support/Recorders.h"
 #include "support/TemporaryHome.h"
-#include "support/TextChecks.h"
 
 namespace loomcrest {
 namespace {
