@@ -39,18 +39,17 @@ protected:
     // A site with a little of everything: titles with "&", images without alt text, broken
     // and non-HTML pages, a folder listing, an empty page, a redirect and outside links. Every page
     // answers the same way each time it is asked.
-    void serveVariedSite(bool withRedirect) {
+    void serveVariedSite() {
         std::string home = "<title>Home &amp; more</title>";
         for (int i = 0; i < kPages; ++i) {
             home += "<a href=\"p" + std::to_string(i) + ".html\">P" + std::to_string(i) + "</a>";
         }
         home += R"(<a href="gone.html">Gone</a><a href="r.php?f=pdf">PDF</a>)"
                 R"(<a href="files/">Files</a><a href="empty.html">Empty</a>)"
-                R"(<a href="http://elsewhere.example/x.html"><img alt="Out"></a>)";
-        if (withRedirect) {
-            home += R"(<a href="old.html">Old</a>)";
-            servePage("/old.html", {"", "text/html", 301, "", "/p5.html"});
-        }
+                R"(<a href="http://elsewhere.example/x.html"><img alt="Out"></a>)"
+                R"(<a href="old.html">Old</a>)";
+        servePage("/old.html", {"", "text/html", 301, "", "/moved.html"});
+        servePage("/moved.html", {"<title>Moved</title>"});
         servePage("/", {home, "text/html", 200, "Fri, 17 May 2024 10:00:00 GMT"});
         for (int i = 0; i < kPages; ++i) {
             const std::string page =
@@ -97,30 +96,25 @@ protected:
     }
 };
 
-TEST_F(ScanSettings, EightConnectionsGiveWhatOneGives) {
-    serveVariedSite(true);
+TEST_F(ScanSettings, ConnectionsAndFetchOnceGiveWhatOneConnectionGives) {
+    serveVariedSite();
     addSite();
     const ScanOutcome one = scanAndCollect();
     ASSERT_TRUE(test::contains(one.figures, "pages " + std::to_string(2 * kPages + 6) + ","));
     ASSERT_TRUE(test::contains(one.files.at("sitemap.xml"), "<lastmod>1994-11-06</lastmod>"));
-
     useSettings(withConnections(8));
     EXPECT_EQ(scanAndCollect(), one);
-}
 
-TEST_F(ScanSettings, FetchOnceGivesTheSameFilesAskingForEachUrlOnce) {
-    serveVariedSite(false);
-    addSite();
-    const ScanOutcome plain = scanAndCollect();
     for (const int connections : {1, 4}) {
         useSettings(withConnections(connections, true));
         const ScanOutcome once = scanAndCollect();
-        EXPECT_EQ(once.files, plain.files) << connections;
-        EXPECT_EQ(once.figures + once.scannedLinks, plain.figures + plain.scannedLinks);
+        EXPECT_EQ(once.files, one.files) << connections;
+        EXPECT_EQ(once.figures + once.scannedLinks, one.figures + one.scannedLinks);
         const std::set<std::string> distinct(once.requests.begin(), once.requests.end());
         EXPECT_EQ(distinct.size(), once.requests.size()) << "no request twice";
-        // The start page, robots.txt and every listed page but the listing's link.
-        EXPECT_EQ(once.requests.size(), 2 * kPages + 6U);
+        // The start page, robots.txt, every listed page but the listing's link, and the
+        // redirect with the page it leads to.
+        EXPECT_EQ(once.requests.size(), 2 * kPages + 8U);
     }
 }
 
