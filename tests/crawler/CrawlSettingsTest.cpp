@@ -40,12 +40,10 @@ TEST(CrawlSettings, DefaultsAndWhatIsAllowed) {
         {.connections = 16},
         {.connections = 0, .problem = connections},
         {.connections = 17, .problem = connections},
-        {.rate = 0.5},
         {.rate = 1000},
         {.rate = 1000.5, .problem = rate},
         {.rate = -1, .problem = rate},
         {.rate = std::nan(""), .problem = rate},
-        {.agent = "MyBot/2 (+mailto:me@example.org)"},
         {.agent = "", .problem = agent},
         {.agent = "Bot\r\nX-Evil: 1", .problem = agent},
         {.headers = {"Cookie: a=b; c=d", "X-Token:\tabc"}},
@@ -67,24 +65,18 @@ TEST(CrawlSettings, DefaultsAndWhatIsAllowed) {
 }
 
 TEST(CrawlSettings, ReadsTypedTextStrictly) {
-    EXPECT_EQ(connectionsFromText("4"), 4);
     EXPECT_EQ(connectionsFromText("016"), 16);
-    EXPECT_EQ(connectionsFromText("99999999999"), std::nullopt);
-    for (const char* text : {"", " 4", "4 ", "-1", "+4", "4.0", "four", "0x4"}) {
+    for (const char* text : {"", "4 ", "+4", "99999999999"}) {
         EXPECT_EQ(connectionsFromText(text), std::nullopt) << text;
     }
-    EXPECT_EQ(rateFromText("20"), 20);
-    EXPECT_EQ(rateFromText("0.5"), 0.5);
     EXPECT_EQ(rateFromText(".5"), 0.5);
     EXPECT_EQ(rateFromText("2."), 2);
-    for (const char* text : {"", ".", "1.2.3", "-1", "1e3", "inf", "nan", " 1", "1,5"}) {
+    for (const char* text : {".", "1.2.3", "1e3", " 1"}) {
         EXPECT_EQ(rateFromText(text), std::nullopt) << text;
     }
     EXPECT_EQ(switchFromText("on"), true);
     EXPECT_EQ(switchFromText("off"), false);
-    EXPECT_EQ(switchFromText("yes"), std::nullopt);
     EXPECT_EQ(switchFromText("ON"), std::nullopt);
-    EXPECT_EQ(rateText(0), "0");
     EXPECT_EQ(rateText(20), "20");
     EXPECT_EQ(rateText(0.25), "0.25");
 }
@@ -124,24 +116,18 @@ struct Malformed {
 
 TEST(CrawlSettingsFile, AMalformedFileIsReportedAndGivesTheDefaults) {
     const std::vector<Malformed> cases = {
-        {"", "line 1, column 1: unexpected end of text"},
         {"{\n  \"connections\": 4,\n}",
          "line 3, column 1: expected a member name in double quotes"},
         {"[]", "the settings must be a JSON object"},
         {R"({"connections": 4.5})", "\"connections\" must be a whole number"},
-        {R"({"connections": "4"})", "\"connections\" must be a whole number"},
         {R"({"connections": 1e15})", std::string(kConnectionsProblem)},
-        {R"({"connections": 1e30})", "\"connections\" must be a whole number"},
         {R"({"connections": -3})", std::string(kConnectionsProblem)},
         {R"({"requestsPerSecond": true})", "\"requestsPerSecond\" must be a number"},
         {R"({"requestsPerSecond": 5000})", std::string(kRateProblem)},
         {R"({"userAgent": null})", "\"userAgent\" must be a text"},
         {R"({"fetchOnce": "on"})", "\"fetchOnce\" must be true or false"},
-        {R"({"useNetrc": 1})", "\"useNetrc\" must be true or false"},
         {R"({"extraHeaders": "Cookie: a"})", "\"extraHeaders\" must be a list of texts"},
         {R"({"extraHeaders": ["Cookie: a", 3]})", "\"extraHeaders\" must be a list of texts"},
-        {R"({"extraHeaders": ["Cookie"]})",
-         std::string(kHeaderProblemStart) + "Cookie" + std::string(kHeaderProblemEnd)},
         {R"({"conections": 4})", "unknown setting \"conections\""},
     };
     test::TemporaryHome home;
@@ -175,8 +161,15 @@ TEST(CrawlSettingsEditor, OpensTheSavedSettingsAndSavesOnlyWhatIsAllowed) {
     test::TemporaryHome home;
     test::RecordingAlerts alerts;
     CrawlSettingsEditor editor(alerts);
+    test::writeFile(home.path() + "/crawl.json", "{");
     CrawlSettingsFields fields = editor.open(home.path());
     EXPECT_EQ(fields, (CrawlSettingsFields{"1", "0", kDefaultAgent, false, "", false}));
+    EXPECT_EQ(alerts.described(),
+              std::vector<std::string>{"Information: The Crawl Settings Could Not Be Read | " +
+                                       home.path() +
+                                       "/crawl.json: line 1, column 2: unexpected end of text. "
+                                       "The default settings are used. [OK]"});
+    alerts.shown.clear();
 
     fields = {"4", "0.5", "Bot/1", true, "Cookie: a=b\n\n  \nX-Token: t\n", true};
     ASSERT_TRUE(editor.save(fields));
@@ -203,23 +196,8 @@ TEST(CrawlSettingsEditor, OpensTheSavedSettingsAndSavesOnlyWhatIsAllowed) {
     EXPECT_EQ(readCrawlSettings(home.path()).settings, saved) << "nothing refused was saved";
 }
 
-TEST(CrawlSettingsEditor, AFileThatCannotBeReadOpensTheDefaults) {
-    test::TemporaryHome home;
-    test::RecordingAlerts alerts;
-    CrawlSettingsEditor editor(alerts);
-    test::writeFile(home.path() + "/crawl.json", "{");
-    EXPECT_EQ(editor.open(home.path()).connections, "1");
-    EXPECT_EQ(alerts.described(),
-              std::vector<std::string>{"Information: The Crawl Settings Could Not Be Read | " +
-                                       home.path() +
-                                       "/crawl.json: line 1, column 2: unexpected end of text. "
-                                       "The default settings are used. [OK]"});
-}
-
 TEST(CrawlDelay, TheLongestDelayOfAnyGroupIsAdvice) {
-    EXPECT_EQ(robotsCrawlDelay(""), std::nullopt);
     EXPECT_EQ(robotsCrawlDelay("User-agent: *\nDisallow: /x\n"), std::nullopt);
-    EXPECT_EQ(robotsCrawlDelay("Crawl-delay: 10\n"), 10);
     EXPECT_EQ(robotsCrawlDelay("User-agent: a\ncrawl-delay:2.5\r\nUser-agent: *\n"
                                "CRAWL-DELAY:\t4 \r\nCrawl-delay: 3\n"),
               4);
