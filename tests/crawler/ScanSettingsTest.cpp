@@ -168,38 +168,15 @@ TEST_F(ScanSettings, CancelEndsARetryAfterWait) {
     EXPECT_EQ(siteView.state().details.linksScanned, "1");
 }
 
-TEST_F(ScanSettings, EveryRequestCarriesTheUserAgentAndExtraHeaders) {
+// Basic authentication comes from the netrc when asked to.
+TEST_F(ScanSettings, EveryRequestCarriesTheUserAgentExtraHeadersAndNetrcLogin) {
     std::mutex seenMutex;
     std::set<std::string> seen;
-    intercept = [&](const httplib::Request& request, httplib::Response&) {
+    intercept = [&](const httplib::Request& request, httplib::Response& response) {
         const std::lock_guard lock(seenMutex);
         seen.insert(request.get_header_value("User-Agent") + " | " +
                     request.get_header_value("Cookie") + " | " +
                     request.get_header_value("X-Token"));
-        return false;
-    };
-    servePage("/", {R"(<title>Home</title><a href="a.html">A</a>)"});
-    servePage("/a.html", {"<title>A</title>"});
-    addSite();
-    scan();
-    EXPECT_EQ(seen, std::set<std::string>{CrawlSettings::defaultUserAgent() + " |  | "});
-
-    CrawlSettings settings;
-    settings.setUserAgent("TestBot/3 (+https://example.org/bot)");
-    settings.setExtraHeaders({"Cookie: session=1", "X-Token:\tabc"});
-    for (const int connections : {1, 3}) {
-        settings.setConnections(connections);
-        useSettings(settings);
-        seen.clear();
-        scan();
-        EXPECT_EQ(seen,
-                  std::set<std::string>{"TestBot/3 (+https://example.org/bot) | session=1 | abc"});
-        EXPECT_EQ(siteView.state().details.pagesFound, "2");
-    }
-}
-
-TEST_F(ScanSettings, BasicAuthComesFromTheNetrc) {
-    intercept = [](const httplib::Request& request, httplib::Response& response) {
         if (request.get_header_value("Authorization") == "Basic dXNlcjpzZWNyZXQ=") {
             return false;
         }
@@ -211,16 +188,25 @@ TEST_F(ScanSettings, BasicAuthComesFromTheNetrc) {
     test::writeFile(home.path() + "/.netrc", "machine 127.0.0.1 login user password secret\n");
     addSite();
     scan();
+    EXPECT_EQ(seen, std::set<std::string>{CrawlSettings::defaultUserAgent() + " |  | "});
     EXPECT_EQ(alerts.described(),
               std::vector<std::string>{"Refusal: The Site URL Could Not Be "
                                        "Reached | Error Code: 401 - Unauthorized [OK]"});
 
     CrawlSettings settings;
+    settings.setUserAgent("TestBot/3 (+https://example.org/bot)");
+    settings.setExtraHeaders({"Cookie: session=1", "X-Token:\tabc"});
     settings.setUseNetrc(true);
-    useSettings(settings);
-    scan();
+    for (const int connections : {1, 3}) {
+        settings.setConnections(connections);
+        useSettings(settings);
+        seen.clear();
+        scan();
+        EXPECT_EQ(seen,
+                  std::set<std::string>{"TestBot/3 (+https://example.org/bot) | session=1 | abc"});
+        EXPECT_EQ(figures(), "links 3, pages 2, scanned 2, broken 0");
+    }
     EXPECT_EQ(alerts.shown.size(), 1U);
-    EXPECT_EQ(figures(), "links 3, pages 2, scanned 2, broken 0");
 }
 
 TEST_F(ScanSettings, CancelWithFetchesUnderWayClosesTheFilesAndWritesTheStatistics) {
@@ -266,7 +252,6 @@ TEST_F(ScanSettings, CancelWithFetchesUnderWayClosesTheFilesAndWritesTheStatisti
     EXPECT_TRUE(test::contains(siteFile("Test.vrLMP"),
                                "<pagesFound>31</pagesFound>\n<totalLinks>31</totalLinks>\n"
                                "<pagesUsed>1</pagesUsed>"));
-    EXPECT_EQ(siteView.state().details.pagesFound, "31");
     EXPECT_FALSE(driver.isScanning());
 }
 

@@ -216,7 +216,8 @@ TEST_F(Scan, TheRobotsChoiceFiltersAndDrawerAreTakenAtTheStart) {
     EXPECT_TRUE(siteView.state().filterDrawerOpen) << "and reopened after";
 }
 
-// Every answer from 400 on is broken; a rescan without broken pages empties the list.
+// Every answer from 400 on is broken; a rescan without broken pages leaves the list empty and
+// the details their header alone.
 TEST_F(Scan, EveryAnswerFrom400OnIsBroken) {
     servePage("/", {R"(<title>Home</title><a href="ok.html">1</a><a href="bad.html">2</a>)"
                     R"(<a href="gone.html">3</a>)"});
@@ -238,7 +239,20 @@ TEST_F(Scan, EveryAnswerFrom400OnIsBroken) {
     servePage("/gone.html", {"<title>Back</title>"});
     scan();
     EXPECT_EQ(siteFile("badLinks.txt"), "");
+    EXPECT_EQ(siteFile("brokenLinks.tsv"), "URL\tStatus\tFound on\tLink text\tLinks\n");
     EXPECT_FALSE(siteView.state().brokenLinksButtonShown);
+
+    // Details of another list (an older scan, a list restored without them) are not used.
+    const std::string folder = home.dataRoot() + "/Test";
+    writeFileAtomically(folder + "/brokenLinks.tsv",
+                        "URL\tStatus\tFound on\tLink text\tLinks\nhttp://h/x\t404 - Not Found\t"
+                        "http://h/\tX\t2\n");
+    const BrokenLinkReport other = readBrokenLinkReport(folder, {"http://h/y"});
+    EXPECT_FALSE(other.complete);
+    EXPECT_EQ(other.rows, (std::vector<BrokenLinkDetail>{{"http://h/y", "", "", "", 0}}));
+    EXPECT_EQ(statusCodeOf("Connection refused"), 0);
+    EXPECT_EQ(brokenLinkDetailsTsv({{"a\tb", "s", "p\nq", "t\r", 1}}),
+              "URL\tStatus\tFound on\tLink text\tLinks\na b\ts\tp q\tt \t1\n");
 }
 
 TEST_F(Scan, TheBarIsSetOnlyOnceTwoPagesAreListed) {
@@ -260,9 +274,7 @@ TEST_F(Scan, TheBarIsSetOnlyOnceTwoPagesAreListed) {
             {1, 0, 0, 5, 1}, {1, 1, 0, 2, 1}, {0, 2, 0, 2, 2}, {0, 2, 0, 2, 2}, {0, 0, 0, 5, 1}}));
 }
 
-using BrokenLinkDetailsScan = test::ScanFixture;
-
-TEST_F(BrokenLinkDetailsScan, EveryBrokenPageGetsItsStatusFirstReferrerAndLinkCount) {
+TEST_F(Scan, EveryBrokenPageGetsItsStatusFirstReferrerAndLinkCount) {
     // In the site by its host-path prefix, yet fetched from a port nothing listens on.
     const std::string closed = url("@127.0.0.1:1/closed.html");
     servePage("/", {"<title>Home</title><a href=\"a.html\">A</a><a href=\"gone.html\">Gone</a>"
@@ -298,26 +310,7 @@ TEST_F(BrokenLinkDetailsScan, EveryBrokenPageGetsItsStatusFirstReferrerAndLinkCo
     EXPECT_EQ(siteFile("badLinks.txt"), plainList);
 }
 
-TEST_F(BrokenLinkDetailsScan, ACleanScanLeavesTheHeaderAloneAndReadersCheckTheList) {
-    servePage("/", {"<title>Home</title>"});
-    addSite();
-    scan();
-    EXPECT_EQ(siteFile("brokenLinks.tsv"), "URL\tStatus\tFound on\tLink text\tLinks\n");
-
-    // Details of another list (an older scan, a list restored without them) are not used.
-    const std::string folder = home.dataRoot() + "/Test";
-    writeFileAtomically(folder + "/brokenLinks.tsv",
-                        "URL\tStatus\tFound on\tLink text\tLinks\nhttp://h/x\t404 - Not Found\t"
-                        "http://h/\tX\t2\n");
-    const BrokenLinkReport other = readBrokenLinkReport(folder, {"http://h/y"});
-    EXPECT_FALSE(other.complete);
-    EXPECT_EQ(other.rows, (std::vector<BrokenLinkDetail>{{"http://h/y", "", "", "", 0}}));
-    EXPECT_EQ(statusCodeOf("Connection refused"), 0);
-    EXPECT_EQ(brokenLinkDetailsTsv({{"a\tb", "s", "p\nq", "t\r", 1}}),
-              "URL\tStatus\tFound on\tLink text\tLinks\na b\ts\tp q\tt \t1\n");
-}
-
-TEST_F(BrokenLinkDetailsScan, TheExplanationNamesEveryLinkNotQueuedWithItsReason) {
+TEST_F(Scan, TheExplanationNamesEveryLinkNotQueuedWithItsReason) {
     const std::string twin = "http://www." + url("/dir/index.html").substr(7);
     const std::vector<std::pair<std::string, std::string>> links = {
         {"dir/index.html", ""},
@@ -384,26 +377,16 @@ std::string binaryNoise() {
     return noise;
 }
 
-class HostileServers : public test::ScanFixture {
-protected:
-    void SetUp() override {
-        ScanFixture::SetUp();
-        // Long enough for the large page even in a sanitised build, short enough to keep the
-        // silent and dribbling pages quick. ThreadSanitizer slows the parse of the large page
-        // several times over.
+// Long enough for the large page even in a sanitised build, short enough to keep the silent
+// and dribbling pages quick. ThreadSanitizer slows the parse of the large page several times.
 #if defined(__SANITIZE_THREAD__)
-        http::setTimeoutLimit(3000ms);
+constexpr auto kHostileTimeout = 3000ms;
 #else
-        http::setTimeoutLimit(1000ms);
+constexpr auto kHostileTimeout = 1000ms;
 #endif
-    }
-    void TearDown() override {
-        http::setTimeoutLimit(0ms);
-        ScanFixture::TearDown();
-    }
-};
 
-TEST_F(HostileServers, NeitherHangNorCrashTheScan) {
+TEST_F(Scan, HostileServersNeitherHangNorCrashTheScan) {
+    http::setTimeoutLimit(kHostileTimeout);
     RawHttpServer hostile(RawHttpServer::Routes{
         {"/",
          RawHttpServer::page(
@@ -421,6 +404,7 @@ TEST_F(HostileServers, NeitherHangNorCrashTheScan) {
     });
     addSiteAt(hostile.url("/"));
     scan();
+    http::setTimeoutLimit(0ms);
 
     EXPECT_FALSE(driver.isScanning());
     EXPECT_EQ(process.vrlmpBadLinkArray,
