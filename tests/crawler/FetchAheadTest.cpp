@@ -53,23 +53,6 @@ TEST(FetchAhead, PagesComeBackInListOrderWithinTheWindow) {
     EXPECT_GE(slow.mostInFlight.load(), 2) << "fetches overlap";
 }
 
-TEST(FetchAhead, StoppingDropsWhatWasNotTaken) {
-    test::Arrivals fetches;
-    {
-        FetchAhead ahead(2, 16, [&](const std::string&) {
-            fetches.note();
-            std::this_thread::sleep_for(5ms);
-            return FetchedPage{};
-        });
-        for (int i = 0; i < 16; ++i) {
-            ahead.handOver("/p");
-        }
-        ASSERT_TRUE(fetches.waitFor(2));
-    }
-    // The two under way finish; the fourteen waiting are never fetched.
-    EXPECT_LT(fetches.count(), 16U);
-}
-
 // Every kind of page a scan meets, served by a bare server that also takes the URL with four
 // "?" a well-behaved server library refuses, one request at a time, in the order they come.
 test::RawHttpServer::Routes everyKindOfPage() {

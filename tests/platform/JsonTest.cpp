@@ -80,15 +80,14 @@ TEST(Json, RefusesWhatIsNotStrictJsonAndSaysWhere) {
     EXPECT_TRUE(json::parse(std::string(99, '[') + "{}" + std::string(99, ']')).value);
 }
 
-TEST(Json, WritesEveryStringAsValidEscapedUtf8) {
+TEST(Json, WritesEveryStringAsValidEscapedUtf8AndIndentsOneItemALine) {
     EXPECT_EQ(json::quoted("say \"hi\"\\ \n\x01\x1f"), R"("say \"hi\"\\ \n\u0001\u001f")");
     EXPECT_EQ(json::quoted("caf\xe9!"), "\"caf\xef\xbf\xbd!\"");
     EXPECT_EQ(json::quoted("\xed\xa0\x80"), "\"\xef\xbf\xbd\xef\xbf\xbd\xef\xbf\xbd\"");
     EXPECT_EQ(json::quoted("</script>"), "\"</script>\"");
     EXPECT_EQ(json::write(json::Value(std::numeric_limits<double>::infinity())), "null");
-}
 
-TEST(Json, IndentsOneMemberOrElementALine) {
+    // Indented: one member or element a line.
     json::Value file = json::Object{};
     file.set("name", "Tom & \"Jerry\"");
     file.set("count", 3);
