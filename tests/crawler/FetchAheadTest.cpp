@@ -14,8 +14,6 @@
 namespace loomcrest {
 namespace {
 
-using namespace std::chrono_literals;
-
 struct SlowFetch {
     FetchedPage operator()(const std::string& url) {
         const int running = ++inFlight;

@@ -26,12 +26,8 @@ const std::string kOneColumnEnd(layoutmarkup::kOneColumnEnd);
 const std::string kTableEnd(layoutmarkup::kTableEnd);
 const std::string kPaddedRowEnd(layoutmarkup::kPaddedRowEnd);
 
-std::string head() {
-    return std::string(htmlSitemapHead());
-}
-std::string tableHead() {
-    return head() + std::string(kTableOpening);
-}
+const std::string kHead(htmlSitemapHead());
+const std::string kTableHead = kHead + std::string(kTableOpening);
 
 using Scan = test::ScanFixture;
 
@@ -59,11 +55,11 @@ TEST_F(Scan, ASmallSiteBecomesItsSixLayoutsXmlAndStatistics) {
          {std::tuple{"cpo", titleHome, titleA}, std::tuple{"c", blockHome, blockA}}) {
         const std::string row = kRowOpening + first + kCellSeparator + second;
         EXPECT_EQ(siteFile("sitemap1" + std::string(kind) + ".html"),
-                  head() + "\n" + first + kClearer + "\n" + second + kClearer + kOneColumnEnd);
+                  kHead + "\n" + first + kClearer + "\n" + second + kClearer + kOneColumnEnd);
         EXPECT_EQ(siteFile("sitemap2" + std::string(kind) + ".html"),
-                  tableHead() + row + kRowClosing + kTableEnd);
+                  kTableHead + row + kRowClosing + kTableEnd);
         EXPECT_EQ(siteFile("sitemap3" + std::string(kind) + ".html"),
-                  tableHead() + row + kCellSeparator + kPaddedRowEnd);
+                  kTableHead + row + kCellSeparator + kPaddedRowEnd);
     }
     EXPECT_EQ(siteFile("sitemap.xml"), std::string(xmlSitemapHeader()) +
                                            xmlSitemapEntry(home, "2024-05-17") +
@@ -97,7 +93,7 @@ TEST_F(Scan, BrokenNonHtmlAndListingPagesAreToldApart) {
                   "The default settings are used. [OK]"});
     EXPECT_EQ(siteFile("badLinks.txt"), url("/gone.html") + "\n" + url("/r.php?f=pdf") + "\n");
     EXPECT_EQ(siteFile("sitemap1cpo.html"),
-              head() + "\n" + pageTitleLine(url("/"), 0, "Home") + kClearer + kOneColumnEnd)
+              kHead + "\n" + pageTitleLine(url("/"), 0, "Home") + kClearer + kOneColumnEnd)
         << "only the good page is mapped";
     EXPECT_EQ(figures(), "links 4, pages 4, scanned 2, broken 2") << "4 dealt with, 2 broken";
 }
@@ -117,10 +113,10 @@ TEST_F(Scan, AnUnparsableBodyLeavesItsTitleForTheNextBlock) {
     const std::string blockC =
         titleEmpty + pageTitleLine(url("/c.html"), 3, "C") + linkLine(url("/"), 5, "Back");
     EXPECT_EQ(siteFile("sitemap1c.html"),
-              head() + "\n" + blockHome + kClearer + "\n" + blockC + kClearer + kOneColumnEnd);
+              kHead + "\n" + blockHome + kClearer + "\n" + blockC + kClearer + kOneColumnEnd);
     // The pages-only tables hold three items but are closed by the all-links counters.
     EXPECT_EQ(siteFile("sitemap2cpo.html"),
-              tableHead() + kRowOpening + pageTitleLine(url("/"), 0, "Home") + kCellSeparator +
+              kTableHead + kRowOpening + pageTitleLine(url("/"), 0, "Home") + kCellSeparator +
                   titleEmpty + kRowClosing + kRowOpening + pageTitleLine(url("/c.html"), 3, "C") +
                   kCellSeparator + kTableEnd);
     EXPECT_EQ(siteView.state().details.totalLinksFound, "5");
@@ -148,9 +144,9 @@ TEST_F(Scan, FourQueryMarksWarnAndCancelBeforeThePage) {
                   "invalid. [Continue] [Cancel Scan]"});
     EXPECT_EQ(figures(), "links 0, pages 1, scanned 0, broken 0");
     // Every file closed with nothing in it.
-    EXPECT_EQ(siteFile("sitemap1c.html"), head() + kOneColumnEnd);
+    EXPECT_EQ(siteFile("sitemap1c.html"), kHead + kOneColumnEnd);
     EXPECT_EQ(siteFile("sitemap.xml"), std::string(xmlSitemapHeader()) + "\n</urlset>");
-    EXPECT_EQ(siteFile("sitemap2c.html"), tableHead() + kTableEnd);
+    EXPECT_EQ(siteFile("sitemap2c.html"), kTableHead + kTableEnd);
 }
 
 TEST_F(Scan, CancelInTheMiddleOfAPageKeepsWhatWasSeen) {
@@ -160,7 +156,7 @@ TEST_F(Scan, CancelInTheMiddleOfAPageKeepsWhatWasSeen) {
     driver.setViewRefreshInterval(std::chrono::milliseconds(0));
     scanView.onScannedLinkAppended = [this] { driver.cancelScan(); };
     scan();
-    EXPECT_EQ(siteFile("sitemap1c.html"), head() + "\n" + pageTitleLine(url("/"), 0, "Home") +
+    EXPECT_EQ(siteFile("sitemap1c.html"), kHead + "\n" + pageTitleLine(url("/"), 0, "Home") +
                                               linkLine(url("/a.html"), 2, "A") + kClearer +
                                               kOneColumnEnd);
     EXPECT_EQ(figures(), "links 3, pages 2, scanned 1, broken 0")
@@ -178,7 +174,7 @@ TEST_F(Scan, AStartUrlThatIsNotA200IsRefused) {
     EXPECT_EQ(alerts.described(),
               std::vector<std::string>{
                   "Refusal: The Site URL Could Not Be Reached | Error Code: 404 - Not Found [OK]"});
-    EXPECT_EQ(siteFile("sitemap1c.html"), head()) << "the headers stay as written";
+    EXPECT_EQ(siteFile("sitemap1c.html"), kHead) << "the headers stay as written";
     EXPECT_EQ(siteFile("sitemap.xml"), std::string(xmlSitemapHeader()));
     EXPECT_TRUE(siteView.state().scanButtonEnabled);
 }
