@@ -8,6 +8,9 @@
 
 #include "crawler/CrawlSettingsFile.h"
 #include "platform/Text.h"
+#include "sitemap/HtmlSitemapFormat.h"
+#include "sitemap/LayoutMarkup.h"
+#include "sitemap/SitemapFiles.h"
 #include "support/RawHttpServer.h"
 #include "support/ScanFixture.h"
 
@@ -130,7 +133,11 @@ protected:
         alerts.onShown = [&] { atWarning = site.requestLines().size(); };
         scan();
         alerts.onShown = {};
-        EXPECT_EQ(alerts.shown.size(), 1U);
+        EXPECT_EQ(alerts.described(),
+                  std::vector<std::string>{
+                      "Question: There may be an issue with the site you are scanning. | "
+                      "URL parameters have been found containing multiple ?s which may be "
+                      "invalid. [Continue] [Cancel Scan]"});
         std::vector<std::string> log = site.requestLines();
         log.erase(log.begin(), log.begin() + static_cast<std::ptrdiff_t>(before));
         return {log, atWarning - before};
@@ -163,6 +170,12 @@ TEST_F(OneConnection, RequestsComeInTheOrderOfAScanThatFetchedEachPageInTurn) {
         EXPECT_EQ(siteView.state().details.pagesFound,
                   scanCase.answer == kDefaultButtonCode ? "9" : "1");
     }
+    // Cancelled before the page: every file closed with nothing in it.
+    const std::string head(htmlSitemapHead());
+    EXPECT_EQ(siteFile("sitemap1c.html"), head + std::string(layoutmarkup::kOneColumnEnd));
+    EXPECT_EQ(siteFile("sitemap2c.html"),
+              head + std::string(kTableOpening) + std::string(layoutmarkup::kTableEnd));
+    EXPECT_EQ(siteFile("sitemap.xml"), std::string(xmlSitemapHeader()) + "\n</urlset>");
 }
 
 }  // namespace

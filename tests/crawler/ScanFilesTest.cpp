@@ -89,10 +89,16 @@ TEST_F(ScanFiles, TheScanBeforeTheLastIsKeptAndCanBePutBack) {
               "<pagesFound>2</pagesFound>\n<totalLinks>2</totalLinks>\n<pagesUsed>1</pagesUsed>");
     EXPECT_TRUE(siteView.state().previousSitemapsKept);
 
-    // A start URL that is down leaves bare headers; the last complete set is one step away.
-    servePage("/", {"down", "text/html", 500});
+    // A start URL that is down leaves bare headers; the last complete set is one step away. A
+    // redirect is refused under the code of the page it leads to.
+    servePage("/", {"", "text/html", 301, "", "/gone/"});
     scan();
+    EXPECT_EQ(alerts.described(),
+              std::vector<std::string>{
+                  "Refusal: The Site URL Could Not Be Reached | Error Code: 404 - Not Found [OK]"});
     EXPECT_EQ(files().at("sitemap.xml"), std::string(xmlSitemapHeader()));
+    EXPECT_EQ(files().at("sitemap1c.html"), std::string(htmlSitemapHead()));
+    EXPECT_TRUE(siteView.state().scanButtonEnabled);
     SitemapRestore restore(siteView, alerts);
     restore.restorePreviousSitemaps();
     EXPECT_EQ(files(), current(second));

@@ -122,33 +122,6 @@ TEST_F(Scan, AnUnparsableBodyLeavesItsTitleForTheNextBlock) {
     EXPECT_EQ(siteView.state().details.totalLinksFound, "5");
 }
 
-// Going on after the warning, and with one connection, is in the request-order test.
-TEST_F(Scan, FourQueryMarksWarnAndCancelBeforeThePage) {
-    // cpp-httplib refuses request targets with several "?"; this server answers everything
-    // with one page.
-    const test::RawHttpServer odd([](int connection, const std::string&, const std::atomic<bool>&) {
-        test::RawHttpServer::send(
-            connection, test::RawHttpServer::response(
-                            "200 OK", "text/html", "<title>Odd</title><a href=\"p.html\">P</a>"));
-    });
-    addSiteAt(odd.url("/index.php?a=1?b=2?c=3?d=4"));
-    CrawlSettings settings;
-    settings.setConnections(8);
-    useSettings(settings);
-    alerts.answers.push_back(kOtherButtonCode);
-    scan();
-    EXPECT_EQ(alerts.described(),
-              std::vector<std::string>{
-                  "Question: There may be an issue with the site you are scanning. | "
-                  "URL parameters have been found containing multiple ?s which may be "
-                  "invalid. [Continue] [Cancel Scan]"});
-    EXPECT_EQ(figures(), "links 0, pages 1, scanned 0, broken 0");
-    // Every file closed with nothing in it.
-    EXPECT_EQ(siteFile("sitemap1c.html"), kHead + kOneColumnEnd);
-    EXPECT_EQ(siteFile("sitemap.xml"), std::string(xmlSitemapHeader()) + "\n</urlset>");
-    EXPECT_EQ(siteFile("sitemap2c.html"), kTableHead + kTableEnd);
-}
-
 TEST_F(Scan, CancelInTheMiddleOfAPageKeepsWhatWasSeen) {
     servePage("/", {R"(<title>Home</title><a href="a.html">A</a><a href="b.html">B</a>)"});
     servePage("/a.html", {"<title>A</title>"});
@@ -164,19 +137,6 @@ TEST_F(Scan, CancelInTheMiddleOfAPageKeepsWhatWasSeen) {
     const auto log = requestLog();
     EXPECT_EQ(std::count(log.begin(), log.end(), "GET /a.html"), 2)
         << "the next page's title is fetched before the stop is seen";
-}
-
-// A redirect is refused under the code of the page it leads to.
-TEST_F(Scan, AStartUrlThatIsNotA200IsRefused) {
-    servePage("/old/", {"", "text/html", 301, "", "/gone/"});
-    addSite("/old/");
-    scan();
-    EXPECT_EQ(alerts.described(),
-              std::vector<std::string>{
-                  "Refusal: The Site URL Could Not Be Reached | Error Code: 404 - Not Found [OK]"});
-    EXPECT_EQ(siteFile("sitemap1c.html"), kHead) << "the headers stay as written";
-    EXPECT_EQ(siteFile("sitemap.xml"), std::string(xmlSitemapHeader()));
-    EXPECT_TRUE(siteView.state().scanButtonEnabled);
 }
 
 // Obeying the rules, and the filters with them, is shown by the explanation of skipped links.
