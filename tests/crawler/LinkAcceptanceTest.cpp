@@ -100,8 +100,6 @@ TEST(LinkAcceptance, BasesAreCutBackOnlyForPageNames) {
     EXPECT_EQ(s.scanner.pageBaseURLUnchanged, "http://host/dir/page.html");
     s.scanner.setPageBaseURLs("http://host/dir");
     EXPECT_EQ(s.scanner.pageBaseURL, "http://host/dir");
-    s.scanner.setSiteBaseURL("http://host");
-    EXPECT_EQ(s.scanner.siteBaseURL, "http://");
 }
 
 // Every Disallow line counts whatever its group; carriage returns stay and match nothing;
