@@ -70,7 +70,6 @@ TEST(ContainsIgnoringCase, IsAPlainSearch) {
 
 TEST(LeadingIntegerValue, ReadsTheLeadingNumberLeniently) {
     EXPECT_EQ(leadingIntegerValue("  -7 pages"), -7);
-    EXPECT_EQ(leadingIntegerValue("12abc"), 12);
     EXPECT_EQ(leadingIntegerValue("abc"), 0);
     EXPECT_EQ(leadingIntegerValue("99999999999999999999"), 2147483647);
     EXPECT_EQ(leadingIntegerValue("-99999999999999999999"), -2147483648LL);
@@ -215,15 +214,13 @@ TEST(ResolveWithParts, GivesTheTextWithoutFragmentAndThePartsOfThatText) {
     };
     for (const auto& [base, href, text, parts] : cases) {
         const auto resolved = UrlResolver(base).resolveWithParts(href);
-        ASSERT_EQ(resolved.has_value(), text.has_value()) << base << " " << href;
-        if (!resolved) {
-            continue;
+        EXPECT_EQ(resolved ? resolved->text + " " + described(resolved->parts) : "none",
+                  text ? *text + " " + parts : "none")
+            << base << " " << href;
+        if (resolved) {
+            const auto reread = parseUrl(resolved->text);
+            EXPECT_EQ(reread ? described(*reread) : "none", described(resolved->parts));
         }
-        EXPECT_EQ(resolved->text, *text) << base << " " << href;
-        EXPECT_EQ(described(resolved->parts), parts) << base << " " << href;
-        const auto reread = parseUrl(resolved->text);
-        ASSERT_TRUE(reread.has_value()) << resolved->text;
-        EXPECT_EQ(described(resolved->parts), described(*reread)) << resolved->text;
     }
 }
 
