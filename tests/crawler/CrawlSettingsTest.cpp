@@ -75,7 +75,6 @@ TEST(CrawlSettings, ReadsTypedTextStrictly) {
     EXPECT_EQ(switchFromText("on"), true);
     EXPECT_EQ(switchFromText("off"), false);
     EXPECT_EQ(switchFromText("ON"), std::nullopt);
-    EXPECT_EQ(rateText(20), "20");
     EXPECT_EQ(rateText(0.25), "0.25");
 }
 
@@ -103,13 +102,8 @@ TEST(CrawlSettingsFile, WritesEverySettingAndReadsItBack) {
     EXPECT_EQ(read.settings, settings);
 }
 
-struct Malformed {
-    std::string text;
-    std::string problem;
-};
-
 TEST(CrawlSettingsFile, AMalformedFileIsReportedAndGivesTheDefaults) {
-    const std::vector<Malformed> cases = {
+    const std::vector<std::pair<std::string, std::string>> cases = {
         {"{\n  \"connections\": 4,\n}",
          "line 3, column 1: expected a member name in double quotes"},
         {"[]", "the settings must be a JSON object"},

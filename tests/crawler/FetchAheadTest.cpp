@@ -36,7 +36,6 @@ struct SlowFetch {
 TEST(FetchAhead, PagesComeBackInListOrderWithinTheWindow) {
     SlowFetch slow;
     std::atomic<size_t> mostAhead{0};
-    size_t taken = 0;
     {
         FetchAhead ahead(4, 8, [&](const std::string& url) { return slow(url); });
         for (size_t place = 0; place < 200; ++place) {
@@ -45,10 +44,8 @@ TEST(FetchAhead, PagesComeBackInListOrderWithinTheWindow) {
             }
             mostAhead = std::max(mostAhead.load(), ahead.handedOver() - place);
             EXPECT_EQ(ahead.take(place).title.title, "title of /page" + std::to_string(place));
-            ++taken;
         }
     }
-    EXPECT_EQ(taken, 200U);
     EXPECT_EQ(mostAhead.load(), 8U);
     EXPECT_LE(slow.mostInFlight.load(), 4);
     EXPECT_GE(slow.mostInFlight.load(), 2) << "fetches overlap";

@@ -7,13 +7,9 @@
 namespace loomcrest {
 namespace {
 
-struct RoundTrip {
-    std::string text;
-    std::string compact;
-};
-
 TEST(Json, ReadsValuesAndWritesThemBackCompactly) {
-    const std::vector<RoundTrip> cases = {
+    // Each text and how it is written back.
+    const std::vector<std::pair<std::string, std::string>> cases = {
         {" null ", "null"},
         {"\t[false]\r\n", "[false]"},
         {"-0", "0"},
@@ -36,13 +32,9 @@ TEST(Json, ReadsValuesAndWritesThemBackCompactly) {
     }
 }
 
-struct Refusal {
-    std::string text;
-    std::string where;  // ParseError::describe()
-};
-
 TEST(Json, RefusesWhatIsNotStrictJsonAndSaysWhere) {
-    const std::vector<Refusal> cases = {
+    // Each text and its ParseError::describe().
+    const std::vector<std::pair<std::string, std::string>> cases = {
         {"  \n ", "line 2, column 2: unexpected end of text"},
         {"{\"a\": 1,}", "line 1, column 9: expected a member name in double quotes"},
         {"[1, 2,]", "line 1, column 7: unexpected character ']'"},
@@ -83,7 +75,6 @@ TEST(Json, WritesEveryStringAsValidEscapedUtf8AndIndentsOneItemALine) {
     EXPECT_EQ(json::quoted("say \"hi\"\\ \n\x01\x1f"), R"("say \"hi\"\\ \n\u0001\u001f")");
     EXPECT_EQ(json::quoted("caf\xe9!"), "\"caf\xef\xbf\xbd!\"");
     EXPECT_EQ(json::quoted("\xed\xa0\x80"), "\"\xef\xbf\xbd\xef\xbf\xbd\xef\xbf\xbd\"");
-    EXPECT_EQ(json::quoted("</script>"), "\"</script>\"");
     EXPECT_EQ(json::write(json::Value(std::numeric_limits<double>::infinity())), "null");
 
     // Indented: one member or element a line.
