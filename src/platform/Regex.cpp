@@ -26,13 +26,6 @@ Regex::Regex(std::string_view pattern, Case caseMode) {
                          (caseMode == Case::Insensitive ? PCRE2_CASELESS : 0U));
 }
 
-Regex Regex::literal(std::string_view text, Case caseMode) {
-    // Without PCRE2_UTF, caseless matching folds the ASCII letters only.
-    Regex regex;
-    regex.compile(text, PCRE2_LITERAL | (caseMode == Case::Insensitive ? PCRE2_CASELESS : 0U));
-    return regex;
-}
-
 void Regex::compile(std::string_view pattern, uint32_t options) {
     std::unique_ptr<pcre2_compile_context, CompileContextDeleter> context(
         pcre2_compile_context_create(nullptr));

@@ -43,9 +43,6 @@ public:
     enum class Case { Sensitive, Insensitive };
 
     explicit Regex(std::string_view pattern, Case caseMode = Case::Sensitive);
-    // A pattern that matches `text` itself. Ignoring case folds ASCII letters only, one byte
-    // at a time, as the rest of the program does.
-    static Regex literal(std::string_view text, Case caseMode = Case::Sensitive);
     Regex(Regex&&) noexcept;
     Regex& operator=(Regex&&) noexcept;
     ~Regex();
@@ -58,7 +55,6 @@ public:
     std::string replaceAll(std::string_view subject, std::string_view replacement) const;
 
 private:
-    Regex() = default;
     void compile(std::string_view pattern, uint32_t options);
     // pcre2_match, falling back to the interpreter when compiled code runs out of stack.
     int match(std::string_view subject, size_t start, pcre2_real_match_data_8* data) const;

@@ -122,10 +122,6 @@ std::optional<UrlParts> parseUrl(std::string_view text) {
     return partsOf(*uri);
 }
 
-std::optional<std::string> resolveUrl(std::string_view base, std::string_view reference) {
-    return UrlResolver(base).resolve(reference);
-}
-
 // The parsed URI points into its text, which is kept with it.
 struct UrlResolver::Base {
     std::string text;

@@ -24,17 +24,14 @@ struct UrlParts {
 // Nothing when the text is not a valid RFC 3986 URI reference.
 std::optional<UrlParts> parseUrl(std::string_view text);
 
-// `reference` resolved against the absolute URI `base` (RFC 3986, section 5.2), printed
-// back as text; nothing when either does not parse.
-std::optional<std::string> resolveUrl(std::string_view base, std::string_view reference);
-
 // A resolved URL without its fragment, and the parts parseUrl finds in that text.
 struct ResolvedUrl {
     std::string text;
     UrlParts parts;
 };
 
-// Resolves like resolveUrl, with the base parsed once for all the links of a page.
+// Resolves references against the absolute URI `base` (RFC 3986, section 5.2), with the base
+// parsed once for all the links of a page.
 class UrlResolver {
 public:
     explicit UrlResolver(std::string_view base);
@@ -42,6 +39,7 @@ public:
     UrlResolver& operator=(const UrlResolver&) = delete;
     ~UrlResolver();
 
+    // The resolved reference printed back as text; nothing when either does not parse.
     std::optional<std::string> resolve(std::string_view reference) const;
     // What resolve gives, cut before its last "#", with the parts of that text; nothing when
     // the reference does not resolve or the text does not parse. For the usual web link the

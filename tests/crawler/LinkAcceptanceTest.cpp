@@ -102,6 +102,42 @@ TEST(LinkAcceptance, BasesAreCutBackOnlyForPageNames) {
     EXPECT_EQ(s.scanner.pageBaseURL, "http://host/dir");
 }
 
+struct Rebuild {
+    std::string href;
+    std::string rebuilt;
+    std::string page = "http://host/site/a/b/page.html";
+};
+
+TEST(RebuildHref, HrefsAreMadeAbsoluteByTheirOwnRules) {
+    const std::vector<Rebuild> cases = {
+        // The site base and absolute links stand as they are.
+        {"http://host/site/", "http://host/site/"},
+        {"httpish.html", "httpish.html"},
+        {"mailto:me@host", "mailto:me@host"},
+        {"mailto:", "http://host/site/"},
+        {"#top", "http://host/site/a/b/page.html"},
+        // Parent folders are climbed one per group and stop at the root.
+        {"../../../../../../x.html", "http://host/x.html"},
+        {"../../x.html", "http://host/x.html", "http://host"},
+        {"../x.html", "/x.html", ""},
+        // "./" loses the rest of the href.
+        {"./other.html", "http://host/site/a/b/"},
+        {"/x.html", "http://host/x.html", "http://user@host:8080/a/page.html"},
+        {"", "http://host/site/a/b/"},
+        {"x.html", "http://host/site/a/b/x.html"},
+        {"x.html", "http://host/dir/x.html", "http://host/dir"},
+    };
+    Scanner s("http://host/", "", "http://host/site/");
+    SiteScanner& scanner = s.scanner;
+    for (const Rebuild& each : cases) {
+        scanner.setPageBaseURLs(each.page);
+        EXPECT_EQ(scanner.rebuildHREF(each.href), each.rebuilt) << each.href << " on " << each.page;
+    }
+    // A page base that names a page is joined as it stands.
+    scanner.pageBaseURL = "http://host/page.html";
+    EXPECT_EQ(scanner.rebuildHREF("x.html"), "http://host/page.htmlx.html");
+}
+
 // Every Disallow line counts whatever its group; carriage returns stay and match nothing;
 // matching is a substring test ignoring case, and empty values match nothing.
 TEST(RobotsRules, DisallowValuesAreSubstringsOfTheUrl) {
