@@ -46,7 +46,6 @@ TEST_F(BrokenCommand, PrintsTheDetailsInEachFormat) {
                              "  Gone, \"really\"  2\n";
     expectSteps({
         {{"broken", "Site"}, 0, text},
-        {{"broken", "Site", "--format", "text"}, 0, text},
         {{"broken", "Site", "--format", "json"}, 0, "[\n  " + brokenLinkJson("    ") + "\n]\n"},
     });
     // The rows in tsv and csv are the scan's own, checked by its tests; here the option picks them.
