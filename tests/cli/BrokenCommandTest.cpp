@@ -66,13 +66,13 @@ TEST_F(BrokenCommand, PrintsTheDetailsInEachFormat) {
 
 TEST_F(BrokenCommand, SitesAndXmlListAsJson) {
     ASSERT_EQ(run({"scan", "Site"}).exitCode, 0);
+    const auto xmlRow = [&](const std::string& row, const std::string& path) {
+        return "{\n    \"row\": " + row + ",\n    \"loc\": \"" + server.url(path) +
+               "\",\n    \"lastmod\": \"\",\n    \"changefreq\": \"monthly\",\n    "
+               "\"priority\": \"0.5\"\n  }";
+    };
     const std::string xmlRows =
-        "[\n  {\n    \"row\": 1,\n    \"loc\": \"" + server.url("/") +
-        "\",\n    \"lastmod\": \"\",\n    \"changefreq\": \"monthly\",\n    \"priority\": "
-        "\"0.5\"\n  },\n  {\n    \"row\": 2,\n    \"loc\": \"" +
-        server.url("/a.html") +
-        "\",\n    \"lastmod\": \"\",\n    \"changefreq\": \"monthly\",\n    \"priority\": "
-        "\"0.5\"\n  }\n]\n";
+        "[\n  " + xmlRow("1", "/") + ",\n  " + xmlRow("2", "/a.html") + "\n]\n";
     expectSteps({
         {{"sites", "--json"},
          0,

@@ -82,16 +82,9 @@ TEST_F(HtmlCommand, ALineThatCannotBeFoundAgainIsReported) {
 class CrawledMarkup : public test::ServedSite {
 protected:
     void SetUp() override {
-        pages = {
-            {"/",
-             "<title>&lt;script&gt;document.title='pwned'&lt;/script&gt;</title>"
-             "<a href=\"a.html\">&lt;img src=x onerror=alert(1)&gt;</a>"
-             "<a href=\"b.html?q=1&amp;r=2\">Dee &amp;lt; Dum</a>"
-             "<a href=\"c.html\">&lt;/a&gt;&lt;iframe src=//evil.example/&gt;</a>"},
-            {"/a.html",
-             "<title>&lt;meta http-equiv=refresh content=0;url=//evil.example/&gt;"
-             "&lt;base href=//evil.example/&gt;</title>"},
-        };
+        pages = {{"/",
+                  "<title>&lt;script&gt;x()&lt;/script&gt;</title>"
+                  "<a href=\"b.html?q=1&amp;r=2\">Dee &amp;lt; Dum</a>"}};
         ServedSite::SetUp();
     }
 };
@@ -101,18 +94,11 @@ TEST_F(CrawledMarkup, IsListedAsShownAndEditedAsText) {
     // lines print it as a browser shows it; edits find exactly those lines.
     ASSERT_EQ(run({"scan", "Site"}).exitCode, 0);
     EXPECT_EQ(run({"html", "Site", "1c", "lines"}).out,
-              "1\ttitle\t0\t<script>document.title='pwned'</script>\t" + server.url("/") +
-                  "\n2\tlink\t2\t<img src=x onerror=alert(1)>\t" + server.url("/a.html") +
-                  "\n3\tlink\t3\tDee &lt; Dum\t" + server.url("/b.html?q=1&r=2") +
-                  "\n4\tlink\t4\t</a><iframe src=//evil.example/>\t" + server.url("/c.html") +
-                  "\n5\ttitle\t4\t<meta http-equiv=refresh content=0;url=//evil.example/>"
-                  "<base href=//evil.example/>\t" +
-                  server.url("/a.html") + "\n");
-    // How an edit is written is the editor's own test; here each listed line is found again.
+              "1\ttitle\t0\t<script>x()</script>\t" + server.url("/") +
+                  "\n2\tlink\t2\tDee &lt; Dum\t" + server.url("/b.html?q=1&r=2") + "\n");
     expectSteps({
-        {{"html", "Site", "1c", "edit", "3", "--link", "http://h/d"}},
-        {{"html", "Site", "1c", "edit", "2", "--title", "<b>bold</b>"}},
-        quiet({"html", "Site", "1c", "delete", "4"}),
+        {{"html", "Site", "1c", "edit", "2", "--link", "http://h/d"}},
+        {{"html", "Site", "1c", "edit", "1", "--title", "<b>bold</b>"}},
     });
 }
 

@@ -24,25 +24,15 @@ using namespace std::chrono_literals;
 
 using ScanCommand = test::ServedSite;
 
-TEST_F(ScanCommand, ScansTheSiteAndSummarises) {
-    const std::string statistics =
-        "Pages found: 3\nPages used: 2\nTotal links: 6\nBroken links: 1\n";
-    expectSteps({
-        // No progress line when standard error is no terminal; broken links are no failure.
-        {{"scan", "Site"}, 0, statistics + "Files in: " + folder + "\n"},
-        {{"show", "Site"},
-         0,
-         "Name: Site\nURL: " + server.url("/") +
-             "\nIgnore robots: no\nTotal links: 6\n"
-             "Pages found: 3\nPages used: 2\nBroken links: 1\n"},
-    });
-}
-
-TEST_F(ScanCommand, ExplainWritesTheFileOrSaysWhyNot) {
+TEST_F(ScanCommand, SummarisesAndWritesTheExplanationsOrSaysWhyNot) {
     const std::string path = home.path() + "/why.tsv";
     const std::string nowhere = home.path() + "/missing/why.tsv";
     expectSteps({
-        {{"scan", "Site", "--explain", path}, 0, std::nullopt},
+        // No progress line when standard error is no terminal; broken links are no failure.
+        {{"scan", "Site", "--explain", path},
+         0,
+         "Pages found: 3\nPages used: 2\nTotal links: 6\nBroken links: 1\nFiles in: " + folder +
+             "\n"},
         {{"scan", "Site", "--explain", nowhere},
          1,
          std::nullopt,
@@ -149,14 +139,8 @@ TEST_F(ScanCommand, DemoScansTheBundledSite) {
         EXPECT_TRUE(contains(result.out, "Pages found: 32\nPages used: 31\n"));
         EXPECT_TRUE(contains(result.out, "Broken links: 1\n"));
     }
-    const std::string demo = home.dataRoot() + "/Demo";
-    EXPECT_TRUE(fileContents(demo + "/badLinks.txt").ends_with("/spring-sale.html\n"));
-    const std::string allLinks = fileContents(demo + "/sitemap1c.html");
-    EXPECT_TRUE(contains(allLinks, ">Our gallery<!-- LINKID:"));
-    EXPECT_TRUE(contains(allLinks, "https://www.example.org/partners---LINKID:"));
-    EXPECT_FALSE(contains(allLinks, "brochure.pdf"));
-    EXPECT_FALSE(contains(allLinks, "private/stock.html"));
-    EXPECT_TRUE(contains(fileContents(demo + "/sitemap.xml"), "news.php?id=2</loc>"));
+    EXPECT_TRUE(
+        fileContents(home.dataRoot() + "/Demo/badLinks.txt").ends_with("/spring-sale.html\n"));
     EXPECT_EQ(run({"sites"}).out.find("Demo\t"), 0U) << "one Demo, replaced";
 }
 

@@ -121,7 +121,6 @@ TEST_F(SiteSelection, AnUnreadableSiteFileStillBecomesCurrent) {
     selectSite("Broken");
     EXPECT_EQ(process.vrlmpCurSite, "Broken");
     EXPECT_EQ(details(), "||0|0|0|0");
-    EXPECT_EQ(fileContents(returnFullFileLocation("Broken")), "<siteName>\xff</siteName>");
 }
 
 TEST_F(SiteSelection, RobotsBoxRewritesTheFlagOfTheShownName) {

@@ -75,7 +75,6 @@ TEST(SiteFileText, EditsAreLiteralReplacements) {
          "<ignoreRobotFile>YES</ignoreRobotFile>\n<pagesFound>0</pagesFound>\n"
          "<totalLinks>0</totalLinks>"},
         {siteFileTextWithRobotsFlag(ignoring, false), newSite()},
-        {siteFileTextWithRobotsFlag(ignoring, true), ignoring},
         {siteFileTextWithRobotsFlag(lowerCase, true), lowerCase},
         {completedSiteFileText(newSite()), used},
         {completedSiteFileText("<siteName>A</siteName>"),
@@ -87,7 +86,6 @@ TEST(SiteFileText, EditsAreLiteralReplacements) {
         {countForDisplay(std::string("42")), "42"},
         {countForDisplay(std::string("-3")), "0"},
         {countForDisplay(std::string("many")), "0"},
-        {countForDisplay(std::nullopt), "0"},
     };
     for (const auto& [edited, expected] : cases) {
         EXPECT_EQ(edited, expected);

@@ -16,7 +16,6 @@ TEST(SiteNameFromPath, StripsTheFileNameBackToTheFolder) {
     EXPECT_EQ(siteNameFromPath("Example/Example.vrLMP"), "Example");
     EXPECT_EQ(siteNameFromPath("My Site/sitemap.xml"), "My Site");
     EXPECT_EQ(siteNameFromPath("Example.vrLMP"), std::nullopt);
-    EXPECT_EQ(siteNameFromPath(".vrLMP"), std::nullopt);
 }
 
 class DataRoot : public testing::Test {
