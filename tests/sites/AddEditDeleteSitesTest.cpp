@@ -116,27 +116,25 @@ TEST_F(SiteRecords, EditingOnlyTheURLKeepsStatisticsAndRobotsFlag) {
     EXPECT_EQ(siteList.selectedRow(), -1);
 }
 
-TEST_F(SiteRecords, RenamingMovesTheFolderWithAllItsFiles) {
-    add("Example", "example.com");
-    writeFile(home.dataRoot() + "/Example/sitemap.xml", "<urlset/>");
-    edit("Example", "Renamed", "example.com");
-    EXPECT_FALSE(pathExists(siteFolderLocation("Example")));
-    EXPECT_EQ(siteFile("Renamed"),
-              newSiteFileText("Renamed", "http://example.com/") + "\n<pagesUsed>0</pagesUsed>");
-    EXPECT_EQ(fileContents(home.dataRoot() + "/Renamed/sitemap.xml"), "<urlset/>");
-    EXPECT_EQ(scanView.names, std::vector<std::string>{"Renamed"});
-}
-
-// A rename onto an existing site is refused, yet that site's URL is overwritten; kept so.
-TEST_F(SiteRecords, RenamingOntoAnExistingSiteOverwritesThatSitesURL) {
+// A rename moves the folder with all its files. One onto an existing site is refused, yet that
+// site's URL is overwritten; kept so.
+TEST_F(SiteRecords, RenamingMovesTheFolderOrOverwritesTheURLOfTheSiteInTheWay) {
     add("First", "first.com");
     add("Second", "second.com");
-    edit("First", "Second", "changed.com");
+    writeFile(home.dataRoot() + "/First/sitemap.xml", "<urlset/>");
+    edit("First", "Renamed", "first.com");
+    EXPECT_FALSE(pathExists(siteFolderLocation("First")));
+    EXPECT_EQ(siteFile("Renamed"),
+              newSiteFileText("Renamed", "http://first.com/") + "\n<pagesUsed>0</pagesUsed>");
+    EXPECT_EQ(fileContents(home.dataRoot() + "/Renamed/sitemap.xml"), "<urlset/>");
+    EXPECT_EQ(scanView.names, (std::vector<std::string>{"Renamed", "Second"}));
+
+    edit("Renamed", "Second", "changed.com");
     EXPECT_EQ(alerts.described(),
               std::vector<std::string>{"Refusal: A site with the name \"Second\" already exists, "
                                        "please delete this site first or select a different "
                                        "name. |  [OK]"});
-    EXPECT_NE(siteFile("First").find("<siteURL>http://first.com/</siteURL>"), std::string::npos);
+    EXPECT_NE(siteFile("Renamed").find("<siteURL>http://first.com/</siteURL>"), std::string::npos);
     EXPECT_EQ(siteFile("Second"), newSiteFileText("Second", "http://changed.com/"));
     EXPECT_FALSE(sheetView.state.shown);
 }
@@ -158,7 +156,7 @@ TEST_F(SiteRecords, CancelOrNoSiteShownLeavesTheFilesAlone) {
     EXPECT_EQ(scanView.state.details.siteName, "");
 }
 
-TEST_F(SiteRecords, DeleteAsksAndRemovesTheWholeFolderUnlessCancelled) {
+TEST_F(SiteRecords, DeleteAsksAndRemovesTheSitesWholeFolderUnlessCancelled) {
     add("Example", "example.com");
     writeFile(home.dataRoot() + "/Example/badLinks.txt", "http://x/\n");
     select("Example");
@@ -176,9 +174,8 @@ TEST_F(SiteRecords, DeleteAsksAndRemovesTheWholeFolderUnlessCancelled) {
     EXPECT_FALSE(pathExists(siteFolderLocation("Example")));
     EXPECT_TRUE(siteList.tableArray().empty());
     EXPECT_EQ(process.vrlmpCurSite, "");
-}
 
-TEST_F(SiteRecords, AHandEditedNameNeverRemovesAnythingOutsideTheDataRoot) {
+    // A hand-edited name never removes anything outside the data root.
     writeFile(returnFullFileLocation("Odd"), "<siteName>..</siteName>\n<siteURL>x</siteURL>");
     siteList.reloadSiteList();
     select("Odd");
