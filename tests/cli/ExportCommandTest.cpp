@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "CommandSteps.h"
 #include "platform/Text.h"
 #include "sitemap/SitemapFiles.h"
 #include "sitemap/XmlSitemapFormat.h"
@@ -31,10 +30,10 @@ TEST_F(ExportCommand, WritesTheChosenFileOrRefuses) {
     ASSERT_EQ(run({"demo"}).exitCode, 0);
     const std::string out = home.path() + "/site-map.html";
     expectSteps({
-        quiet({"export", "Demo", "2cpo", out}),
-        quiet({"export", "Demo", "broken-txt", home.path() + "/b.txt"}),
+        {{"export", "Demo", "2cpo", out}, 0, "", std::nullopt},
+        {{"export", "Demo", "broken-txt", home.path() + "/b.txt"}, 0, "", std::nullopt},
         {{"export", "Shop", "xml", home.path() + "/n.xml"}, 1, "", std::nullopt},
-        misused({"export", "Demo", "4c", out}),
+        {{"export", "Demo", "4c", out}, 2, "", std::nullopt},
     });
     EXPECT_TRUE(
         contains(fileContents(out), "<div class=\"zplPageTitle\"><a href=\"http://127.0.0.1:"));
@@ -51,9 +50,11 @@ TEST_F(ExportCommand, ValidateNamesEveryFaultWithItsLineAndReadsTheFileNamed) {
          0,
          "Line 10: Warning: The last-modified date is empty; the export leaves it out\n"
          "No problems, 1 warning\n"},
-        refused({"validate", "Shop", home.path() + "/none.xml"},
-                "The sitemap \"" + home.path() +
-                    "/none.xml\" could not be read: No such file or directory.\n"),
+        {{"validate", "Shop", home.path() + "/none.xml"},
+         1,
+         "",
+         "The sitemap \"" + home.path() +
+             "/none.xml\" could not be read: No such file or directory.\n"},
     });
 }
 
@@ -68,7 +69,7 @@ TEST_F(ExportCommand, ABareAmpersandIsExportedEscapedOnlyWhenAsked) {
         "stays as it is.\nNothing was exported. With --fix-ampersands it is exported with every "
         "bare \"&\" written as \"&amp;\".\n"));
     EXPECT_FALSE(std::filesystem::exists(out));
-    expectSteps({quiet({"export", "Shop", "xml", out, "--fix-ampersands"})});
+    expectSteps({{{"export", "Shop", "xml", out, "--fix-ampersands"}, 0, "", std::nullopt}});
     EXPECT_TRUE(contains(fileContents(out), "<loc>http://h.example/shop/?a&amp;b</loc>"));
 }
 

@@ -38,11 +38,6 @@ TEST_F(SettingsCommand, ChangesAreSavedAndPrintedAndTheDefaultsWriteNoFile) {
                          "  X-Token: t\n  X-More: m\n"));
     EXPECT_TRUE(contains(run({"settings", "Site", "--no-headers", "--header", "Only: one"}).out,
                          "Extra headers:\n  Only: one\n"));
-    expectSteps({{{"settings", "Site", "--no-headers", "--fetch-once", "off", "--connections", "1",
-                   "--rate", "0", "--netrc", "off"},
-                  0,
-                  "Connections: 1\nRequests per second: 0 (no limit)\nUser agent: Bot/1\n"
-                  "Fetch once: off\nUse ~/.netrc: off\nExtra headers: none\n"}});
 }
 
 TEST_F(SettingsCommand, ValuesNotAllowedAreRefusedAndNothingIsSaved) {

@@ -42,18 +42,6 @@ TEST(SitemapFiles, HeadersReplaceEarlierFilesAndClosingsUseTheAllLinksCounters) 
               std::string(xmlSitemapHeader()) + "\n</urlset>");
 }
 
-TEST(AppendingFiles, KeepFilesOpenAndSeeOtherAppends) {
-    TemporaryHome home;
-    const std::string path = home.path() + "/grows.txt";
-    AppendingFiles files;
-    test::writeFile(path, "a");
-    EXPECT_TRUE(files.append(path, "b"));
-    EXPECT_TRUE(files.append(path, "c"));
-    EXPECT_TRUE(appendToFile(path, "d"));
-    EXPECT_TRUE(files.append(path, "e"));
-    EXPECT_EQ(fileContents(path), "abcde");
-}
-
 using test::writeFile;
 
 class SitemapBuilders : public testing::Test {

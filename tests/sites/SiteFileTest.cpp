@@ -76,7 +76,6 @@ TEST(SiteFileText, EditsAreLiteralReplacements) {
          "<totalLinks>0</totalLinks>"},
         {siteFileTextWithRobotsFlag(ignoring, false), newSite()},
         {siteFileTextWithRobotsFlag(lowerCase, true), lowerCase},
-        {completedSiteFileText(newSite()), used},
         {completedSiteFileText("<siteName>A</siteName>"),
          "<siteName>A</siteName>\n<pagesFound>0</pagesFound>\n<totalLinks>0</totalLinks>"
          "\n<pagesUsed>0</pagesUsed>"},
