@@ -36,7 +36,7 @@ TEST_F(BrokenCommand, ScanJsonCarriesTheFiguresAndFailOnBrokenExitsThree) {
                        "  3    scan --fail-on-broken: the scan finished and found broken links"));
 }
 
-TEST_F(BrokenCommand, PrintsTheDetailsInEachFormat) {
+TEST_F(BrokenCommand, PrintsTheDetailsInEachFormatAndSitesAndXmlListAsJson) {
     ASSERT_EQ(run({"scan", "Site"}).exitCode, 0);
     const std::string gone = server.url("/gone.html");
     const std::string page = server.url("/");
@@ -62,10 +62,7 @@ TEST_F(BrokenCommand, PrintsTheDetailsInEachFormat) {
              "\",\n    \"status\": null,\n    \"code\": null,\n    \"foundOn\": null,\n"
              "    \"linkText\": null,\n    \"links\": null\n  }\n]\n"},
     });
-}
 
-TEST_F(BrokenCommand, SitesAndXmlListAsJson) {
-    ASSERT_EQ(run({"scan", "Site"}).exitCode, 0);
     const auto xmlRow = [&](const std::string& row, const std::string& path) {
         return "{\n    \"row\": " + row + ",\n    \"loc\": \"" + server.url(path) +
                "\",\n    \"lastmod\": \"\",\n    \"changefreq\": \"monthly\",\n    "

@@ -40,7 +40,7 @@ TEST_F(SettingsCommand, ChangesAreSavedAndPrintedAndTheDefaultsWriteNoFile) {
                          "Extra headers:\n  Only: one\n"));
 }
 
-TEST_F(SettingsCommand, ValuesNotAllowedAreRefusedAndNothingIsSaved) {
+TEST_F(SettingsCommand, ValuesNotAllowedAreRefusedAndAMalformedFileGivesTheDefaults) {
     ASSERT_EQ(run({"settings", "Site", "--connections", "3"}).exitCode, 0);
     const std::string saved = settingsFile();
     const auto refused = [](const std::string& option, const std::string& value,
@@ -62,9 +62,8 @@ TEST_F(SettingsCommand, ValuesNotAllowedAreRefusedAndNothingIsSaved) {
          "--fetch-once: yes not in {on,off}\nRun with --help for more information.\n"},
     });
     EXPECT_EQ(settingsFile(), saved);
-}
 
-TEST_F(SettingsCommand, AMalformedFileIsReportedAndTheDefaultsAreUsed) {
+    // A malformed file is reported and the defaults are used.
     const std::string path = siteFile("Site", "crawl.json");
     test::writeFile(path, "{\n  \"connections\": 4,\n  \"fetchOnce\": yes\n}\n");
     expectSteps({

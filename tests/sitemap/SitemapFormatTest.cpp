@@ -17,11 +17,7 @@ namespace {
 
 using test::tablePiece;
 
-TEST(HtmlSitemapHead, IsTheSharedSampleByteForByte) {
-    EXPECT_EQ(htmlSitemapHead(), test::golden("layout-head.html"));
-}
-
-TEST(HtmlSitemapLines, CarryTheirMarkersAndNeverCarryMarkup) {
+TEST(HtmlSitemapLines, FollowTheSharedHeadCarryTheirMarkersAndNeverCarryMarkup) {
     EXPECT_EQ(linkLine("http://host/about.html", 7, "About us"),
               "\n\t\t\t<div class=\"zplPageLink\"><a href=\"http://host/about.html---LINKID:7---\">"
               "About us<!-- LINKID: 7 --></a></div>");
@@ -33,6 +29,8 @@ TEST(HtmlSitemapLines, CarryTheirMarkersAndNeverCarryMarkup) {
         "\n\t\t\t<div class=\"zplPageTitle\"><a href=\"http://host/?a=1&b=%222%22---LINKID:0---\">"
         "Tom &amp; Jerry &lt;3 \"x\" &lt;b onmouseover=\"x()\"&gt; &amp;lt;<!-- LINKID: 0 -->"
         "</a></div>");
+
+    EXPECT_EQ(htmlSitemapHead(), test::golden("layout-head.html"));
 }
 
 // Items I1, I2, ... appended to a table of `columns` cells a row.
@@ -59,14 +57,12 @@ TEST(HtmlSitemapLayout, TableRowsFillLeftToRightAndCountTheOpenRowsCells) {
     }
 }
 
-TEST(XmlSitemap, HeaderEntriesAndClosingMakeTheSharedSample) {
+TEST(XmlSitemap, MakesTheSharedSampleAndEscapesInOrderAndEscapesEscapesAgain) {
     EXPECT_EQ(std::string(xmlSitemapHeader()) +
                   xmlSitemapEntry("http://host/a.html", "2024-05-17") +
                   xmlSitemapEntry("Not Found", "") + "\n</urlset>",
               test::golden("sitemap.xml"));
-}
 
-TEST(XmlSitemapEntry, EscapesInOrderAndEscapesEscapesAgain) {
     EXPECT_EQ(escapeLocation("http://h/?a=1&b='2'&c=\"<3>\""),
               "http://h/?a=1&amp;b=&apos;2&apos;&amp;c=&quot;&lt;3&gt;&quot;");
     EXPECT_EQ(escapeLocation("http://h/?a&amp;b"), "http://h/?a&amp;amp;b");

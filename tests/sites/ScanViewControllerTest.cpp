@@ -54,7 +54,7 @@ protected:
     ScanViewController controller{process, view, alerts};
 };
 
-TEST_F(SiteSelection, SelectingMakesTheSiteCurrentAndCompletesItsFileDeselectingClearsIt) {
+TEST_F(SiteSelection, SelectingMakesTheSiteCurrentDeselectingClearsItAndTheDrawerButtonToggles) {
     EXPECT_EQ(view.names, std::vector<std::string>{"Example"});
     EXPECT_EQ(controller.selectedRow(), -1);
     EXPECT_EQ(controls(), "");
@@ -79,6 +79,14 @@ TEST_F(SiteSelection, SelectingMakesTheSiteCurrentAndCompletesItsFileDeselecting
     EXPECT_TRUE(process.vrlmpBadLinkArray.empty());
     EXPECT_EQ(details(), "|||||");
     EXPECT_EQ(view.scannedLinksClears, clearsBefore + 1);
+
+    // The filters drawer button toggles.
+    controller.filterAddPanel();
+    EXPECT_EQ(process.vrlmpPLastState, 1);
+    EXPECT_TRUE(view.state.filterDrawerOpen);
+    controller.filterAddPanel();
+    EXPECT_EQ(process.vrlmpPLastState, 0);
+    EXPECT_FALSE(view.state.filterDrawerOpen);
 }
 
 TEST_F(SiteSelection, StatisticsShowAsStoredOrAsZeroAndAnUnreadableFileStillBecomesCurrent) {
@@ -155,15 +163,6 @@ TEST_F(SiteSelection, OldFilesAreConvertedAndAGoneSiteIsDeselectedWhenTheListIsR
     EXPECT_EQ(controller.selectedRow(), -1);
     EXPECT_EQ(process.vrlmpCurSite, "");
     EXPECT_EQ(view.names, (std::vector<std::string>{"Example", "Old"}));
-}
-
-TEST_F(SiteSelection, FiltersDrawerButtonToggles) {
-    controller.filterAddPanel();
-    EXPECT_EQ(process.vrlmpPLastState, 1);
-    EXPECT_TRUE(view.state.filterDrawerOpen);
-    controller.filterAddPanel();
-    EXPECT_EQ(process.vrlmpPLastState, 0);
-    EXPECT_FALSE(view.state.filterDrawerOpen);
 }
 
 }  // namespace
