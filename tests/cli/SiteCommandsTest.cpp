@@ -29,7 +29,7 @@ TEST_F(SiteCommands, AddListShowEditAndDelete) {
     });
 }
 
-TEST_F(SiteCommands, RefusalsPrintTheAlertAndExitOne) {
+TEST_F(SiteCommands, RefusalsPrintTheAlertAndExitOneUsageErrorsExitTwo) {
     const std::string unknown = "No site named \"Nope\".\n";
     expectSteps({
         // The texts of these refusals are the sites' own tests.
@@ -50,9 +50,7 @@ TEST_F(SiteCommands, RefusalsPrintTheAlertAndExitOne) {
         {{"restore", "Nope"}, 1, "", unknown},
         {{"scan", "Nope"}, 1, "", unknown},
     });
-}
 
-TEST_F(SiteCommands, UsageErrorsExitTwo) {
     expectSteps({
         {{}, 2, std::nullopt, std::nullopt},
         {{"bogus"}, 2, std::nullopt, std::nullopt},

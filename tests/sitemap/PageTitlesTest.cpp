@@ -18,33 +18,10 @@ std::string firstLinkTitle(const std::string& html) {
     return findLinkTitle(readHtmlOutline(html).value().anchors.at(0));
 }
 
-// Text first (untrimmed), then the name attribute, then the first child's image: its alt in
-// double or single quotes (an empty alt never falls back), else its title in double quotes.
-TEST(LinkTitles, ComeFromTheFirstSourceThatHasOne) {
-    const std::vector<std::pair<std::string, std::string>> cases = {
-        {R"(<a href="/x">About <b>us</b></a>)", "About us"},
-        {"<a href=\"/x\">\n<img src=\"logo.png\" alt=\"Logo\"></a>", "\n"},
-        {R"(<a name="top" href="#"></a>)", "top"},
-        {R"(<a href="/"><img src="l.png" alt="Logo"></a>)", "Logo"},
-        {R"(<a href="/"><img src='l.png' alt='Logo'></a>)", "Logo"},
-        {R"(<a href="/"><img src=l.png alt=Logo></a>)", "Image Link With No Alt Tag"},
-        {R"(<a href="/"><IMG SRC="l.png" ALT="Logo"></a>)", "Image Link With No Alt Tag"},
-        {R"(<a href="/"><img alt="" title="Home"></a>)", "Image Link With No Alt Tag"},
-        {R"(<a href="/"><img src="h.png" title="Home"></a>)", "Home"},
-        {R"(<a href="/"><img src="h.png" title=Home></a>)", "Image Link With No Title or Alt Tags"},
-        {R"(<a href="/"><img src="h.png"></a>)", "Could not find link title"},
-        {R"(<a href="/"><span></span><img alt="Logo"></a>)", "No Link Name Found"},
-        {R"(<a href="/"></a>)", "No Link Name Found"},
-    };
-    for (const auto& [html, title] : cases) {
-        EXPECT_EQ(firstLinkTitle(html), title) << html;
-    }
-}
-
 // A page is read from the parser's events, without its tree; that it reads what the tree
 // holds is compared by the titles fuzz target, on seeds of markup the parser reorders, closes
 // early, prefixes or stops reading. Here, what it reads of them.
-TEST(PageOutline, ReadsTitlesAndAnchorsAsTheTreeHoldsThem) {
+TEST(PageOutline, ReadsTitlesAnchorsAndLinkTitlesAsTheTreeHoldsThem) {
     // An anchor's target is its href, or nothing.
     const auto outline = readHtmlOutline(
         R"(<p><a HREF="/up.html">1</a><a href="">2</a><a name="n">3</a><a href>4</a></p>)");
@@ -91,6 +68,27 @@ TEST(PageOutline, ReadsTitlesAndAnchorsAsTheTreeHoldsThem) {
     ASSERT_TRUE(longText.has_value());
     ASSERT_EQ(longText->anchors.size(), 1U);
     EXPECT_EQ(longText->anchors[0].text, "After");
+
+    // Text first (untrimmed), then the name attribute, then the first child's image: its alt in
+    // double or single quotes (an empty alt never falls back), else its title in double quotes.
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {R"(<a href="/x">About <b>us</b></a>)", "About us"},
+        {"<a href=\"/x\">\n<img src=\"logo.png\" alt=\"Logo\"></a>", "\n"},
+        {R"(<a name="top" href="#"></a>)", "top"},
+        {R"(<a href="/"><img src="l.png" alt="Logo"></a>)", "Logo"},
+        {R"(<a href="/"><img src='l.png' alt='Logo'></a>)", "Logo"},
+        {R"(<a href="/"><img src=l.png alt=Logo></a>)", "Image Link With No Alt Tag"},
+        {R"(<a href="/"><IMG SRC="l.png" ALT="Logo"></a>)", "Image Link With No Alt Tag"},
+        {R"(<a href="/"><img alt="" title="Home"></a>)", "Image Link With No Alt Tag"},
+        {R"(<a href="/"><img src="h.png" title="Home"></a>)", "Home"},
+        {R"(<a href="/"><img src="h.png" title=Home></a>)", "Image Link With No Title or Alt Tags"},
+        {R"(<a href="/"><img src="h.png"></a>)", "Could not find link title"},
+        {R"(<a href="/"><span></span><img alt="Logo"></a>)", "No Link Name Found"},
+        {R"(<a href="/"></a>)", "No Link Name Found"},
+    };
+    for (const auto& [html, title] : cases) {
+        EXPECT_EQ(firstLinkTitle(html), title) << html;
+    }
 }
 
 TEST(PageTitleFetch, TitleOrFallback) {
