@@ -89,7 +89,7 @@ TEST_F(SiteSelection, SelectingMakesTheSiteCurrentDeselectingClearsItAndTheDrawe
     EXPECT_FALSE(view.state.filterDrawerOpen);
 }
 
-TEST_F(SiteSelection, StatisticsShowAsStoredOrAsZeroAndAnUnreadableFileStillBecomesCurrent) {
+TEST_F(SiteSelection, StatisticsAndBrokenLinksShowAsStoredOrAsZero) {
     addSite("Stats",
             "<siteName>Shown Name</siteName>\n<siteURL>u</siteURL>\n"
             "<ignoreRobotFile>YES</ignoreRobotFile>\n<pagesFound>-5</pagesFound>\n"
@@ -104,10 +104,8 @@ TEST_F(SiteSelection, StatisticsShowAsStoredOrAsZeroAndAnUnreadableFileStillBeco
     selectSite("Broken");
     EXPECT_EQ(process.vrlmpCurSite, "Broken");
     EXPECT_EQ(details(), "||0|0|0|0");
-}
 
-// The broken links file read as lines without the empty last one.
-TEST_F(SiteSelection, BrokenLinksAreCountedByLine) {
+    // The broken links file read as lines without the empty last one.
     const struct {
         std::string file;
         std::vector<std::string> links;

@@ -37,10 +37,10 @@ TEST(SiteFilePaths, LiveUnderHomeAndAreCreatedWithTheirMissingParents) {
 
 // A field is read from one line, greedily within it; the first match wins and the tags are
 // case-sensitive.
-TEST(SiteFileText, FieldsAreReadFromTheirOwnLine) {
+TEST(SiteFileText, FieldsAreReadFromTheirOwnLineAndEditedByLiteralReplacement) {
     const std::string text =
         "<siteName>One</siteName>\n<siteName>Two</siteName>\n<siteURL>a\nb</siteURL>";
-    const std::vector<std::tuple<std::string, SiteField, std::optional<std::string>>> cases = {
+    const std::vector<std::tuple<std::string, SiteField, std::optional<std::string>>> fields = {
         {text, SiteField::SiteName, "One"},
         {text, SiteField::SiteURL, std::nullopt},
         {text, SiteField::PagesUsed, std::nullopt},
@@ -48,12 +48,10 @@ TEST(SiteFileText, FieldsAreReadFromTheirOwnLine) {
          "1</pagesFound><pagesFound>2"},
         {"<SITENAME>x</SITENAME>", SiteField::SiteName, std::nullopt},
     };
-    for (const auto& [fileText, field, value] : cases) {
+    for (const auto& [fileText, field, value] : fields) {
         EXPECT_EQ(readSiteField(fileText, field), value) << fileText;
     }
-}
 
-TEST(SiteFileText, EditsAreLiteralReplacements) {
     const std::string used = newSite() + "\n<pagesUsed>0</pagesUsed>";
     const std::string ignoring = siteFileTextWithRobotsFlag(newSite(), true);
     const std::string lowerCase = "<ignoreRobotFile>no</ignoreRobotFile>";
