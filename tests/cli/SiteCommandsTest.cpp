@@ -10,8 +10,6 @@ namespace {
 using SiteCommands = test::CommandLineTest;
 
 TEST_F(SiteCommands, AddListShowEditAndDelete) {
-    test::writeFile(home.dataRoot() + "/Old/Old.vrlmp",
-                    "<siteName>Old</siteName>\n<siteURL>http://old.com/</siteURL>");
     expectSteps({
         {{"add", "Beta", "https://beta.org/index.html"}},
         {{"add", "Alpha", "alpha.com"}},
@@ -23,9 +21,7 @@ TEST_F(SiteCommands, AddListShowEditAndDelete) {
          "Name: Renamed\nURL: http://example.org/a%20b/\nIgnore robots: yes\nTotal links: 0\n"
          "Pages found: 0\nPages used: 0\nBroken links: 0\n"},
         {{"delete", "Renamed"}, 0, "", "Do you really want to delete the site:\nRenamed\n\n"},
-        {{"sites"},
-         0,
-         "Beta\thttps://beta.org/index.html\t0\t0\t0\nOld\thttp://old.com/\t0\t0\t0\n"},
+        {{"sites"}, 0, "Beta\thttps://beta.org/index.html\t0\t0\t0\n"},
     });
 }
 

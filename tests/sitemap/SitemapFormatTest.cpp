@@ -33,15 +33,6 @@ TEST(HtmlSitemapLines, FollowTheSharedHeadCarryTheirMarkersAndNeverCarryMarkup) 
     EXPECT_EQ(htmlSitemapHead(), test::golden("layout-head.html"));
 }
 
-// Items I1, I2, ... appended to a table of `columns` cells a row.
-std::string fill(int columns, int items, int& counter) {
-    std::string text;
-    for (int i = 1; i <= items; ++i) {
-        text += tablePiece("I" + std::to_string(i), columns, counter);
-    }
-    return text;
-}
-
 TEST(HtmlSitemapLayout, TableRowsFillLeftToRightAndCountTheOpenRowsCells) {
     const std::string open = "\n\t<tr valign=\"top\">\n\t\t<td>";
     const std::string next = "\n\t\t</td>\n\t\t<td>";
@@ -52,7 +43,11 @@ TEST(HtmlSitemapLayout, TableRowsFillLeftToRightAndCountTheOpenRowsCells) {
     };
     for (const auto& [columns, items, expected] : cases) {
         int counter = 0;
-        EXPECT_EQ(fill(columns, items, counter), expected) << items << " in " << columns;
+        std::string table;  // items I1, I2, ... appended
+        for (int i = 1; i <= items; ++i) {
+            table += tablePiece("I" + std::to_string(i), columns, counter);
+        }
+        EXPECT_EQ(table, expected) << items << " in " << columns;
         EXPECT_EQ(counter, items % columns) << items << " in " << columns;
     }
 }
