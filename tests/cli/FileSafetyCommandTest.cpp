@@ -11,7 +11,6 @@
 namespace loomcrest {
 namespace {
 
-using test::runLoomcrest;
 using Files = std::map<std::string, std::string>;
 
 const std::string kRestoreQuestion =
@@ -73,7 +72,7 @@ TEST_F(FileSafety, EveryChangeOnAFullDiskOrDuringAScanIsRefusedAndRestoreStillWo
     const Files before = files();
     for (const Change& change : changes) {
         // One byte rather than none: a sanitizer's runtime may write a little before main.
-        const auto result = runLoomcrest(home, change.arguments, 1);
+        const auto result = test::runLoomcrest(home, change.arguments, 1);
         EXPECT_EQ(result.exitCode, 1) << change.arguments[0];
         EXPECT_EQ(result.err, change.fullDiskErr) << change.arguments[0];
         EXPECT_EQ(files(), before) << change.arguments[0];

@@ -18,9 +18,7 @@ TEST_F(HtmlCommand, ListsStylesEditsDeletesAndPreviewsOrSaysWhyNot) {
     ASSERT_EQ(run({"demo"}).exitCode, 0);
     const std::string folder = home.dataRoot() + "/Demo";
     const auto lines = run({"html", "Demo", "1c", "lines"});
-    EXPECT_EQ(lines.exitCode, 0);
     EXPECT_TRUE(lines.out.starts_with("1\ttitle\t0\tDemo Shop\thttp://127.0.0.1:")) << lines.out;
-    EXPECT_TRUE(contains(lines.out, "\n2\tlink\t2\tHome\thttp://127.0.0.1:"));
     const std::string last = std::to_string(std::count(lines.out.begin(), lines.out.end(), '\n'));
     const std::string beyond = std::to_string(std::stoi(last) + 1);
 

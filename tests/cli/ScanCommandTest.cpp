@@ -63,19 +63,15 @@ TEST_F(ScanCommand, CrawlOptionsHoldForOneScanAndAreNotSaved) {
     };
     test::TestServer headers;
     headers.server().Get(".*", [&](const httplib::Request& req, httplib::Response& res) {
-        {
-            const std::lock_guard lock(seenMutex);
-            seen.insert(req.target + " " + req.get_header_value("User-Agent") + " " +
-                        req.get_header_value("X-Token"));
-        }
-        if (req.target == "//robots.txt") {
-            res.set_content("User-agent: *\nCrawl-delay: 4\n", "text/plain");
-        } else {
-            res.set_content(req.target == "/"
-                                ? R"(<title>H</title><a href="a.html">A</a><a href="b.html">B</a>)"
-                                : "<title>P</title>",
-                            "text/html");
-        }
+        const std::lock_guard lock(seenMutex);
+        seen.insert(req.target + " " + req.get_header_value("User-Agent") + " " +
+                    req.get_header_value("X-Token"));
+        const std::string homePage =
+            R"(<title>H</title><a href="a.html">A</a><a href="b.html">B</a>)";
+        res.set_content(req.target == "//robots.txt" ? "User-agent: *\nCrawl-delay: 4\n"
+                        : req.target == "/"          ? homePage
+                                                     : "<title>P</title>",
+                        "text/html");
     });
     headers.start();
     ASSERT_EQ(run({"edit", "Site", "--url", headers.url("/")}).exitCode, 0);

@@ -7,8 +7,6 @@ namespace loomcrest {
 namespace {
 
 using test::contains;
-using test::fileContents;
-using test::Step;
 
 const std::string kDefaults = std::string("Connections: 1\nRequests per second: 0 (no limit)\n") +
                               "User agent: Loomcrest/" + LOOMCREST_VERSION + " (+" +
@@ -18,7 +16,7 @@ const std::string kDefaults = std::string("Connections: 1\nRequests per second: 
 class SettingsCommand : public test::CommandLineTest {
 protected:
     void SetUp() override { ASSERT_EQ(run({"add", "Site", "example.com"}).exitCode, 0); }
-    std::string settingsFile() const { return fileContents(siteFile("Site", "crawl.json")); }
+    std::string settingsFile() const { return test::fileContents(siteFile("Site", "crawl.json")); }
 };
 
 TEST_F(SettingsCommand, ChangesAreSavedAndPrintedAndTheDefaultsWriteNoFile) {
@@ -43,19 +41,13 @@ TEST_F(SettingsCommand, ChangesAreSavedAndPrintedAndTheDefaultsWriteNoFile) {
 TEST_F(SettingsCommand, ValuesNotAllowedAreRefusedAndAMalformedFileGivesTheDefaults) {
     ASSERT_EQ(run({"settings", "Site", "--connections", "3"}).exitCode, 0);
     const std::string saved = settingsFile();
-    const auto refused = [](const std::string& option, const std::string& value,
-                            const std::string& why) {
-        return Step{{"settings", "Site", option, value},
-                    1,
-                    "",
-                    "Cannot Use These Crawl Settings\n" + why + "\n"};
-    };
-    const std::string connections = "Connections must be a whole number from 1 to 16.";
+    const std::string refused =
+        "Cannot Use These Crawl Settings\nConnections must be a whole number from 1 to 16.\n";
     // Text that is no number is refused here; a number out of range by the settings, whose
     // own tests hold the other refusals.
     expectSteps({
-        refused("--connections", "two", connections),
-        refused("--connections", "17", connections),
+        {{"settings", "Site", "--connections", "two"}, 1, "", refused},
+        {{"settings", "Site", "--connections", "17"}, 1, "", refused},
         {{"settings", "Site", "--fetch-once", "yes"}, 2, "", std::nullopt},
     });
     EXPECT_EQ(settingsFile(), saved);

@@ -10,8 +10,6 @@
 namespace loomcrest {
 namespace {
 
-using test::TestServer;
-
 constexpr std::chrono::seconds kWait{20};
 
 std::string firstLinkTitle(const std::string& html) {
@@ -103,7 +101,7 @@ TEST(PageTitleFetch, TitleOrFallback) {
         // The XML parse is the second chance.
         {"<?xml version=\"1.0\"?><feed><title>Feed</title></feed>", "Feed"},
     };
-    TestServer server;
+    test::TestServer server;
     server.server().Get(R"(/body/(\d+))", [&](const httplib::Request& req, httplib::Response& res) {
         res.set_content(bodies.at(std::stoul(req.matches[1].str())).first, "text/html");
     });

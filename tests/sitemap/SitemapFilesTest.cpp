@@ -18,7 +18,6 @@ namespace loomcrest {
 namespace {
 
 using test::fileContents;
-using test::oneColumnPiece;
 using test::TemporaryHome;
 
 TEST(SitemapFiles, HeadersReplaceEarlierFilesAndClosingsUseTheAllLinksCounters) {
@@ -70,7 +69,7 @@ TEST_F(SitemapBuilders, EmptyOrMalformedBlocksAreDroppedAndAFailedWriteStopsTheA
     EXPECT_FALSE(pathExists(folder + "/sitemap2cpo.html")) << "a missing file is not made";
     EXPECT_EQ(scanner.sitemapWriteFailure().message(),
               folder + "/sitemap2cpo.html: No such file or directory");
-    EXPECT_EQ(file("sitemap1cpo.html"), std::string(htmlSitemapHead()) + oneColumnPiece("X"));
+    EXPECT_EQ(file("sitemap1cpo.html"), std::string(htmlSitemapHead()) + test::oneColumnPiece("X"));
     EXPECT_EQ(file("sitemap.xml"), std::string(xmlSitemapHeader()));
     EXPECT_EQ(file("sitemap1c.html"), std::string(htmlSitemapHead()));
     EXPECT_EQ(scanner.twoColCountPO, 1) << "the counters move on";

@@ -15,8 +15,6 @@
 namespace loomcrest {
 namespace {
 
-using test::tablePiece;
-
 TEST(HtmlSitemapLines, FollowTheSharedHeadCarryTheirMarkersAndNeverCarryMarkup) {
     EXPECT_EQ(linkLine("http://host/about.html", 7, "About us"),
               "\n\t\t\t<div class=\"zplPageLink\"><a href=\"http://host/about.html---LINKID:7---\">"
@@ -45,7 +43,7 @@ TEST(HtmlSitemapLayout, TableRowsFillLeftToRightAndCountTheOpenRowsCells) {
         int counter = 0;
         std::string table;  // items I1, I2, ... appended
         for (int i = 1; i <= items; ++i) {
-            table += tablePiece("I" + std::to_string(i), columns, counter);
+            table += test::tablePiece("I" + std::to_string(i), columns, counter);
         }
         EXPECT_EQ(table, expected) << items << " in " << columns;
         EXPECT_EQ(counter, items % columns) << items << " in " << columns;

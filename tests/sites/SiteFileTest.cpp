@@ -15,7 +15,6 @@
 namespace loomcrest {
 namespace {
 
-using test::fileContents;
 using test::TemporaryHome;
 using test::writeFile;
 
@@ -90,7 +89,7 @@ protected:
         checkNeededFoldersExist();
         writeFile(returnFullFileLocation("Example"), newSite());
     }
-    std::string siteFile() const { return fileContents(returnFullFileLocation("Example")); }
+    std::string siteFile() const { return test::fileContents(returnFullFileLocation("Example")); }
 
     TemporaryHome home;
 };
