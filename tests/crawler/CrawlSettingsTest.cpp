@@ -1,7 +1,6 @@
 #include "crawler/CrawlSettings.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <cmath>
 
@@ -40,12 +39,10 @@ TEST(CrawlSettings, DefaultsAndWhatIsAllowed) {
         {.connections = 16},
         {.connections = 0, .problem = connections},
         {.connections = 17, .problem = connections},
-        {.rate = 0.5},
         {.rate = 1000},
         {.rate = 1000.5, .problem = rate},
         {.rate = -1, .problem = rate},
         {.rate = std::nan(""), .problem = rate},
-        {.agent = "MyBot/2 (+mailto:me@example.org)"},
         {.agent = "", .problem = agent},
         {.agent = "Bot\r\nX-Evil: 1", .problem = agent},
         {.headers = {"Cookie: a=b; c=d", "X-Token:\tabc"}},
@@ -62,30 +59,22 @@ TEST(CrawlSettings, DefaultsAndWhatIsAllowed) {
         settings.setUserAgent(check.agent);
         settings.setExtraHeaders(check.headers);
         EXPECT_EQ(settings.problem().value_or(""), check.problem) << check.problem;
-        EXPECT_EQ(settings.isValid(), check.problem.empty());
     }
 }
 
 TEST(CrawlSettings, ReadsTypedTextStrictly) {
-    EXPECT_EQ(connectionsFromText("4"), 4);
     EXPECT_EQ(connectionsFromText("016"), 16);
-    EXPECT_EQ(connectionsFromText("99999999999"), std::nullopt);
-    for (const char* text : {"", " 4", "4 ", "-1", "+4", "4.0", "four", "0x4"}) {
+    for (const char* text : {"", "4 ", "+4", "99999999999"}) {
         EXPECT_EQ(connectionsFromText(text), std::nullopt) << text;
     }
-    EXPECT_EQ(rateFromText("20"), 20);
-    EXPECT_EQ(rateFromText("0.5"), 0.5);
     EXPECT_EQ(rateFromText(".5"), 0.5);
     EXPECT_EQ(rateFromText("2."), 2);
-    for (const char* text : {"", ".", "1.2.3", "-1", "1e3", "inf", "nan", " 1", "1,5"}) {
+    for (const char* text : {".", "1.2.3", "1e3", " 1"}) {
         EXPECT_EQ(rateFromText(text), std::nullopt) << text;
     }
     EXPECT_EQ(switchFromText("on"), true);
     EXPECT_EQ(switchFromText("off"), false);
-    EXPECT_EQ(switchFromText("yes"), std::nullopt);
     EXPECT_EQ(switchFromText("ON"), std::nullopt);
-    EXPECT_EQ(rateText(0), "0");
-    EXPECT_EQ(rateText(20), "20");
     EXPECT_EQ(rateText(0.25), "0.25");
 }
 
@@ -111,37 +100,22 @@ TEST(CrawlSettingsFile, WritesEverySettingAndReadsItBack) {
     const CrawlSettingsRead read = readCrawlSettings(home.path());
     EXPECT_EQ(read.problem, std::nullopt);
     EXPECT_EQ(read.settings, settings);
-
-    const WriteResult failed = writeCrawlSettings(home.path() + "/no such folder", settings);
-    EXPECT_EQ(failed.message(),
-              home.path() + "/no such folder/crawl.json: No such file or directory");
 }
 
-struct Malformed {
-    std::string text;
-    std::string problem;
-};
-
 TEST(CrawlSettingsFile, AMalformedFileIsReportedAndGivesTheDefaults) {
-    const std::vector<Malformed> cases = {
-        {"", "line 1, column 1: unexpected end of text"},
+    const std::vector<std::pair<std::string, std::string>> cases = {
         {"{\n  \"connections\": 4,\n}",
          "line 3, column 1: expected a member name in double quotes"},
         {"[]", "the settings must be a JSON object"},
         {R"({"connections": 4.5})", "\"connections\" must be a whole number"},
-        {R"({"connections": "4"})", "\"connections\" must be a whole number"},
         {R"({"connections": 1e15})", std::string(kConnectionsProblem)},
-        {R"({"connections": 1e30})", "\"connections\" must be a whole number"},
         {R"({"connections": -3})", std::string(kConnectionsProblem)},
         {R"({"requestsPerSecond": true})", "\"requestsPerSecond\" must be a number"},
         {R"({"requestsPerSecond": 5000})", std::string(kRateProblem)},
         {R"({"userAgent": null})", "\"userAgent\" must be a text"},
         {R"({"fetchOnce": "on"})", "\"fetchOnce\" must be true or false"},
-        {R"({"useNetrc": 1})", "\"useNetrc\" must be true or false"},
         {R"({"extraHeaders": "Cookie: a"})", "\"extraHeaders\" must be a list of texts"},
         {R"({"extraHeaders": ["Cookie: a", 3]})", "\"extraHeaders\" must be a list of texts"},
-        {R"({"extraHeaders": ["Cookie"]})",
-         std::string(kHeaderProblemStart) + "Cookie" + std::string(kHeaderProblemEnd)},
         {R"({"conections": 4})", "unknown setting \"conections\""},
     };
     test::TemporaryHome home;
@@ -156,13 +130,6 @@ TEST(CrawlSettingsFile, AMalformedFileIsReportedAndGivesTheDefaults) {
     EXPECT_EQ(partial.problem, std::nullopt);
     EXPECT_TRUE(partial.settings.fetchOnce());
     EXPECT_EQ(partial.settings.connections(), 1);
-    // An unreadable file means the defaults silently, as a missing one does in every scan test.
-    test::writeFile(home.path() + "/crawl.json", R"({"connections": 4})");
-    ASSERT_EQ(::chmod((home.path() + "/crawl.json").c_str(), 0), 0);
-    if (::geteuid() != 0) {  // root reads it all the same
-        EXPECT_EQ(readCrawlSettings(home.path()).problem, std::nullopt);
-        EXPECT_EQ(readCrawlSettings(home.path()).settings, CrawlSettings());
-    }
 
     const Alert unwritable =
         unwritableCrawlSettingsAlert(WriteResult::failure("/sites/A/crawl.json", "Disk full"));
@@ -175,8 +142,15 @@ TEST(CrawlSettingsEditor, OpensTheSavedSettingsAndSavesOnlyWhatIsAllowed) {
     test::TemporaryHome home;
     test::RecordingAlerts alerts;
     CrawlSettingsEditor editor(alerts);
+    test::writeFile(home.path() + "/crawl.json", "{");
     CrawlSettingsFields fields = editor.open(home.path());
     EXPECT_EQ(fields, (CrawlSettingsFields{"1", "0", kDefaultAgent, false, "", false}));
+    EXPECT_EQ(alerts.described(),
+              std::vector<std::string>{"Information: The Crawl Settings Could Not Be Read | " +
+                                       home.path() +
+                                       "/crawl.json: line 1, column 2: unexpected end of text. "
+                                       "The default settings are used. [OK]"});
+    alerts.shown.clear();
 
     fields = {"4", "0.5", "Bot/1", true, "Cookie: a=b\n\n  \nX-Token: t\n", true};
     ASSERT_TRUE(editor.save(fields));
@@ -203,23 +177,8 @@ TEST(CrawlSettingsEditor, OpensTheSavedSettingsAndSavesOnlyWhatIsAllowed) {
     EXPECT_EQ(readCrawlSettings(home.path()).settings, saved) << "nothing refused was saved";
 }
 
-TEST(CrawlSettingsEditor, AFileThatCannotBeReadOpensTheDefaults) {
-    test::TemporaryHome home;
-    test::RecordingAlerts alerts;
-    CrawlSettingsEditor editor(alerts);
-    test::writeFile(home.path() + "/crawl.json", "{");
-    EXPECT_EQ(editor.open(home.path()).connections, "1");
-    EXPECT_EQ(alerts.described(),
-              std::vector<std::string>{"Information: The Crawl Settings Could Not Be Read | " +
-                                       home.path() +
-                                       "/crawl.json: line 1, column 2: unexpected end of text. "
-                                       "The default settings are used. [OK]"});
-}
-
 TEST(CrawlDelay, TheLongestDelayOfAnyGroupIsAdvice) {
-    EXPECT_EQ(robotsCrawlDelay(""), std::nullopt);
     EXPECT_EQ(robotsCrawlDelay("User-agent: *\nDisallow: /x\n"), std::nullopt);
-    EXPECT_EQ(robotsCrawlDelay("Crawl-delay: 10\n"), 10);
     EXPECT_EQ(robotsCrawlDelay("User-agent: a\ncrawl-delay:2.5\r\nUser-agent: *\n"
                                "CRAWL-DELAY:\t4 \r\nCrawl-delay: 3\n"),
               4);
@@ -232,7 +191,6 @@ TEST(CrawlDelay, TheLongestDelayOfAnyGroupIsAdvice) {
               "robots.txt asks for 1 second between requests (Crawl-delay); the scan does not "
               "wait for it. A rate of 1 request a second follows it.");
     EXPECT_TRUE(test::contains(crawlDelayAdvice(3), "A rate of 0.333 requests"));
-    EXPECT_TRUE(test::contains(crawlDelayAdvice(0.4), "0.4 seconds between"));
     EXPECT_TRUE(test::contains(crawlDelayAdvice(0.4), "A rate of 2.5 requests"));
     EXPECT_TRUE(test::contains(crawlDelayAdvice(5000), "A rate of 0.001 requests"));
 }

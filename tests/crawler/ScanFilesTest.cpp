@@ -63,10 +63,19 @@ protected:
     }
 };
 
+// Every request waits twenty seconds, date lookups ten.
 TEST_F(ScanFiles, TheScanBeforeTheLastIsKeptAndCanBePutBack) {
     servePage("/", {R"(<title>One</title><a href="gone.html">G</a>)"});
     addSite();
+    std::mutex mutex;
+    std::map<std::string, std::set<int64_t>> timeouts;
+    http::setRequestObserver([&](const http::Request& request) {
+        const std::lock_guard lock(mutex);
+        timeouts[request.method].insert(request.timeout.count());
+    });
     scan();
+    http::setRequestObserver({});
+    EXPECT_EQ(timeouts, (std::map<std::string, std::set<int64_t>>{{"GET", {20}}, {"HEAD", {10}}}));
     const Files first = files();
     EXPECT_FALSE(siteView.state().previousSitemapsKept);
 
@@ -80,10 +89,16 @@ TEST_F(ScanFiles, TheScanBeforeTheLastIsKeptAndCanBePutBack) {
               "<pagesFound>2</pagesFound>\n<totalLinks>2</totalLinks>\n<pagesUsed>1</pagesUsed>");
     EXPECT_TRUE(siteView.state().previousSitemapsKept);
 
-    // A start URL that is down leaves bare headers; the last complete set is one step away.
-    servePage("/", {"down", "text/html", 500});
+    // A start URL that is down leaves bare headers; the last complete set is one step away. A
+    // redirect is refused under the code of the page it leads to.
+    servePage("/", {"", "text/html", 301, "", "/gone/"});
     scan();
+    EXPECT_EQ(alerts.described(),
+              std::vector<std::string>{
+                  "Refusal: The Site URL Could Not Be Reached | Error Code: 404 - Not Found [OK]"});
     EXPECT_EQ(files().at("sitemap.xml"), std::string(xmlSitemapHeader()));
+    EXPECT_EQ(files().at("sitemap1c.html"), std::string(htmlSitemapHead()));
+    EXPECT_TRUE(siteView.state().scanButtonEnabled);
     SitemapRestore restore(siteView, alerts);
     restore.restorePreviousSitemaps();
     EXPECT_EQ(files(), current(second));
@@ -100,89 +115,47 @@ TEST_F(ScanFiles, TheScanBeforeTheLastIsKeptAndCanBePutBack) {
               "Do you really want to restore the previous sitemaps of the site:\nTest");
 }
 
-TEST_F(ScanFiles, AFullDiskStopsTheScanAndLeavesThePreviousFiles) {
-    servePage("/", {R"(<title>Small</title><a href="gone.html">G</a>)"});
-    addSite();
-    scan();
-    const Files before = files();
-
+// A full disk stops a scan as Cancel would and leaves the files of the scan before, or none.
+TEST_F(ScanFiles, AFullDiskLeavesThePreviousFilesOrNone) {
     serveLargeSite(300);
-    {
-        const test::FileSizeLimit fullDisk(roomForHeadersOnly());
+    addSite();
+    const auto scanOnAFullDisk = [this](rlim_t room) {
+        alerts.shown.clear();
+        sheet.events.clear();
+        const test::FileSizeLimit fullDisk(room);
         scan();
-    }
+    };
+    scanOnAFullDisk(roomForHeadersOnly());
     ASSERT_EQ(alerts.shown.size(), 1U);
     EXPECT_EQ(alerts.shown[0].title, kNotWritten);
-    EXPECT_EQ(files(), before) << "the previous set is back, statistics and broken links too";
-    EXPECT_EQ(siteView.state().details.pagesFound, "2");
-    EXPECT_EQ(process.vrlmpBadLinkArray, std::vector<std::string>{server.url("/gone.html")});
+    EXPECT_EQ(files(), (Files{{"Test.vrLMP", fileContents(folder() + "/Test.vrLMP")}}));
+    EXPECT_EQ(siteView.state().details.pagesFound, "0") << "the statistics were not written";
     const auto log = requestLog();
     EXPECT_LE(std::count_if(log.begin(), log.end(),
                             [](const std::string& line) { return line.find(" /p/") != line.npos; }),
               24)
         << "the scan stopped as Cancel would; four pages ahead";
-    EXPECT_EQ(sheet.events.back(), "ended");
-    EXPECT_TRUE(siteView.state().scanButtonEnabled);
-}
 
-TEST_F(ScanFiles, AScanStartedOnAFullDiskChangesNothing) {
-    servePage("/", {"<title>Home</title>"});
-    addSite();
+    servePage("/", {R"(<title>Small</title><a href="gone.html">G</a>)"});
     scan();
     const Files before = files();
-    sheet.events.clear();
-    {
-        const test::FileSizeLimit fullDisk(100);  // room for the statistics only
-        scan();
-    }
+    serveLargeSite(300);
+    scanOnAFullDisk(roomForHeadersOnly());
+    ASSERT_EQ(alerts.shown.size(), 1U);
+    EXPECT_EQ(alerts.shown[0].title, kNotWritten);
+    EXPECT_EQ(files(), before) << "the previous set is back, statistics and broken links too";
+    EXPECT_EQ(siteView.state().details.pagesFound, "2");
+    EXPECT_EQ(process.vrlmpBadLinkArray, std::vector<std::string>{server.url("/gone.html")});
+    EXPECT_EQ(sheet.events.back(), "ended");
+    EXPECT_TRUE(siteView.state().scanButtonEnabled);
+
+    scanOnAFullDisk(100);  // room for the statistics only
     EXPECT_EQ(alerts.described(),
               std::vector<std::string>{"Refusal: " + kNotWritten + " | " + folder() +
                                        "/sitemap1cpo.html: File too large [OK]"});
     EXPECT_EQ(files(), before) << "nothing is appended after the old closing tags";
     EXPECT_EQ(sheet.events, (std::vector<std::string>{"connect", "connected"}));
     EXPECT_TRUE(siteView.state().scanButtonEnabled);
-}
-
-TEST_F(ScanFiles, AFirstScanOnAFullDiskLeavesNoCutFile) {
-    serveLargeSite(300);
-    addSite();
-    {
-        const test::FileSizeLimit fullDisk(roomForHeadersOnly());
-        scan();
-    }
-    ASSERT_EQ(alerts.shown.size(), 1U);
-    EXPECT_EQ(alerts.shown[0].title, kNotWritten);
-    EXPECT_EQ(files(), (Files{{"Test.vrLMP", fileContents(folder() + "/Test.vrLMP")}}));
-    EXPECT_EQ(siteView.state().details.pagesFound, "0") << "the statistics were not written";
-}
-
-TEST_F(ScanFiles, EveryRequestWaitsTwentySecondsButDateLookupsTen) {
-    servePage("/", {R"(<title>Home</title><a href="a.html">A</a><a href="gone.html">G</a>)"});
-    servePage("/a.html", {"<title>A</title>"});
-    addSite();
-    std::mutex mutex;
-    std::map<std::string, std::set<int64_t>> timeouts;
-    http::setRequestObserver([&](const http::Request& request) {
-        const std::lock_guard lock(mutex);
-        timeouts[request.method].insert(request.timeout.count());
-    });
-    scan();
-    http::setRequestObserver({});
-    EXPECT_EQ(timeouts, (std::map<std::string, std::set<int64_t>>{{"GET", {20}}, {"HEAD", {10}}}));
-}
-
-TEST_F(ScanFiles, TheCrawlKeepsTheFiltersItStartedWith) {
-    servePage("/", {R"(<title>Home</title><a href="a.html">A</a><a href="tmp.html">T</a>)"});
-    servePage("/a.html", {"<title>A</title>"});
-    servePage("/tmp.html", {"<title>Tmp</title>"});
-    addSite();
-    process.vrlmpFiltersArray = {"tmp"};
-    driver.setViewRefreshInterval(std::chrono::milliseconds(0));
-    // The window changes its list while the crawl runs (another site selected, a filter
-    // deleted); the crawl goes on with what it started with.
-    scanView.onScannedLinkAppended = [this] { process.vrlmpFiltersArray.clear(); };
-    scan();
-    EXPECT_EQ(scanView.scannedLinks, server.url("/") + "\n" + server.url("/a.html") + "\n");
 }
 
 }  // namespace

@@ -19,8 +19,11 @@ TEST(ExportFiles, ASetIsWrittenWholeOrNotAtAll) {
     const std::string one = folder.path() + "/sitemap1.xml";
     const std::string two = folder.path() + "/sitemap2.xml";
     const std::string index = folder.path() + "/sitemap.xml";
+    const std::string published = folder.path() + "/site/sitemap.xml";
     test::writeFile(one, "old one");
-    test::writeFile(index, "old index");
+    test::writeFile(published, "old index");
+    // A link is written through: the file it names gets the contents and the link stays.
+    std::filesystem::create_symlink("site/sitemap.xml", index);
     // The second part's name is taken by a folder, so the set fails after the first part.
     std::filesystem::create_directory(two);
 
@@ -33,13 +36,15 @@ TEST(ExportFiles, ASetIsWrittenWholeOrNotAtAll) {
     EXPECT_EQ(fileContents(one), "old one");
     EXPECT_EQ(fileContents(index), "old index");
     EXPECT_EQ(walkFolder(folder.path()),
-              (std::vector<std::string>{"sitemap.xml", "sitemap1.xml", "sitemap2.xml"}));
+              (std::vector<std::string>{"site", "site/sitemap.xml", "sitemap.xml", "sitemap1.xml",
+                                        "sitemap2.xml"}));
 
     std::filesystem::remove(two);
     EXPECT_FALSE(writeExportFiles(files).has_value());
     EXPECT_EQ(fileContents(one), "new one");
     EXPECT_EQ(fileContents(two), "new two");
-    EXPECT_EQ(fileContents(index), "new index");
+    EXPECT_EQ(fileContents(published), "new index");
+    EXPECT_TRUE(std::filesystem::is_symlink(index));
 }
 
 TEST(Gzip, ReadsBackUpToTheLimitAndSaysWhenThereWasMore) {

@@ -2,6 +2,7 @@
 
 #include <QWebEngineScript>
 #include <QWebEngineView>
+#include <optional>
 
 #include "HtmlSitemapView.h"
 #include "PreviewPage.h"
@@ -19,26 +20,19 @@ protected:
     int answerTimeout_ = 10000;
     // Runs `script` in the preview beside the click script and waits for its answer.
     QVariant askPreview(const QString& script) {
-        QVariant answer;
-        bool answered = false;
+        std::optional<QVariant> answer;
         html().previewPage()->runJavaScript(script, QWebEngineScript::ApplicationWorld,
-                                            [&](const QVariant& result) {
-                                                answer = result;
-                                                answered = true;
-                                            });
-        if (!QTest::qWaitFor([&] { return answered; }, answerTimeout_)) {
-            return QStringLiteral("no answer");
-        }
-        return answer;
+                                            [&answer](const QVariant& result) { answer = result; });
+        const bool answered =
+            QTest::qWaitFor([&answer] { return answer.has_value(); }, answerTimeout_);
+        return answered ? *answer : QStringLiteral("no answer");
     }
     // Where a person would click the anchor number `index` of the preview.
     QPoint anchorPoint(int index) {
         const QVariantList xy =
-            askPreview(
-                QStringLiteral("(function () { var r = document.getElementsByTagName('a')[%1]"
-                               ".getBoundingClientRect(); return [r.left + 3, r.top + "
-                               "r.height / 2]; })()")
-                    .arg(index))
+            askPreview(QStringLiteral("(r => [r.left + 3, r.top + r.height / 2])"
+                                      "(document.links[%1].getBoundingClientRect())")
+                           .arg(index))
                 .toList();
         return xy.size() == 2 ? QPoint(xy[0].toInt(), xy[1].toInt()) : QPoint(-1, -1);
     }

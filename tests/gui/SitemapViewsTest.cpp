@@ -1,15 +1,12 @@
-#include <QAbstractItemModel>
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
 #include <QTableView>
 #include <QWindow>
-#include <QtTest>
 #include <climits>
 
 #include "PreviewWindowTest.h"
@@ -34,54 +31,32 @@ private:
         return test::fileContents(home_->dataRoot() + "/Site/" + file);
     }
 
+    // Clicks the anchor number `index` and waits for its title in the field.
+    void selectAnchor(int index, const QString& title) {
+        clickAnchor(index);
+        QTRY_COMPARE(html().titleField()->text(), title);
+    }
     // Ctrl+2, as a person opens the view, and the preview's load.
     void openHtmlView() {
         QSignalSpy loaded(&html(), &HtmlSitemapView::previewLoaded);
         press(Qt::Key_2, Qt::ControlModifier);
         QVERIFY(loaded.wait(20000));
     }
+    QString previewText(const QString& script) { return askPreview(script).toString(); }
     // The indexes of the preview's anchors that carry the selection's outline.
     QString outlinedAnchors() {
-        return askPreview(
-                   QStringLiteral("Array.prototype.map.call(document.getElementsByTagName('a'), "
-                                  "function (a, i) { return getComputedStyle(a).outlineStyle === "
-                                  "'solid' ? i : -1; }).filter(function (i) { return i >= 0; })"
-                                  ".join(',')"))
-            .toString();
+        return previewText(
+            "[...document.links].flatMap((a, i) => getComputedStyle(a).outlineStyle"
+            " === 'solid' ? [i] : []).join(',')");
     }
-    QColor centreOf(QWidget* widget) {
-        const QImage picture = widget->grab().toImage();
-        return picture.pixelColor(picture.width() / 2, picture.height() / 2);
-    }
-
     QString anchorTexts() {
-        return askPreview(QStringLiteral("Array.from(document.querySelectorAll('a'))"
-                                         ".map(function (a) { return a.textContent; }).join('|')"))
-            .toString();
-    }
-
-    // Clicks the anchor number `index` and waits for its title in the field.
-    void selectAnchor(int index, const QString& title) {
-        clickAnchor(index);
-        QTRY_COMPARE(html().titleField()->text(), title);
+        return previewText("[...document.links].map(a => a.textContent).join('|')");
     }
     void retitle(const QString& title) {
         html().titleField()->setText(title);
         QTest::keyClick(html().titleField(), Qt::Key_Return);
     }
-    int countInPreview(const QString& selector) {
-        return askPreview("document.querySelectorAll('" + selector + "').length").toInt();
-    }
 
-    // Types a new address into the URL cell of `row` as a person would: a double-click opens
-    // the editor, the keyboard replaces the text and Enter keeps it.
-    void typeUrl(int row, const QString& url) {
-        QTableView* table = window_->xmlView().table();
-        const QRect cell = table->visualRect(table->model()->index(row, 0));
-        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, cell.center());
-        QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, cell.center());
-        typeInCell(url, Qt::Key_Return);
-    }
     // Waits for a cell's line editor, types `text` over what it holds and ends with `key`.
     void typeInCell(const QString& text, Qt::Key key) {
         QTRY_VERIFY(qobject_cast<QLineEdit*>(QApplication::focusWidget()) != nullptr);
@@ -92,8 +67,8 @@ private:
     }
 
     // The site's pages-only three-column layout as the page titles P1, P2, … up to `pages`
-    // pages or until it holds more than `bytes`.
-    void writePagesOnlyLayout(int pages, size_t bytes = SIZE_MAX) {
+    // pages or until it holds more than `bytes`, shown in the preview.
+    void showPagesOnlyLayout(int pages, size_t bytes = SIZE_MAX) {
         std::string text = std::string(htmlSitemapHead()) + std::string(kTableOpening);
         int filled = 0;
         for (int page = 1; page <= pages && text.size() <= bytes; ++page) {
@@ -103,6 +78,17 @@ private:
         }
         test::writeFile(home_->dataRoot() + "/Site/sitemap3cpo.html",
                         text + std::string(threeColumnClosing(filled)));
+        openHtmlView();
+        QSignalSpy loaded(&html(), &HtmlSitemapView::previewLoaded);
+        emit html().layoutPopup()->activated(3);
+        QVERIFY(loaded.wait(20000));
+    }
+    QString firstRowDisplay() {
+        return previewText("getComputedStyle(document.querySelector('tr')).display");
+    }
+    QColor centreOf(QWidget* widget) {
+        const QImage picture = widget->grab().toImage();
+        return picture.pixelColor(picture.width() / 2, picture.height() / 2);
     }
 
 private slots:
@@ -110,21 +96,18 @@ private slots:
     void init() {
         useFreshHome();
         server_ = std::make_unique<test::TestServer>();
-        server_->server().Get("/", [](const httplib::Request&, httplib::Response& res) {
-            res.set_content(
-                "<title>Home</title><a href=\"a.html\">Tom &amp; Jerry</a>"
-                "<a href=\"b.html\">B</a>",
-                "text/html");
-        });
-        server_->server().Get("/a.html", [](const httplib::Request&, httplib::Response& res) {
-            res.set_content(
-                "<title>&lt;script&gt;document.title='pwned'&lt;/script&gt;</title>"
-                "<a href=\"/\">Back</a>",
-                "text/html");
-        });
-        server_->server().Get("/b.html", [](const httplib::Request&, httplib::Response& res) {
-            res.set_content("<title>B page</title>", "text/html");
-        });
+        const std::pair<const char*, const char*> pages[] = {
+            {"/",
+             "<title>Home</title><a href=\"a.html\">Tom &amp; Jerry</a><a href=\"b.html\">B</a>"},
+            {"/a.html",
+             "<title>&lt;script&gt;document.title='pwned'&lt;/script&gt;</title><a "
+             "href=\"/\">Back</a>"},
+            {"/b.html", "<title>B page</title>"}};
+        for (const auto& [path, page] : pages) {
+            server_->server().Get(path, [page](const httplib::Request&, httplib::Response& res) {
+                res.set_content(page, "text/html");
+            });
+        }
         server_->start();
 
         openWindow(QSize(1200, 900));
@@ -143,39 +126,52 @@ private slots:
         server_.reset();
     }
 
-    // A click outlines without leaving the page; leaving the view or the layout forgets the
-    // clicked link (that Delete then deletes nothing is the editor's own test).
-    void aClickOutlinesInThePageAndLeavingTheViewOrLayoutForgetsIt() {
+    // A click outlines without leaving the page (a title holding a script runs none); Enter
+    // in the title field rewrites the line in place; a page changed behind the view's back or
+    // a lost renderer loads it again; Delete on a page title changes the preview; another
+    // layout forgets the clicked link.
+    void clicksOutlineAndEditsChangeThePreviewInPlaceUntilTheViewIsLeft() {
         openHtmlView();
-        QCOMPARE(countInPreview(QStringLiteral("script")), 0);
-        QVERIFY(anchorTexts().contains(QStringLiteral("|<script>document.title='pwned'</script>")));
         QCOMPARE(html().previewPage()->title(), QStringLiteral("Sitemap"));
         const QUrl shown = html().previewPage()->url();
-        QSignalSpy loads(html().previewPage(), &QWebEnginePage::loadStarted);
+        QSignalSpy loaded(&html(), &HtmlSitemapView::previewLoaded);
+        QSignalSpy updated(&html(), &HtmlSitemapView::previewUpdated);
         QCOMPARE(outlinedAnchors(), QString());
         selectAnchor(1, QStringLiteral("Tom & Jerry"));
         QCOMPARE(html().linkField()->text(), QString::fromStdString(server_->url("/a.html")));
-        QVERIFY(html().deleteButton()->isEnabled());
         QTRY_COMPARE(outlinedAnchors(), QStringLiteral("1"));
-        QCOMPARE(loads.count(), 0);
         QCOMPARE(html().previewPage()->url(), shown);
         QVERIFY(window_->processState().vrlmpHTMLString.find("outline") == std::string::npos);
 
-        press(Qt::Key_4, Qt::ControlModifier);
-        QCOMPARE(window_->returnCurrentView(), 4);
-        openHtmlView();
-        QVERIFY(html().titleField()->text().isEmpty());
-        QVERIFY(!html().deleteButton()->isEnabled());
-        QCOMPARE(outlinedAnchors(), QString());
+        retitle(QStringLiteral("Tom & Jerry's <3"));
+        QVERIFY(updated.wait(20000));
+        QVERIFY(anchorTexts().contains(QStringLiteral("|Tom & Jerry's <3|")));
+        QCOMPARE(loaded.count(), 0);
+        emit html().previewPage()->renderProcessTerminated(QWebEnginePage::CrashedTerminationStatus,
+                                                           11);
+        QVERIFY(loaded.wait(20000));
+        QVERIFY(anchorTexts().contains(QStringLiteral("|Tom & Jerry's <3|")));
+        selectAnchor(1, QStringLiteral("Tom & Jerry's <3"));
+        askPreview(QStringLiteral("document.getElementsByTagName('a')[1].remove(); true"));
+        retitle(QStringLiteral("Jerry"));
+        QVERIFY(loaded.wait(20000));
+        QVERIFY(anchorTexts().contains(QStringLiteral("|Jerry|")));
 
-        clickAnchor(2);
+        selectAnchor(0, QStringLiteral("Home"));
+        QVERIFY(html().deleteButton()->isEnabled());
+        QtAlerts::queueAnswers({kDefaultButtonCode});
+        press(Qt::Key_Delete);
+        QVERIFY(updated.wait(20000));
+        QVERIFY(!html().deleteButton()->isEnabled());
+        QVERIFY(anchorTexts().startsWith(QStringLiteral("Jerry|")));
+
+        clickAnchor(1);
         QTRY_VERIFY(html().deleteButton()->isEnabled());
-        QSignalSpy loaded(&html(), &HtmlSitemapView::previewLoaded);
         QTest::keyClick(html().layoutPopup(), Qt::Key_Down);
         QVERIFY(loaded.wait(20000));
         QCOMPARE(html().layoutPopup()->currentIndex(), 1);
+        QVERIFY(html().titleField()->text().isEmpty());
         QVERIFY(!html().deleteButton()->isEnabled());
-        QVERIFY(html().linkField()->text().isEmpty());
         QCOMPARE(outlinedAnchors(), QString());
     }
 
@@ -192,8 +188,6 @@ private slots:
         QCOMPARE(QtAlerts::shownAlerts()[0].message,
                  "No web browser could be started to show " + home_->dataRoot() +
                      "/Site/tmpMap.html\nOpen it in your browser yourself.");
-        const HtmlSitemapView::StyleGroupControls& links = html().pageLinkControls();
-        QCOMPARE(centreOf(links.colourWell), QColor(0, 0, 255));
 
         press(Qt::Key_1, Qt::ControlModifier);
         window_->scanView().siteRecords().addNewSite();
@@ -202,95 +196,54 @@ private slots:
         selectSite(QStringLiteral("Fresh"));
         openHtmlView();
         QVERIFY(html().previewPage()->shownHtml().contains("No Sitemap Is Available"));
+        const HtmlSitemapView::StyleGroupControls& links = html().pageLinkControls();
         for (QWidget* control : std::initializer_list<QWidget*>{
                  html().titleField(), html().linkField(), html().saveButton(),
                  html().deleteButton(), links.bold, links.face, links.colourWell}) {
             QVERIFY(!control->isEnabled());
         }
-        QVERIFY(centreOf(links.colourWell) != QColor(0, 0, 255));
         window_->resize(window_->minimumSize());
         QTRY_COMPARE(window_->size(), window_->minimumSize());
         QTRY_VERIFY(html().preview()->height() >= 150);
     }
 
-    // Enter in the title field rewrites the line in place; a page changed behind the view's
-    // back is loaded again; deleting a page title promotes its first link.
-    void titleEditsAndDeletionsChangeThePreview() {
-        openHtmlView();
-        selectAnchor(1, QStringLiteral("Tom & Jerry"));
-        QSignalSpy loaded(&html(), &HtmlSitemapView::previewLoaded);
-        QSignalSpy updated(&html(), &HtmlSitemapView::previewUpdated);
-        retitle(QStringLiteral("Tom & Jerry's <3"));
-        QVERIFY(updated.wait(20000));
-        QVERIFY(anchorTexts().contains(QStringLiteral("|Tom & Jerry's <3|")));
-        QCOMPARE(loaded.count(), 0);
-
-        // A renderer lost after the change takes the page with it: the edited text comes back.
-        emit html().previewPage()->renderProcessTerminated(QWebEnginePage::CrashedTerminationStatus,
-                                                           11);
-        QVERIFY(loaded.wait(20000));
-        QVERIFY(anchorTexts().contains(QStringLiteral("|Tom & Jerry's <3|")));
-
-        selectAnchor(1, QStringLiteral("Tom & Jerry's <3"));
-        askPreview(QStringLiteral("document.getElementsByTagName('a')[1].remove(); true"));
-        retitle(QStringLiteral("Jerry"));
-        QVERIFY(loaded.wait(20000));
-        QVERIFY(anchorTexts().contains(QStringLiteral("|Jerry|")));
-
-        selectAnchor(0, QStringLiteral("Home"));
-        QtAlerts::queueAnswers({kDefaultButtonCode});
-        press(Qt::Key_Delete);
-        QVERIFY(updated.wait(20000));
-        QVERIFY(!html().deleteButton()->isEnabled());
-        QCOMPARE(askPreview(QStringLiteral("(function () { var d = document.querySelector('td "
-                                           "div'); return d.className + ':' + d.textContent; })()"))
-                     .toString(),
-                 QStringLiteral("zplPageTitle:Jerry"));
-    }
-
+    // A small layout keeps its rows as a table; emptying a cell of its last row changes that
+    // row in place.
     void emptyingACellOfTheLastRowChangesThatRowInPlace() {
-        writePagesOnlyLayout(7);
-        openHtmlView();
-        QSignalSpy loaded(&html(), &HtmlSitemapView::previewLoaded);
-        emit html().layoutPopup()->activated(3);
-        QVERIFY(loaded.wait(20000));
+        showPagesOnlyLayout(7);
+        QCOMPARE(firstRowDisplay(), QStringLiteral("table-row"));
         selectAnchor(6, QStringLiteral("P7"));
+        QSignalSpy loaded(&html(), &HtmlSitemapView::previewLoaded);
         QSignalSpy updated(&html(), &HtmlSitemapView::previewUpdated);
         QtAlerts::queueAnswers({kDefaultButtonCode});
         QTest::mouseClick(html().deleteButton(), Qt::LeftButton);
         QVERIFY(updated.wait(20000));
-        QCOMPARE(loaded.count(), 1);
-        QCOMPARE(askPreview(QStringLiteral("document.querySelector('table').rows.length")).toInt(),
-                 2);
-        QCOMPARE(countInPreview(QStringLiteral("td[width=\"32%\"]")), 6);
+        QCOMPARE(loaded.count(), 0);
+        QCOMPARE(previewText("document.querySelector('table').rows.length + ':' + "
+                             "document.querySelectorAll('td[width=\"32%\"]').length"),
+                 QStringLiteral("2:6"));
     }
 
     // Only a big layout's preview lays its rows out apart; clicks and edits still change
     // single anchors in place there.
     void aBigLayoutOutlinesAndChangesSingleAnchorsInPlace() {
-        writePagesOnlyLayout(INT_MAX, size_t{1} << 20);
-        openHtmlView();
-        const QString rowDisplay =
-            QStringLiteral("getComputedStyle(document.querySelector('tr')).display");
-        QCOMPARE(askPreview(rowDisplay).toString(), QStringLiteral("table-row"));
-        QSignalSpy loaded(&html(), &HtmlSitemapView::previewLoaded);
-        emit html().layoutPopup()->activated(3);
-        QVERIFY(loaded.wait(20000));
-        QCOMPARE(askPreview(rowDisplay).toString(), QStringLiteral("flex"));
+        showPagesOnlyLayout(INT_MAX, size_t{1} << 20);
+        QCOMPARE(firstRowDisplay(), QStringLiteral("flex"));
         clickAnchor(1);
         QTRY_COMPARE(outlinedAnchors(), QStringLiteral("1"));
-        clickAnchor(4);
+        selectAnchor(4, QStringLiteral("P5"));
         QTRY_COMPARE(outlinedAnchors(), QStringLiteral("4"));
-        QCOMPARE(html().titleField()->text(), QStringLiteral("P5"));
+        QSignalSpy loaded(&html(), &HtmlSitemapView::previewLoaded);
         QSignalSpy updated(&html(), &HtmlSitemapView::previewUpdated);
         retitle(QStringLiteral("Renamed"));
         QVERIFY(updated.wait(20000));
-        QCOMPARE(loaded.count(), 1);
+        QCOMPARE(loaded.count(), 0);
         QVERIFY(anchorTexts().startsWith(QStringLiteral("P1|P2|P3|P4|Renamed|P6|")));
     }
 
-    // The colour well shows the colour as entered; a style change enables Save and touches
-    // only its line; leaving or closing with unsaved style asks.
+    // The colour well shows the colour as entered; a style change enables Save and shows in
+    // the preview; leaving or closing with unsaved style asks (the question's words are the
+    // editor's own test).
     void styleChangesAreShownSavedOrOfferedBeforeLeaving() {
         openHtmlView();
         QVERIFY(!html().saveButton()->isEnabled());
@@ -302,15 +255,16 @@ private slots:
         QtAlerts::queueAnswers({kDefaultButtonCode});
         press(Qt::Key_S, Qt::ControlModifier);
         QTRY_VERIFY(!html().saveButton()->isEnabled());
+        QCOMPARE(layout("sitemap3c.html"), window_->processState().vrlmpHTMLString);
 
-        const QString linkSize =
-            QStringLiteral("getComputedStyle(document.querySelector('.zplPageLink a')).fontSize");
-        const QString sizeBefore = askPreview(linkSize).toString();
+        const char* linkSize =
+            "getComputedStyle(document.querySelector('.zplPageLink a')).fontSize";
+        const QString sizeBefore = previewText(linkSize);
         QSignalSpy updated(&html(), &HtmlSitemapView::previewUpdated);
         emit html().pageLinkControls().size->activated(5);
         QVERIFY(html().saveButton()->isEnabled());
         QVERIFY(updated.wait(20000));
-        QVERIFY(askPreview(linkSize).toString() != sizeBefore);
+        QVERIFY(previewText(linkSize) != sizeBefore);
         const size_t asked = QtAlerts::shownAlerts().size();
         QtAlerts::queueAnswers({kOtherButtonCode});
         window_->toolbarAction(MainViewControl::Scan)->trigger();
@@ -319,23 +273,13 @@ private slots:
         QTRY_VERIFY(!window_->processState().vrlmpNeedsSave);
 
         openHtmlView();
-        QTest::mouseClick(html().pageLinkControls().bold, Qt::LeftButton, {}, QPoint(5, 5));
-        QVERIFY(html().saveButton()->isEnabled());
-        QtAlerts::queueAnswers({kDefaultButtonCode});
-        press(Qt::Key_S, Qt::ControlModifier);
-        QTRY_VERIFY(!html().saveButton()->isEnabled());
-        QCOMPARE(layout("sitemap3c.html"), window_->processState().vrlmpHTMLString);
-
         QTest::mouseClick(html().pageLinkControls().italic, Qt::LeftButton, {}, QPoint(5, 5));
+        QVERIFY(html().saveButton()->isEnabled());
         const std::string italic = window_->processState().vrlmpHTMLString;
         QtAlerts::queueAnswers({kDefaultButtonCode});
         press(Qt::Key_Q, Qt::ControlModifier);
         QTRY_VERIFY(!window_->isVisible());
-        const Alert& question = QtAlerts::shownAlerts().back();
-        QCOMPARE(question.title, std::string("Changes have been made to this sitemap, would you "
-                                             "like to save the changes you have made?"));
-        QCOMPARE(question.defaultButton + "/" + question.otherButton,
-                 std::string("Save Changes/Discard Changes"));
+        QCOMPARE(QtAlerts::shownAlerts().back().kind, AlertKind::Question);
         QCOMPARE(layout("sitemap3c.html"), italic);
     }
 
@@ -345,15 +289,17 @@ private slots:
         press(Qt::Key_4, Qt::ControlModifier);
         QLabel* status = window_->xmlView().statusLine();
         QCOMPARE(status->text(), QStringLiteral("No problems, 3 warnings"));
-        typeUrl(1, QStringLiteral("http://elsewhere.example/a.html"));
+        // A double-click opens a cell's editor, the keyboard replaces the text, Enter keeps it.
+        QTableView* table = window_->xmlView().table();
+        const QPoint secondUrl = table->visualRect(table->model()->index(1, 0)).center();
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, secondUrl);
+        QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, secondUrl);
+        typeInCell(QStringLiteral("http://elsewhere.example/a.html"), Qt::Key_Return);
         QTRY_COMPARE(status->text(), QStringLiteral("1 problem, 3 warnings"));
-        typeUrl(1, QString::fromStdString(server_->url("/a.html")));
-        QTRY_COMPARE(status->text(), QStringLiteral("No problems, 3 warnings"));
 
         const auto sitemapHolds = [this](const std::string& piece) {
             return layout("sitemap.xml").find(piece) != std::string::npos;
         };
-        QTableView* table = window_->xmlView().table();
         QTest::mouseClick(table->viewport(), Qt::LeftButton, {},
                           table->visualRect(table->model()->index(0, 0)).center());
         QTest::keyClick(table, Qt::Key_F2);

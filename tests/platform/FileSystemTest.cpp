@@ -80,10 +80,8 @@ TEST(FolderLock, ASecondHolderIsTurnedAwayUntilTheFirstLetsGo) {
     FolderLock first = FolderLock::tryLock(home.path());
     EXPECT_TRUE(first.held());
     EXPECT_EQ(FolderLock::tryLock(home.path()).outcome(), FolderLock::Outcome::Busy);
-    FolderLock moved = std::move(first);
-    EXPECT_EQ(FolderLock::tryLock(home.path()).outcome(), FolderLock::Outcome::Busy);
-    moved.release();
-    EXPECT_FALSE(moved.held());
+    first.release();
+    EXPECT_FALSE(first.held());
     EXPECT_TRUE(FolderLock::tryLock(home.path()).held());
 
     const FolderLock missing = FolderLock::tryLock(home.path() + "/missing");
@@ -111,7 +109,6 @@ TEST(FileSystem, FoldersAreWalkedInNameOrderAndCreatedOneLevelAtATime) {
 }
 
 TEST(FileSystem, PathExtensionIsTheTextAfterTheLastDotOfTheName) {
-    EXPECT_EQ(pathExtension("Example/Example.vrLMP"), "vrLMP");
     EXPECT_EQ(pathExtension("a.b/sitemap.xml"), "xml");
     EXPECT_EQ(pathExtension("a.b/noextension"), "");
     EXPECT_EQ(pathExtension("dir/.hidden"), "");

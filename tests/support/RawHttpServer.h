@@ -46,7 +46,9 @@ public:
     explicit RawHttpServer(Routes routes)
         : RawHttpServer([routes = std::move(routes)](int connection, const std::string& head,
                                                      const std::atomic<bool>& stopping) {
-              const auto route = routes.find(targetOf(head));
+              // The request target: "/a?b" of "GET /a?b HTTP/1.1".
+              const size_t start = head.find(' ') + 1;
+              const auto route = routes.find(head.substr(start, head.find(' ', start) - start));
               if (route == routes.end()) {
                   send(connection, response("404 Not Found", "text/html", ""));
               } else {
@@ -67,12 +69,6 @@ public:
     std::vector<std::string> requestLines() const {
         const std::lock_guard lock(mutex_);
         return requestLines_;
-    }
-
-    // The request target of a request head: "/a?b" of "GET /a?b HTTP/1.1".
-    static std::string targetOf(std::string_view head) {
-        const size_t start = head.find(' ') + 1;
-        return std::string(head.substr(start, head.find(' ', start) - start));
     }
 
     // Writes all of `data`; false once the client has gone.

@@ -70,7 +70,6 @@ public:
     void siteListChanged(const std::vector<std::string>& newNames, int row) override {
         names = newNames;
         selectedRow = row;
-        ++listReloads;
     }
     void setWindowTitle(std::string_view title) override { windowTitle = title; }
     void reloadFilterList() override { ++filterReloads; }
@@ -89,7 +88,6 @@ public:
     ScanViewState state;
     std::vector<std::string> names;
     int selectedRow = -1;
-    int listReloads = 0;
     std::string windowTitle;
     int filterReloads = 0;
     int scannedLinksClears = 0;

@@ -95,12 +95,9 @@ public:
     size_t mostWithin(Clock::duration window) const {
         const auto sorted = times();
         size_t most = 0;
-        size_t first = 0;
-        for (size_t last = 0; last < sorted.size(); ++last) {
-            while (sorted[last] - sorted[first] >= window) {
-                ++first;
-            }
-            most = std::max(most, last - first + 1);
+        for (auto first = sorted.begin(); first != sorted.end(); ++first) {
+            const auto end = std::lower_bound(first, sorted.end(), *first + window);
+            most = std::max(most, static_cast<size_t>(end - first));
         }
         return most;
     }
