@@ -9,8 +9,8 @@
 #include <thread>
 #include <utility>
 
-#include "CommandSteps.h"
 #include "support/RawHttpServer.h"
+#include "support/RunCommand.h"
 #include "support/ServedSite.h"
 #include "support/TextChecks.h"
 
@@ -20,30 +20,19 @@ namespace {
 
 using test::contains;
 using test::fileContents;
-using test::refused;
 using namespace std::chrono_literals;
 
 using ScanCommand = test::ServedSite;
 
-TEST_F(ScanCommand, ScansTheSiteAndSummarises) {
-    const std::string statistics =
-        "Pages found: 3\nPages used: 2\nTotal links: 6\nBroken links: 1\n";
-    expectSteps({
-        // No progress line when standard error is no terminal; broken links are no failure.
-        {{"scan", "Site"}, 0, statistics + "Files in: " + folder + "\n"},
-        {{"show", "Site"},
-         0,
-         "Name: Site\nURL: " + server.url("/") +
-             "\nIgnore robots: no\nTotal links: 6\n"
-             "Pages found: 3\nPages used: 2\nBroken links: 1\n"},
-    });
-}
-
-TEST_F(ScanCommand, ExplainWritesTheFileOrSaysWhyNot) {
+TEST_F(ScanCommand, SummarisesAndWritesTheExplanationsOrSaysWhyNotAndScansTheDemo) {
     const std::string path = home.path() + "/why.tsv";
     const std::string nowhere = home.path() + "/missing/why.tsv";
     expectSteps({
-        {{"scan", "Site", "--explain", path}, 0, std::nullopt},
+        // No progress line when standard error is no terminal; broken links are no failure.
+        {{"scan", "Site", "--explain", path},
+         0,
+         "Pages found: 3\nPages used: 2\nTotal links: 6\nBroken links: 1\nFiles in: " + folder +
+             "\n"},
         {{"scan", "Site", "--explain", nowhere},
          1,
          std::nullopt,
@@ -52,6 +41,17 @@ TEST_F(ScanCommand, ExplainWritesTheFileOrSaysWhyNot) {
     });
     // What each line says is the scan's own; here the file is where it was asked for.
     EXPECT_TRUE(fileContents(path).starts_with("Page\tLink\tReason\n" + server.url("/")));
+
+    // The demo serves and scans its bundled site, replacing the earlier Demo.
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        const auto result = run({"demo"});
+        ASSERT_EQ(result.exitCode, 0) << result.err;
+        EXPECT_TRUE(contains(result.out, "Pages found: 32\nPages used: 31\n"));
+        EXPECT_TRUE(contains(result.out, "Broken links: 1\n"));
+    }
+    EXPECT_TRUE(
+        fileContents(home.dataRoot() + "/Demo/badLinks.txt").ends_with("/spring-sale.html\n"));
+    EXPECT_EQ(run({"sites"}).out.find("Demo\t"), 0U) << "one Demo, replaced";
 }
 
 TEST_F(ScanCommand, CrawlOptionsHoldForOneScanAndAreNotSaved) {
@@ -63,19 +63,15 @@ TEST_F(ScanCommand, CrawlOptionsHoldForOneScanAndAreNotSaved) {
     };
     test::TestServer headers;
     headers.server().Get(".*", [&](const httplib::Request& req, httplib::Response& res) {
-        {
-            const std::lock_guard lock(seenMutex);
-            seen.insert(req.target + " " + req.get_header_value("User-Agent") + " " +
-                        req.get_header_value("X-Token"));
-        }
-        if (req.target == "//robots.txt") {
-            res.set_content("User-agent: *\nCrawl-delay: 4\n", "text/plain");
-        } else {
-            res.set_content(req.target == "/"
-                                ? R"(<title>H</title><a href="a.html">A</a><a href="b.html">B</a>)"
-                                : "<title>P</title>",
-                            "text/html");
-        }
+        const std::lock_guard lock(seenMutex);
+        seen.insert(req.target + " " + req.get_header_value("User-Agent") + " " +
+                    req.get_header_value("X-Token"));
+        const std::string homePage =
+            R"(<title>H</title><a href="a.html">A</a><a href="b.html">B</a>)";
+        res.set_content(req.target == "//robots.txt" ? "User-agent: *\nCrawl-delay: 4\n"
+                        : req.target == "/"          ? homePage
+                                                     : "<title>P</title>",
+                        "text/html");
     });
     headers.start();
     ASSERT_EQ(run({"edit", "Site", "--url", headers.url("/")}).exitCode, 0);
@@ -90,17 +86,8 @@ TEST_F(ScanCommand, CrawlOptionsHoldForOneScanAndAreNotSaved) {
     EXPECT_EQ(takeSeen(), (std::multiset<std::string>{"/ Bot/2 t", "//robots.txt Bot/2 t",
                                                       "/a.html Bot/2 t", "/b.html Bot/2 t"}));
     EXPECT_FALSE(std::filesystem::exists(folder + "/crawl.json"));
-    expectSteps({refused({"scan", "Site", "--connections", "17"},
-                         "Cannot Use These Crawl Settings\nConnections must be a whole number "
-                         "from 1 to 16.\n")});
+    expectSteps({{{"scan", "Site", "--connections", "17"}, 1, "", std::nullopt}});
     EXPECT_TRUE(takeSeen().empty()) << "nothing is scanned";
-}
-
-TEST_F(ScanCommand, AnUnreachableStartUrlPrintsTheAlert) {
-    ASSERT_EQ(run({"edit", "Site", "--url", "http://127.0.0.1:1/"}).exitCode, 0);
-    expectSteps(
-        {refused({"scan", "Site"},
-                 "The Site URL Could Not Be Reached\nError Code: 0 - \nConnection refused\n")});
 }
 
 TEST_F(ScanCommand, TheWarningIsAnsweredByTheOption) {
@@ -111,9 +98,8 @@ TEST_F(ScanCommand, TheWarningIsAnsweredByTheOption) {
     ASSERT_EQ(run({"edit", "Site", "--url", raw.url("/p.php?a?b?c?d")}).exitCode, 0);
     const auto cancelled = run({"scan", "Site", "--on-warning", "cancel"});
     EXPECT_EQ(cancelled.exitCode, 0);
-    EXPECT_EQ(cancelled.err,
-              "There may be an issue with the site you are scanning.\n"
-              "URL parameters have been found containing multiple ?s which may be invalid.\n");
+    // The warning's text is the scan's own test; here it reaches standard error.
+    EXPECT_TRUE(cancelled.err.starts_with("There may be an issue with the site"));
     EXPECT_TRUE(contains(cancelled.out, "Pages used: 0\n"));
     EXPECT_TRUE(contains(run({"scan", "Site"}).out, "Pages used: 1\n")) << "continue by default";
     EXPECT_EQ(run({"scan", "Site", "--on-warning", "maybe"}).exitCode, 2);
@@ -151,24 +137,6 @@ TEST_F(ScanCommand, CtrlCStopsLikeTheCancelButton) {
     EXPECT_EQ(result.exitCode, 130);
     // The files a cancelled scan leaves are the scan's own test; the figures reach the user.
     EXPECT_TRUE(contains(result.out, "Pages found: 3\n"));
-}
-
-TEST_F(ScanCommand, DemoScansTheBundledSite) {
-    for (int attempt = 0; attempt < 2; ++attempt) {
-        const auto result = run({"demo"});
-        ASSERT_EQ(result.exitCode, 0) << result.err;
-        EXPECT_TRUE(contains(result.out, "Pages found: 32\nPages used: 31\n"));
-        EXPECT_TRUE(contains(result.out, "Broken links: 1\n"));
-    }
-    const std::string demo = home.dataRoot() + "/Demo";
-    EXPECT_TRUE(fileContents(demo + "/badLinks.txt").ends_with("/spring-sale.html\n"));
-    const std::string allLinks = fileContents(demo + "/sitemap1c.html");
-    EXPECT_TRUE(contains(allLinks, ">Our gallery<!-- LINKID:"));
-    EXPECT_TRUE(contains(allLinks, "https://www.example.org/partners---LINKID:"));
-    EXPECT_FALSE(contains(allLinks, "brochure.pdf"));
-    EXPECT_FALSE(contains(allLinks, "private/stock.html"));
-    EXPECT_TRUE(contains(fileContents(demo + "/sitemap.xml"), "news.php?id=2</loc>"));
-    EXPECT_EQ(run({"sites"}).out.find("Demo\t"), 0U) << "one Demo, replaced";
 }
 
 }  // namespace

@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
 #include "support/RunCommand.h"
+#include "support/TextChecks.h"
 
 namespace loomcrest {
 namespace {
 
-using test::fileContents;
-using test::Step;
+using test::contains;
 
 const std::string kDefaults = std::string("Connections: 1\nRequests per second: 0 (no limit)\n") +
                               "User agent: Loomcrest/" + LOOMCREST_VERSION + " (+" +
@@ -16,7 +16,7 @@ const std::string kDefaults = std::string("Connections: 1\nRequests per second: 
 class SettingsCommand : public test::CommandLineTest {
 protected:
     void SetUp() override { ASSERT_EQ(run({"add", "Site", "example.com"}).exitCode, 0); }
-    std::string settingsFile() const { return fileContents(siteFile("Site", "crawl.json")); }
+    std::string settingsFile() const { return test::fileContents(siteFile("Site", "crawl.json")); }
 };
 
 TEST_F(SettingsCommand, ChangesAreSavedAndPrintedAndTheDefaultsWriteNoFile) {
@@ -32,46 +32,28 @@ TEST_F(SettingsCommand, ChangesAreSavedAndPrintedAndTheDefaultsWriteNoFile) {
     });
 
     // Options not given keep their values; --header adds, --no-headers first drops them all.
-    EXPECT_NE(
-        run({"settings", "Site", "--header", "X-More: m"}).out.find("  X-Token: t\n  X-More: m\n"),
-        std::string::npos);
-    EXPECT_NE(run({"settings", "Site", "--no-headers", "--header", "Only: one"})
-                  .out.find("Extra headers:\n  Only: one\n"),
-              std::string::npos);
-    expectSteps({{{"settings", "Site", "--no-headers", "--fetch-once", "off", "--connections", "1",
-                   "--rate", "0", "--netrc", "off"},
-                  0,
-                  "Connections: 1\nRequests per second: 0 (no limit)\nUser agent: Bot/1\n"
-                  "Fetch once: off\nUse ~/.netrc: off\nExtra headers: none\n"}});
+    EXPECT_TRUE(contains(run({"settings", "Site", "--header", "X-More: m"}).out,
+                         "  X-Token: t\n  X-More: m\n"));
+    const auto off =
+        run({"settings", "Site", "--fetch-once", "off", "--no-headers", "--header", "O: 1"});
+    EXPECT_TRUE(contains(off.out, "Fetch once: off\nUse ~/.netrc: on\nExtra headers:\n  O: 1\n"));
 }
 
-TEST_F(SettingsCommand, ValuesNotAllowedAreRefusedAndNothingIsSaved) {
+TEST_F(SettingsCommand, ValuesNotAllowedAreRefusedAndAMalformedFileGivesTheDefaults) {
     ASSERT_EQ(run({"settings", "Site", "--connections", "3"}).exitCode, 0);
     const std::string saved = settingsFile();
-    const auto refused = [](const std::string& option, const std::string& value,
-                            const std::string& why) {
-        return Step{{"settings", "Site", option, value},
-                    1,
-                    "",
-                    "Cannot Use These Crawl Settings\n" + why + "\n"};
-    };
-    const std::string connections = "Connections must be a whole number from 1 to 16.";
-    const std::string rate = "Requests per second must be a number from 0 (no limit) to 1000.";
+    const std::string refused =
+        "Cannot Use These Crawl Settings\nConnections must be a whole number from 1 to 16.\n";
     // Text that is no number is refused here; a number out of range by the settings, whose
     // own tests hold the other refusals.
     expectSteps({
-        refused("--connections", "two", connections),
-        refused("--rate", "-1", rate),
-        refused("--connections", "17", connections),
-        {{"settings", "Site", "--fetch-once", "yes"},
-         2,
-         "",
-         "--fetch-once: yes not in {on,off}\nRun with --help for more information.\n"},
+        {{"settings", "Site", "--connections", "two"}, 1, "", refused},
+        {{"settings", "Site", "--connections", "17"}, 1, "", refused},
+        {{"settings", "Site", "--fetch-once", "yes"}, 2, "", std::nullopt},
     });
     EXPECT_EQ(settingsFile(), saved);
-}
 
-TEST_F(SettingsCommand, AMalformedFileIsReportedAndTheDefaultsAreUsed) {
+    // A malformed file is reported and the defaults are used.
     const std::string path = siteFile("Site", "crawl.json");
     test::writeFile(path, "{\n  \"connections\": 4,\n  \"fetchOnce\": yes\n}\n");
     expectSteps({
@@ -80,12 +62,7 @@ TEST_F(SettingsCommand, AMalformedFileIsReportedAndTheDefaultsAreUsed) {
          kDefaults,
          "The Crawl Settings Could Not Be Read\n" + path +
              ": line 3, column 16: unexpected character 'y'. The default settings are used.\n"},
-        // Changing a setting starts from the defaults and replaces the file.
-        {{"settings", "Site", "--rate", "5"}, 0, std::nullopt, std::nullopt},
     });
-    EXPECT_EQ(fileContents(path),
-              "{\n  \"connections\": 1,\n  \"requestsPerSecond\": 5,\n  \"fetchOnce\": false,\n"
-              "  \"extraHeaders\": [],\n  \"useNetrc\": false\n}\n");
 }
 
 }  // namespace

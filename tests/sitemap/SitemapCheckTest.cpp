@@ -21,7 +21,7 @@ std::string urlset(const std::string& entries) {
            entries + "</urlset>";
 }
 
-TEST(SitemapValues, W3cDatesAndTheirRanges) {
+TEST(SitemapValues, DatesPrioritiesChangeFrequenciesFoldersAndSummaries) {
     for (const char* good :
          {"2024", "2024-05", "2024-05-17", "2024-02-29", "2000-02-29", "2024-05-17T09:30Z",
           "2024-05-17T23:59:59+01:00", "2024-05-17T09:30:00.25-05:30"}) {
@@ -34,9 +34,7 @@ TEST(SitemapValues, W3cDatesAndTheirRanges) {
           "2024-05-17T09:30+24:00", "2024-05-17\n", "updated 2024-05-17"}) {
         EXPECT_NE(dateProblem(bad), std::nullopt) << bad;
     }
-}
 
-TEST(SitemapValues, PrioritiesChangeFrequenciesAndFolders) {
     for (const char* good : {"0", "0.0", "0.5", "0.55", "1", "1.0", ".3"}) {
         EXPECT_EQ(priorityProblem(good), std::nullopt) << good;
     }
@@ -54,9 +52,18 @@ TEST(SitemapValues, PrioritiesChangeFrequenciesAndFolders) {
               std::nullopt);
     EXPECT_EQ(groupedDigits(52428800), "52,428,800");
     EXPECT_EQ(groupedDigits(999), "999");
+
+    const SitemapProblem error{1, SitemapProblem::Severity::Error, "e"};
+    const SitemapProblem warning{2, SitemapProblem::Severity::Warning, "w"};
+    EXPECT_EQ(problemSummary({}), "No problems");
+    EXPECT_EQ(problemSummary({warning, warning}), "No problems, 2 warnings");
+    EXPECT_EQ(problemSummary({error}), "1 problem");
+    EXPECT_EQ(problemSummary({error, warning, error, error}), "3 problems, 1 warning");
+    EXPECT_FALSE(hasErrors({warning}));
+    EXPECT_TRUE(hasErrors({warning, error}));
 }
 
-TEST(SitemapCheck, CountSizeRootAndIndex) {
+TEST(SitemapCheck, CountSizeRootIndexAndBareAmpersands) {
     std::string entries;
     for (int i = 0; i < 3; ++i) {
         entries += "\t<url><loc>http://h/" + std::to_string(i) + "</loc></url>\n";
@@ -83,14 +90,13 @@ TEST(SitemapCheck, CountSizeRootAndIndex) {
         "<sitemap><lastmod>2024</lastmod></sitemap>\n</sitemapindex>";
     EXPECT_EQ(formatted(checkSitemap(index, "http://h/index.html")),
               std::vector<std::string>{"Line 4: The <sitemap> entry must hold one <loc>, not 0"});
-}
 
-TEST(SitemapCheck, BareAmpersandsAreCountedPerLineAndTheRestIsStillChecked) {
-    const std::string text = urlset(
+    // Bare ampersands are counted per line, and the rest is still checked.
+    const std::string ampersands = urlset(
         "\t<url><loc>http://h/?a&b&c</loc></url>\n"
         "\t<url><loc>http://h/?a&amp;b&#38;c&lt;</loc><priority>2</priority></url>\n"
         "\t<url><loc>http://h/?x&y</loc><lastmod></lastmod></url>\n");
-    EXPECT_EQ(formatted(checkSitemap(text, "http://h/")),
+    EXPECT_EQ(formatted(checkSitemap(ampersands, "http://h/")),
               (std::vector<std::string>{
                   R"(Line 3: A bare "&" must be written "&amp;")",
                   R"(Line 4: The URL "http://h/?a&b&c<" holds characters that must be )"
@@ -98,17 +104,6 @@ TEST(SitemapCheck, BareAmpersandsAreCountedPerLineAndTheRestIsStillChecked) {
                   R"(Line 4: The priority "2" is not a number from 0.0 to 1.0)",
                   R"(Line 5: A bare "&" must be written "&amp;")",
                   "Line 5: Warning: The last-modified date is empty; the export leaves it out"}));
-}
-
-TEST(SitemapProblems, Summaries) {
-    const SitemapProblem error{1, SitemapProblem::Severity::Error, "e"};
-    const SitemapProblem warning{2, SitemapProblem::Severity::Warning, "w"};
-    EXPECT_EQ(problemSummary({}), "No problems");
-    EXPECT_EQ(problemSummary({warning, warning}), "No problems, 2 warnings");
-    EXPECT_EQ(problemSummary({error}), "1 problem");
-    EXPECT_EQ(problemSummary({error, warning, error, error}), "3 problems, 1 warning");
-    EXPECT_FALSE(hasErrors({warning}));
-    EXPECT_TRUE(hasErrors({warning, error}));
 }
 
 }  // namespace

@@ -58,23 +58,19 @@ protected:
     AddEditDeleteSites records{siteList, sheetView, alerts};
 };
 
-TEST_F(SiteRecords, AddingCreatesTheFolderAndFileAndClosesTheSheet) {
+// Adding writes the site's folder and file and closes the sheet. Bad input, or a name taken by
+// a site or any folder, keeps the sheet open with the user's input behind one alert, and writes
+// nothing.
+TEST_F(SiteRecords, AddingWritesTheSiteOrKeepsTheSheetOpenBehindOneAlert) {
     records.addNewSite();
     EXPECT_EQ(sheet(), "shown|Add New Site|Add Site|Cancel||");
-    EXPECT_EQ(records.calledBy(), "addNewSite");
     records.setSheetFields("Example", "example.com");
     records.defaultAction();
     EXPECT_TRUE(alerts.shown.empty());
-    EXPECT_EQ(siteFile("Example"), test::golden("new-site.vrLMP"));
     EXPECT_EQ(sheet(), "hidden|Add New Site|Add Site|Cancel||");
     EXPECT_EQ(sheetView.focusRequests, 1);
     EXPECT_EQ(scanView.names, std::vector<std::string>{"Example"});
-}
 
-// Bad input, or a name taken by a site or any folder, keeps the sheet open with the user's
-// input behind one alert, and writes nothing.
-TEST_F(SiteRecords, RefusedInputKeepsTheSheetOpenAndWritesNothing) {
-    add("Example", "example.com");
     createFolder(siteFolderLocation("Taken"));
     const std::string exists =
         "Refusal: The site you are trying to create already exists, please "
@@ -106,8 +102,6 @@ TEST_F(SiteRecords, EditingOnlyTheURLKeepsStatisticsAndRobotsFlag) {
     writeSiteStatistics("Example", 10, 4, 3);
     records.editSite();
     EXPECT_EQ(sheet(), "shown|Edit Site|Save Changes|Cancel|Example|http://example.com/");
-    EXPECT_EQ(records.calledBy(), "editSite");
-    EXPECT_EQ(records.originalName() + " " + records.originalURL(), "Example http://example.com/");
     records.setSheetFields("Example", "https://example.org/shop/");
     records.defaultAction();
     EXPECT_TRUE(alerts.shown.empty());
@@ -116,37 +110,33 @@ TEST_F(SiteRecords, EditingOnlyTheURLKeepsStatisticsAndRobotsFlag) {
               "<ignoreRobotFile>YES</ignoreRobotFile>\n<pagesFound>4</pagesFound>\n"
               "<totalLinks>10</totalLinks>\n<pagesUsed>3</pagesUsed>");
     EXPECT_EQ(process.vrlmpCurSite, "") << "the sheet closes by deselecting the list";
-    EXPECT_EQ(siteList.selectedRow(), -1);
 }
 
-TEST_F(SiteRecords, RenamingMovesTheFolderWithAllItsFiles) {
-    add("Example", "example.com");
-    writeFile(home.dataRoot() + "/Example/sitemap.xml", "<urlset/>");
-    writeFile(home.dataRoot() + "/Example/filters.zplp", "tmp\n");
-    edit("Example", "Renamed", "example.com");
-    EXPECT_FALSE(pathExists(siteFolderLocation("Example")));
-    EXPECT_EQ(siteFile("Renamed"),
-              newSiteFileText("Renamed", "http://example.com/") + "\n<pagesUsed>0</pagesUsed>");
-    EXPECT_EQ(fileContents(home.dataRoot() + "/Renamed/sitemap.xml"), "<urlset/>");
-    EXPECT_EQ(fileContents(home.dataRoot() + "/Renamed/filters.zplp"), "tmp\n");
-    EXPECT_EQ(scanView.names, std::vector<std::string>{"Renamed"});
-}
-
-// A rename onto an existing site is refused, yet that site's URL is overwritten; kept so.
-TEST_F(SiteRecords, RenamingOntoAnExistingSiteOverwritesThatSitesURL) {
+// A rename moves the folder with all its files. One onto an existing site is refused, yet that
+// site's URL is overwritten; kept so.
+TEST_F(SiteRecords, RenamingMovesTheFolderOrOverwritesTheURLOfTheSiteInTheWay) {
     add("First", "first.com");
     add("Second", "second.com");
-    edit("First", "Second", "changed.com");
+    writeFile(home.dataRoot() + "/First/sitemap.xml", "<urlset/>");
+    edit("First", "Renamed", "first.com");
+    EXPECT_FALSE(pathExists(siteFolderLocation("First")));
+    EXPECT_EQ(siteFile("Renamed"),
+              newSiteFileText("Renamed", "http://first.com/") + "\n<pagesUsed>0</pagesUsed>");
+    EXPECT_EQ(fileContents(home.dataRoot() + "/Renamed/sitemap.xml"), "<urlset/>");
+    EXPECT_EQ(scanView.names, (std::vector<std::string>{"Renamed", "Second"}));
+
+    edit("Renamed", "Second", "changed.com");
     EXPECT_EQ(alerts.described(),
               std::vector<std::string>{"Refusal: A site with the name \"Second\" already exists, "
                                        "please delete this site first or select a different "
                                        "name. |  [OK]"});
-    EXPECT_NE(siteFile("First").find("<siteURL>http://first.com/</siteURL>"), std::string::npos);
+    EXPECT_NE(siteFile("Renamed").find("<siteURL>http://first.com/</siteURL>"), std::string::npos);
     EXPECT_EQ(siteFile("Second"), newSiteFileText("Second", "http://changed.com/"));
     EXPECT_FALSE(sheetView.state.shown);
 }
 
-TEST_F(SiteRecords, CancelOrNoSiteShownLeavesTheFilesAlone) {
+// Cancel, or no site shown, leaves the files alone; a deletion asks first.
+TEST_F(SiteRecords, DeleteAsksAndRemovesTheSitesWholeFolderUnlessCancelled) {
     add("Example", "example.com");
     records.deleteSite();
     records.editSite();
@@ -161,10 +151,7 @@ TEST_F(SiteRecords, CancelOrNoSiteShownLeavesTheFilesAlone) {
     EXPECT_FALSE(pathExists(siteFolderLocation("Other")));
     EXPECT_FALSE(sheetView.state.shown);
     EXPECT_EQ(scanView.state.details.siteName, "");
-}
 
-TEST_F(SiteRecords, DeleteAsksAndRemovesTheWholeFolderUnlessCancelled) {
-    add("Example", "example.com");
     writeFile(home.dataRoot() + "/Example/badLinks.txt", "http://x/\n");
     select("Example");
     alerts.answers.push_back(kOtherButtonCode);
@@ -181,10 +168,8 @@ TEST_F(SiteRecords, DeleteAsksAndRemovesTheWholeFolderUnlessCancelled) {
     EXPECT_FALSE(pathExists(siteFolderLocation("Example")));
     EXPECT_TRUE(siteList.tableArray().empty());
     EXPECT_EQ(process.vrlmpCurSite, "");
-    EXPECT_TRUE(process.vrlmpBadLinkArray.empty());
-}
 
-TEST_F(SiteRecords, AHandEditedNameNeverRemovesAnythingOutsideTheDataRoot) {
+    // A hand-edited name never removes anything outside the data root.
     writeFile(returnFullFileLocation("Odd"), "<siteName>..</siteName>\n<siteURL>x</siteURL>");
     siteList.reloadSiteList();
     select("Odd");

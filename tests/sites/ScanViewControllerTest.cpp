@@ -13,7 +13,6 @@
 namespace loomcrest {
 namespace {
 
-using test::fileContents;
 using test::writeFile;
 
 class SiteSelection : public testing::Test {
@@ -54,7 +53,7 @@ protected:
     ScanViewController controller{process, view, alerts};
 };
 
-TEST_F(SiteSelection, SelectingMakesTheSiteCurrentAndCompletesItsFileDeselectingClearsIt) {
+TEST_F(SiteSelection, SelectingMakesTheSiteCurrentDeselectingClearsItAndTheDrawerButtonToggles) {
     EXPECT_EQ(view.names, std::vector<std::string>{"Example"});
     EXPECT_EQ(controller.selectedRow(), -1);
     EXPECT_EQ(controls(), "");
@@ -68,8 +67,6 @@ TEST_F(SiteSelection, SelectingMakesTheSiteCurrentAndCompletesItsFileDeselecting
     EXPECT_EQ(view.filterReloads, 1);
     EXPECT_EQ(controls(), "scan controls broken ");
     EXPECT_EQ(details(), "Example|http://example.com/|0|0|0|1");
-    EXPECT_EQ(fileContents(returnFullFileLocation("Example")),
-              newSiteFileText("Example", "http://example.com/") + "\n<pagesUsed>0</pagesUsed>");
 
     controller.ignoreRobotsAction(true);
     const int clearsBefore = view.scannedLinksClears;
@@ -81,9 +78,17 @@ TEST_F(SiteSelection, SelectingMakesTheSiteCurrentAndCompletesItsFileDeselecting
     EXPECT_TRUE(process.vrlmpBadLinkArray.empty());
     EXPECT_EQ(details(), "|||||");
     EXPECT_EQ(view.scannedLinksClears, clearsBefore + 1);
+
+    // The filters drawer button toggles.
+    controller.filterAddPanel();
+    EXPECT_EQ(process.vrlmpPLastState, 1);
+    EXPECT_TRUE(view.state.filterDrawerOpen);
+    controller.filterAddPanel();
+    EXPECT_EQ(process.vrlmpPLastState, 0);
+    EXPECT_FALSE(view.state.filterDrawerOpen);
 }
 
-TEST_F(SiteSelection, StatisticsShowAsStoredOrAsZero) {
+TEST_F(SiteSelection, StatisticsAndBrokenLinksShowAsStoredAndTheRobotsBoxRewritesTheFlag) {
     addSite("Stats",
             "<siteName>Shown Name</siteName>\n<siteURL>u</siteURL>\n"
             "<ignoreRobotFile>YES</ignoreRobotFile>\n<pagesFound>-5</pagesFound>\n"
@@ -91,13 +96,14 @@ TEST_F(SiteSelection, StatisticsShowAsStoredOrAsZero) {
     selectSite("Stats");
     EXPECT_EQ(details(), "Shown Name|u|812|0|0|0");
     EXPECT_EQ(controls(), "scan controls robots");
-    EXPECT_EQ(process.vrlmpCurSite, "Stats");
     EXPECT_EQ(process.vrlmpWinTit, "Loomcrest2 - Shown Name")
         << "the title uses the name in the file";
-}
+    addSite("Broken", "<siteName>\xff</siteName>");
+    selectSite("Broken");
+    EXPECT_EQ(process.vrlmpCurSite, "Broken");
+    EXPECT_EQ(details(), "||0|0|0|0");
 
-// The broken links file read as lines without the empty last one.
-TEST_F(SiteSelection, BrokenLinksAreCountedByLine) {
+    // The broken links file read as lines without the empty last one.
     const struct {
         std::string file;
         std::vector<std::string> links;
@@ -114,35 +120,24 @@ TEST_F(SiteSelection, BrokenLinksAreCountedByLine) {
         EXPECT_EQ(view.state.details.brokenLinks, std::to_string(c.links.size()));
         EXPECT_EQ(view.state.brokenLinksButtonShown, !c.links.empty());
     }
-}
 
-TEST_F(SiteSelection, AnUnreadableSiteFileStillBecomesCurrent) {
-    addSite("Broken", "<siteName>\xff</siteName>");
-    selectSite("Broken");
-    EXPECT_EQ(process.vrlmpCurSite, "Broken");
-    EXPECT_EQ(details(), "||0|0|0|0");
-    EXPECT_EQ(fileContents(returnFullFileLocation("Broken")), "<siteName>\xff</siteName>");
-}
-
-TEST_F(SiteSelection, RobotsBoxRewritesTheFlagOfTheShownName) {
-    selectSite("Example");
+    // The robots box rewrites the flag in the file of the shown name.
     controller.ignoreRobotsAction(true);
     EXPECT_TRUE(view.state.ignoreRobotsChecked);
     EXPECT_EQ(readSiteField(readSiteFile("Example"), SiteField::IgnoreRobotFile), "YES");
     controller.ignoreRobotsAction(false);
-    EXPECT_EQ(fileContents(returnFullFileLocation("Example")),
-              newSiteFileText("Example", "http://example.com/") + "\n<pagesUsed>0</pagesUsed>");
+    EXPECT_EQ(readSiteField(readSiteFile("Example"), SiteField::IgnoreRobotFile), "NO");
 
     // The row picks the folder; the name in its file picks the file written.
     addSite("Folder", "<siteName>Example</siteName>\n<ignoreRobotFile>NO</ignoreRobotFile>");
     selectSite("Folder");
     controller.ignoreRobotsAction(true);
-    EXPECT_EQ(fileContents(returnFullFileLocation("Example")),
+    EXPECT_EQ(test::fileContents(returnFullFileLocation("Example")),
               "<siteName>Example</siteName>\n<ignoreRobotFile>YES</ignoreRobotFile>\n"
               "<pagesFound>0</pagesFound>\n<totalLinks>0</totalLinks>\n<pagesUsed>0</pagesUsed>");
 }
 
-TEST_F(SiteSelection, OldFilesAreConvertedWhenTheListCountsItsRows) {
+TEST_F(SiteSelection, OldFilesAreConvertedAndAGoneSiteIsDeselectedWhenTheListIsRead) {
     writeFile(home.dataRoot() + "/Old/Old.vrlmp", "<siteName>Old</siteName>\n<siteURL>x</siteURL>");
     controller.populateSiteTable();
     EXPECT_EQ(controller.tableArray(), std::vector<std::string>{"Example"});
@@ -151,27 +146,16 @@ TEST_F(SiteSelection, OldFilesAreConvertedWhenTheListCountsItsRows) {
     controller.reloadSiteList();
     EXPECT_EQ(view.names, (std::vector<std::string>{"Example", "Old"}));
     EXPECT_FALSE(controller.updatedOldFile());
-}
 
-// A selected row that no longer exists, the last one included, leaves nothing selected.
-TEST_F(SiteSelection, ASiteGoneFromTheEndOfTheListIsDeselected) {
+    // A selected row that no longer exists, the last one included, leaves nothing selected.
     addSite("Zed", newSiteFileText("Zed", "http://zed.com/"));
     selectSite("Zed");
-    ASSERT_EQ(controller.selectedRow(), 1);
+    ASSERT_EQ(controller.selectedRow(), 2);
     std::filesystem::remove_all(siteFolderLocation("Zed"));
     controller.reloadSiteList();
     EXPECT_EQ(controller.selectedRow(), -1);
     EXPECT_EQ(process.vrlmpCurSite, "");
-    EXPECT_EQ(view.names, std::vector<std::string>{"Example"});
-}
-
-TEST_F(SiteSelection, FiltersDrawerButtonToggles) {
-    controller.filterAddPanel();
-    EXPECT_EQ(process.vrlmpPLastState, 1);
-    EXPECT_TRUE(view.state.filterDrawerOpen);
-    controller.filterAddPanel();
-    EXPECT_EQ(process.vrlmpPLastState, 0);
-    EXPECT_FALSE(view.state.filterDrawerOpen);
+    EXPECT_EQ(view.names, (std::vector<std::string>{"Example", "Old"}));
 }
 
 }  // namespace
