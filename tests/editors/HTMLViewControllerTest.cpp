@@ -243,7 +243,6 @@ TEST_F(HtmlEditor, AClickFillsTheFieldsAndAnEditRewritesOrDeletesTheLine) {
     EXPECT_TRUE(shown(view.state)
                     .starts_with("edit delete 0 Three Columns, All Links|Tom & "
                                  "Jerry|http://h/a.html\n"));
-    EXPECT_EQ(controller.linkNumber(), "2");
 
     controller.setEditFields("Tom & Jerry's", "http://h/tom.html");
     controller.titleEditInputAction();
@@ -499,7 +498,6 @@ TEST_F(HtmlEditor, EveryLoadForgetsTheClickedLine) {
         load();
         EXPECT_FALSE(view.state.deleteEnabled) << name;
         EXPECT_EQ(view.state.titleField + view.state.linkField, "") << name;
-        EXPECT_EQ(controller.linkNumber(), "") << name;
         controller.deleteLinkAction();
         EXPECT_TRUE(alerts.shown.empty()) << name << ": nothing left to delete";
     }
@@ -511,7 +509,6 @@ TEST_F(HtmlEditor, WithoutALayoutOrASiteAPlaceholderShowsAndNothingIsWritten) {
     siteName = "Never Scanned";
     writeFile(returnFullFileLocation(siteName), newSiteFileText(siteName, "http://n/"));
     controller.firstLoad();
-    EXPECT_FALSE(controller.hasLayout());
     EXPECT_FALSE(view.state.deleteEnabled);
     EXPECT_FALSE(view.state.editOptionsEnabled);
     controller.setEditFields("New title", "http://h/new.html");
@@ -563,8 +560,6 @@ TEST_F(HtmlEditor, EmptyingTheLastRowChangesItInPlace) {
     EXPECT_EQ(view.edits[0].rows, (RowChange{2, 3, "32%", ""}));
     EXPECT_EQ(view.loads, loads);
     EXPECT_EQ(fileContents(path), process.vrlmpHTMLString);
-    EXPECT_TRUE(
-        fileContents(path).ends_with(std::string(kRowClosing) + "\n\t" + std::string(kTableEnd)));
     EXPECT_FALSE(view.state.saveEnabled);
 }
 
