@@ -379,7 +379,6 @@ TEST_F(HtmlEditor, AFailedSaveLoadsThePreviewAgain) {
     EXPECT_EQ(view.loads, loads + 1);
     EXPECT_EQ(view.preview, process.vrlmpHTMLString);
     EXPECT_TRUE(test::contains(view.preview, ">Tom<!-- LINKID: 2 -->"));
-    EXPECT_TRUE(view.edits.empty());
     EXPECT_TRUE(view.state.saveEnabled);
     ASSERT_FALSE(alerts.shown.empty());
     EXPECT_EQ(alerts.shown.back().title, "The HTML sitemap could not be saved.");
