@@ -17,6 +17,12 @@ const std::string kRestoreQuestion =
     "Do you really want to restore the previous sitemaps of the site:\nSite\n"
     "The sitemaps of the last scan are replaced by those of the scan before it.\n";
 
+// Every command that changes the site "Site" (or adds one), with what it says on a full disk.
+struct Change {
+    std::vector<std::string> arguments;
+    std::string fullDiskErr;
+};
+
 class FileSafety : public test::ServedSite {
 protected:
     // Every file below the data root with its contents; lock files hold nothing.
@@ -29,12 +35,26 @@ protected:
         }
         return contents;
     }
-};
 
-// Every command that changes the site "Site" (or adds one), with what it says on a full disk.
-struct Change {
-    std::vector<std::string> arguments;
-    std::string fullDiskErr;
+    // Adding another site is no change to the scanned one, and reading needs no lock.
+    void expectRefusedDuringAScan(const std::vector<Change>& changes, const Files& before) {
+        const FolderLock scanning = FolderLock::tryLock(folder);
+        ASSERT_TRUE(scanning.held());
+        std::vector<std::vector<std::string>> locked{{"delete", "Site"}};
+        for (const Change& change : changes) {
+            if (change.arguments[0] != "add") {
+                locked.push_back(change.arguments);
+            }
+        }
+        for (const std::vector<std::string>& arguments : locked) {
+            const auto result = run(arguments);
+            EXPECT_EQ(result.exitCode, 1) << arguments[0];
+            EXPECT_TRUE(result.err.ends_with("A scan of Site is already running.\n\n"))
+                << arguments[0] << ": " << result.err;
+            EXPECT_EQ(files(), before) << arguments[0];
+        }
+        EXPECT_EQ(run({"show", "Site"}).exitCode, 0);
+    }
 };
 
 TEST_F(FileSafety, EveryChangeOnAFullDiskOrDuringAScanIsRefusedAndRestoreStillWorksAfter) {
@@ -48,7 +68,7 @@ TEST_F(FileSafety, EveryChangeOnAFullDiskOrDuringAScanIsRefusedAndRestoreStillWo
     const auto tooLarge = [](const std::string& what, const std::string& file) {
         return what + " could not be saved.\n" + file + ": File too large\n";
     };
-    const Change changes[] = {
+    const std::vector<Change> changes = {
         {{"scan", "Site"},
          "The sitemap files could not be written.\n" + folder +
              "/statistics.previous: File too large\n"},
@@ -78,26 +98,8 @@ TEST_F(FileSafety, EveryChangeOnAFullDiskOrDuringAScanIsRefusedAndRestoreStillWo
         EXPECT_EQ(files(), before) << change.arguments[0];
     }
 
-    // While a scan holds the site, nothing else changes it; adding another site is no change
-    // to it, and reading needs no lock.
-    {
-        const FolderLock scanning = FolderLock::tryLock(folder);
-        ASSERT_TRUE(scanning.held());
-        std::vector<std::vector<std::string>> locked{{"delete", "Site"}};
-        for (const Change& change : changes) {
-            if (change.arguments[0] != "add") {
-                locked.push_back(change.arguments);
-            }
-        }
-        for (const std::vector<std::string>& arguments : locked) {
-            const auto result = run(arguments);
-            EXPECT_EQ(result.exitCode, 1) << arguments[0];
-            EXPECT_TRUE(result.err.ends_with("A scan of Site is already running.\n\n"))
-                << arguments[0] << ": " << result.err;
-            EXPECT_EQ(files(), before) << arguments[0];
-        }
-        EXPECT_EQ(run({"show", "Site"}).exitCode, 0);
-    }
+    // While a scan holds the site, nothing else changes it.
+    expectRefusedDuringAScan(changes, before);
 
     // Which files come back is the scan files' own test; the figures show the earlier scan.
     expectSteps({

@@ -66,9 +66,11 @@ TEST(PageOutline, ReadsTitlesAnchorsAndLinkTitlesAsTheTreeHoldsThem) {
     ASSERT_TRUE(longText.has_value());
     ASSERT_EQ(longText->anchors.size(), 1U);
     EXPECT_EQ(longText->anchors[0].text, "After");
+}
 
-    // Text first (untrimmed), then the name attribute, then the first child's image: its alt in
-    // double or single quotes (an empty alt never falls back), else its title in double quotes.
+// Text first (untrimmed), then the name attribute, then the first child's image: its alt in
+// double or single quotes (an empty alt never falls back), else its title in double quotes.
+TEST(LinkTitle, IsTheTextTheNameOrTheFirstChildImage) {
     const std::vector<std::pair<std::string, std::string>> cases = {
         {R"(<a href="/x">About <b>us</b></a>)", "About us"},
         {"<a href=\"/x\">\n<img src=\"logo.png\" alt=\"Logo\"></a>", "\n"},
