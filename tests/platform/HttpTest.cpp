@@ -15,7 +15,6 @@ namespace loomcrest {
 namespace {
 
 using test::RawHttpServer;
-using test::TestServer;
 using namespace std::chrono_literals;
 
 constexpr http::Seconds kWait{20};
@@ -83,23 +82,6 @@ TEST(Http, AnswersFieldsAndTheReasonsForNoAnswer) {
     EXPECT_EQ(http::fetchText(server.url("/bare"), kWait), "ok");
 }
 
-TEST(Http, ConnectionsAreKeptAliveOnAThread) {
-    TestServer server;
-    std::mutex peersMutex;
-    std::set<int> peers;
-    server.server().Get("/peer", [&](const httplib::Request& req, httplib::Response& res) {
-        const std::lock_guard lock(peersMutex);
-        peers.insert(req.remote_port);
-        res.set_content("x", "text/plain");
-    });
-    server.start();
-    for (int i = 0; i < 4; ++i) {
-        EXPECT_EQ(http::fetchBytes(server.url("/peer"), kWait), "x");
-    }
-    server.stop();
-    EXPECT_EQ(peers.size(), 1U) << "every request came over the same connection";
-}
-
 using test::Arrivals;
 
 class HttpSession : public testing::Test {
@@ -124,6 +106,11 @@ protected:
             std::unique_lock lock(mutex);
             released.wait_for(lock, 10s, [this] { return release; });
             res.set_content("late", "text/plain");
+        });
+        routes.Get("/peer", [this](const httplib::Request& req, httplib::Response& res) {
+            const std::lock_guard lock(mutex);
+            peers.insert(req.remote_port);
+            res.set_content("x", "text/plain");
         });
         server.start();
     }
@@ -156,7 +143,16 @@ protected:
     std::mutex mutex;
     std::condition_variable released;
     bool release = false;
+    std::set<int> peers;
 };
+
+TEST_F(HttpSession, ConnectionsAreKeptAliveOnAThread) {
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(http::fetchBytes(server.url("/peer"), kWait), "x");
+    }
+    server.stop();
+    EXPECT_EQ(peers.size(), 1U) << "every request came over the same connection";
+}
 
 TEST_F(HttpSession, RetryAfterIsHonouredOnce) {
     http::Session session;
@@ -217,11 +213,7 @@ TEST_F(HttpSession, CancelEndsTheRetryWaitAtOnceAndTransfersOnlyWhenAsked) {
     EXPECT_EQ(arrivals.count(), 3U);
 }
 
-TEST(RateLimiter, NoLimitNeverWaitsAndACancelEndsAWait) {
-    RateLimiter unlimited(0);
-    Cancellation cancelled;
-    cancelled.cancel();
-    EXPECT_TRUE(unlimited.acquire(&cancelled));
+TEST(RateLimiter, ACancelEndsAWait) {
     RateLimiter slow(0.001);
     EXPECT_TRUE(slow.acquire(nullptr));
     Cancellation later;
