@@ -337,10 +337,8 @@ private slots:
         click(scan().scanButton());
         QTRY_VERIFY(scan().sheets().progressSheet()->isVisible());
         QTRY_VERIFY(pagesAsked > 12);
-        QVERIFY(window_->menuAction(QStringLiteral("cancelScan"))->isEnabled());
         QTest::keyClick(scan().sheets().progressSheet(), Qt::Key_Escape);
         QTRY_VERIFY_WITH_TIMEOUT(!scan().scanner().isScanning(), 10000);
-        QVERIFY(!window_->menuAction(QStringLiteral("cancelScan"))->isEnabled());
         QTRY_COMPARE(windowsBesides(*window_), QStringList());
         QVERIFY(detail("pagesFound").toInt() > 10);
     }
@@ -357,7 +355,6 @@ private slots:
         retype(crawlSheet().rateField(), QStringLiteral("2.5"));
         tick(crawlSheet().fetchOnceBox());
         QPlainTextEdit* headers = crawlSheet().headersField();
-        headers->setFocus();
         QTest::keyClicks(headers, QStringLiteral("Cookie: a=b"));
         QTest::keyClick(headers, Qt::Key_Return);
         QTest::keyClicks(headers, QStringLiteral("X-Token: t"));
@@ -397,7 +394,7 @@ private slots:
         QVERIFY(drawer.isVisible());
         QCOMPARE(window_->returnCurrentView(), 1);
 
-        // Every view has its shortcut, icon and mark.
+        // Every view has its shortcut and mark.
         for (const int view : {3, 4, 5, 6, 7, 2, 1}) {
             press(Qt::Key_0 + view, Qt::ControlModifier);
             QCOMPARE(window_->returnCurrentView(), view);
@@ -406,7 +403,6 @@ private slots:
             for (int other = 1; other <= 7; ++other) {
                 QCOMPARE(window_->toolbarAction(other)->isChecked(), other == view);
             }
-            QVERIFY(!window_->toolbarAction(view)->icon().isNull());
         }
 
         test::writeFile(home_->dataRoot() + "/Site/sitemap.xml", "<urlset>\n</urlset>");

@@ -132,7 +132,6 @@ private slots:
         const QUrl shown = html().previewPage()->url();
         QSignalSpy loaded(&html(), &HtmlSitemapView::previewLoaded);
         QSignalSpy updated(&html(), &HtmlSitemapView::previewUpdated);
-        QCOMPARE(outlinedAnchors(), QString());
         selectAnchor(1, QStringLiteral("Tom & Jerry"));
         QCOMPARE(html().linkField()->text(), QString::fromStdString(server_->url("/a.html")));
         QTRY_COMPARE(outlinedAnchors(), QStringLiteral("1"));
@@ -165,15 +164,14 @@ private slots:
         QTRY_VERIFY(html().deleteButton()->isEnabled());
         QTest::keyClick(html().layoutPopup(), Qt::Key_Down);
         QVERIFY(loaded.wait(20000));
-        QCOMPARE(html().layoutPopup()->currentIndex(), 1);
         QVERIFY(html().titleField()->text().isEmpty());
         QVERIFY(!html().deleteButton()->isEnabled());
         QCOMPARE(outlinedAnchors(), QString());
     }
 
-    // Edits once wrote the previous site's sitemap into a site never scanned. The web view's
-    // surface was once made on the first visit, rebuilding the whole window.
-    void aSiteNeverScannedCanBeNeitherEditedNorWrittenAndThePreviewKeepsTheWindow() {
+    // The web view's surface was once made on the first visit, rebuilding the whole window.
+    // Edits once wrote the previous site's sitemap into a site never scanned.
+    void theXmlTableAndTheWindowWorkAndASiteNeverScannedCanBeNeitherEditedNorWritten() {
         const QPointer<QWindow> handle = window_->windowHandle();
         const WId native = window_->winId();
         openHtmlView();
@@ -184,6 +182,44 @@ private slots:
         QCOMPARE(QtAlerts::shownAlerts()[0].message,
                  "No web browser could be started to show " + home_->dataRoot() +
                      "/Site/tmpMap.html\nOpen it in your browser yourself.");
+
+        // Tab once reset the table and lost the next cell's edit; menu picks waited for focus
+        // to leave the cell. The status line counts the problems after each edit.
+        press(Qt::Key_4, Qt::ControlModifier);
+        QLabel* status = window_->xmlView().statusLine();
+        QCOMPARE(status->text(), QStringLiteral("No problems, 3 warnings"));
+        QTableView* table = window_->xmlView().table();
+        const auto sitemapHolds = [this](const std::string& piece) {
+            return layout("sitemap.xml").find(piece) != std::string::npos;
+        };
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, {},
+                          table->visualRect(table->model()->index(0, 0)).center());
+        QTest::keyClick(table, Qt::Key_F2);
+        const QString renamed = QStringLiteral("http://elsewhere.example/a.html");
+        typeInCell(renamed, Qt::Key_Tab);
+        QTRY_COMPARE(status->text(), QStringLiteral("1 problem, 3 warnings"));
+        QTRY_COMPARE(table->currentIndex(), table->model()->index(0, 1));
+        typeInCell(QStringLiteral("2024-05-17"), Qt::Key_Return);
+        QTRY_VERIFY(sitemapHolds("<lastmod>2024-05-17</lastmod>"));
+        QVERIFY(sitemapHolds("<loc>" + renamed.toStdString() + "</loc>"));
+        QCOMPARE(table->currentIndex(), table->model()->index(0, 1));
+
+        QTest::keyClick(table, Qt::Key_Right);
+        QTest::keyClick(table, Qt::Key_F2);
+        QTRY_VERIFY(qobject_cast<QComboBox*>(QApplication::focusWidget()) != nullptr);
+        auto* menu = qobject_cast<QComboBox*>(QApplication::focusWidget());
+        const std::string picked = menu->itemText(menu->currentIndex() + 1).toStdString();
+        QTest::keyClick(menu, Qt::Key_Down);
+        QTRY_VERIFY(sitemapHolds("<changefreq>" + picked + "</changefreq>"));
+        QCOMPARE(table->currentIndex(), table->model()->index(0, 2));
+
+        QtAlerts::queueAnswers({kDefaultButtonCode});
+        QTest::keyClick(table, Qt::Key_Delete);
+        QTRY_COMPARE(table->model()->rowCount(), 2);
+        QVERIFY(!sitemapHolds(renamed.toStdString()));
+        window_->toolbarAction(MainViewControl::Export)->trigger();
+        tick(window_->exportView().compressPartsBox());
+        QVERIFY(window_->exportView().exporter().compressParts());
 
         press(Qt::Key_1, Qt::ControlModifier);
         window_->scanView().siteRecords().addNewSite();
@@ -273,46 +309,6 @@ private slots:
         QTRY_VERIFY(!window_->isVisible());
         QCOMPARE(QtAlerts::shownAlerts().back().kind, AlertKind::Question);
         QCOMPARE(layout("sitemap3c.html"), italic);
-    }
-
-    // Tab once reset the table and lost the next cell's edit; menu picks waited for focus
-    // to leave the cell. The status line counts the problems after each edit.
-    void theXmlTableWritesEveryEditKeepsItsCellAndCountsProblems() {
-        press(Qt::Key_4, Qt::ControlModifier);
-        QLabel* status = window_->xmlView().statusLine();
-        QCOMPARE(status->text(), QStringLiteral("No problems, 3 warnings"));
-        QTableView* table = window_->xmlView().table();
-        const auto sitemapHolds = [this](const std::string& piece) {
-            return layout("sitemap.xml").find(piece) != std::string::npos;
-        };
-        QTest::mouseClick(table->viewport(), Qt::LeftButton, {},
-                          table->visualRect(table->model()->index(0, 0)).center());
-        QTest::keyClick(table, Qt::Key_F2);
-        const QString renamed = QStringLiteral("http://elsewhere.example/a.html");
-        typeInCell(renamed, Qt::Key_Tab);
-        QTRY_COMPARE(status->text(), QStringLiteral("1 problem, 3 warnings"));
-        QTRY_COMPARE(table->currentIndex(), table->model()->index(0, 1));
-        typeInCell(QStringLiteral("2024-05-17"), Qt::Key_Return);
-        QTRY_VERIFY(sitemapHolds("<lastmod>2024-05-17</lastmod>"));
-        QVERIFY(sitemapHolds("<loc>" + renamed.toStdString() + "</loc>"));
-        QCOMPARE(table->currentIndex(), table->model()->index(0, 1));
-
-        QTest::keyClick(table, Qt::Key_Right);
-        QTest::keyClick(table, Qt::Key_F2);
-        QTRY_VERIFY(qobject_cast<QComboBox*>(QApplication::focusWidget()) != nullptr);
-        auto* menu = qobject_cast<QComboBox*>(QApplication::focusWidget());
-        const std::string picked = menu->itemText(menu->currentIndex() + 1).toStdString();
-        QTest::keyClick(menu, Qt::Key_Down);
-        QTRY_VERIFY(sitemapHolds("<changefreq>" + picked + "</changefreq>"));
-        QCOMPARE(table->currentIndex(), table->model()->index(0, 2));
-
-        QtAlerts::queueAnswers({kDefaultButtonCode});
-        QTest::keyClick(table, Qt::Key_Delete);
-        QTRY_COMPARE(table->model()->rowCount(), 2);
-        QVERIFY(!sitemapHolds(renamed.toStdString()));
-        window_->toolbarAction(MainViewControl::Export)->trigger();
-        tick(window_->exportView().compressPartsBox());
-        QVERIFY(window_->exportView().exporter().compressParts());
     }
 };
 
