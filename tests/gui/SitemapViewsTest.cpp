@@ -67,7 +67,7 @@ private:
     }
 
     // The site's pages-only three-column layout as the page titles P1, P2, … up to `pages`
-    // pages or until it holds more than `bytes`, shown in the preview.
+    // pages or until it holds more than `bytes`, shown in the open view's preview.
     void showPagesOnlyLayout(int pages, size_t bytes = SIZE_MAX) {
         std::string text = std::string(htmlSitemapHead()) + std::string(kTableOpening);
         int filled = 0;
@@ -78,17 +78,9 @@ private:
         }
         test::writeFile(home_->dataRoot() + "/Site/sitemap3cpo.html",
                         text + std::string(threeColumnClosing(filled)));
-        openHtmlView();
         QSignalSpy loaded(&html(), &HtmlSitemapView::previewLoaded);
         emit html().layoutPopup()->activated(3);
         QVERIFY(loaded.wait(20000));
-    }
-    QString firstRowDisplay() {
-        return previewText("getComputedStyle(document.querySelector('tr')).display");
-    }
-    QColor centreOf(QWidget* widget) {
-        const QImage picture = widget->grab().toImage();
-        return picture.pixelColor(picture.width() / 2, picture.height() / 2);
     }
 
 private slots:
@@ -136,7 +128,6 @@ private slots:
         const QUrl shown = html().previewPage()->url();
         QSignalSpy loaded(&html(), &HtmlSitemapView::previewLoaded);
         QSignalSpy updated(&html(), &HtmlSitemapView::previewUpdated);
-        QCOMPARE(outlinedAnchors(), QString());
         selectAnchor(1, QStringLiteral("Tom & Jerry"));
         QCOMPARE(html().linkField()->text(), QString::fromStdString(server_->url("/a.html")));
         QTRY_COMPARE(outlinedAnchors(), QStringLiteral("1"));
@@ -158,7 +149,6 @@ private slots:
         QVERIFY(anchorTexts().contains(QStringLiteral("|Jerry|")));
 
         selectAnchor(0, QStringLiteral("Home"));
-        QVERIFY(html().deleteButton()->isEnabled());
         QtAlerts::queueAnswers({kDefaultButtonCode});
         press(Qt::Key_Delete);
         QVERIFY(updated.wait(20000));
@@ -169,15 +159,14 @@ private slots:
         QTRY_VERIFY(html().deleteButton()->isEnabled());
         QTest::keyClick(html().layoutPopup(), Qt::Key_Down);
         QVERIFY(loaded.wait(20000));
-        QCOMPARE(html().layoutPopup()->currentIndex(), 1);
         QVERIFY(html().titleField()->text().isEmpty());
         QVERIFY(!html().deleteButton()->isEnabled());
         QCOMPARE(outlinedAnchors(), QString());
     }
 
-    // Edits once wrote the previous site's sitemap into a site never scanned. The web view's
-    // surface was once made on the first visit, rebuilding the whole window.
-    void aSiteNeverScannedCanBeNeitherEditedNorWrittenAndThePreviewKeepsTheWindow() {
+    // The web view's surface was once made on the first visit, rebuilding the whole window.
+    // Edits once wrote the previous site's sitemap into a site never scanned.
+    void theXmlTableAndTheWindowWorkAndASiteNeverScannedCanBeNeitherEditedNorWritten() {
         const QPointer<QWindow> handle = window_->windowHandle();
         const WId native = window_->winId();
         openHtmlView();
@@ -188,6 +177,44 @@ private slots:
         QCOMPARE(QtAlerts::shownAlerts()[0].message,
                  "No web browser could be started to show " + home_->dataRoot() +
                      "/Site/tmpMap.html\nOpen it in your browser yourself.");
+
+        // Tab once reset the table and lost the next cell's edit; menu picks waited for focus
+        // to leave the cell. The status line counts the problems after each edit.
+        press(Qt::Key_4, Qt::ControlModifier);
+        QLabel* status = window_->xmlView().statusLine();
+        QCOMPARE(status->text(), QStringLiteral("No problems, 3 warnings"));
+        QTableView* table = window_->xmlView().table();
+        const auto sitemapHolds = [this](const std::string& piece) {
+            return layout("sitemap.xml").find(piece) != std::string::npos;
+        };
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, {},
+                          table->visualRect(table->model()->index(0, 0)).center());
+        QTest::keyClick(table, Qt::Key_F2);
+        const QString renamed = QStringLiteral("http://elsewhere.example/a.html");
+        typeInCell(renamed, Qt::Key_Tab);
+        QTRY_COMPARE(status->text(), QStringLiteral("1 problem, 3 warnings"));
+        QTRY_COMPARE(table->currentIndex(), table->model()->index(0, 1));
+        typeInCell(QStringLiteral("2024-05-17"), Qt::Key_Return);
+        QTRY_VERIFY(sitemapHolds("<lastmod>2024-05-17</lastmod>"));
+        QVERIFY(sitemapHolds("<loc>" + renamed.toStdString() + "</loc>"));
+        QCOMPARE(table->currentIndex(), table->model()->index(0, 1));
+
+        QTest::keyClick(table, Qt::Key_Right);
+        QTest::keyClick(table, Qt::Key_F2);
+        QTRY_VERIFY(qobject_cast<QComboBox*>(QApplication::focusWidget()) != nullptr);
+        auto* menu = qobject_cast<QComboBox*>(QApplication::focusWidget());
+        const std::string picked = menu->itemText(menu->currentIndex() + 1).toStdString();
+        QTest::keyClick(menu, Qt::Key_Down);
+        QTRY_VERIFY(sitemapHolds("<changefreq>" + picked + "</changefreq>"));
+        QCOMPARE(table->currentIndex(), table->model()->index(0, 2));
+
+        QtAlerts::queueAnswers({kDefaultButtonCode});
+        QTest::keyClick(table, Qt::Key_Delete);
+        QTRY_COMPARE(table->model()->rowCount(), 2);
+        QVERIFY(!sitemapHolds(renamed.toStdString()));
+        window_->toolbarAction(MainViewControl::Export)->trigger();
+        tick(window_->exportView().compressPartsBox());
+        QVERIFY(window_->exportView().exporter().compressParts());
 
         press(Qt::Key_1, Qt::ControlModifier);
         window_->scanView().siteRecords().addNewSite();
@@ -202,16 +229,16 @@ private slots:
                  html().deleteButton(), links.bold, links.face, links.colourWell}) {
             QVERIFY(!control->isEnabled());
         }
-        window_->resize(window_->minimumSize());
-        QTRY_COMPARE(window_->size(), window_->minimumSize());
-        QTRY_VERIFY(html().preview()->height() >= 150);
     }
 
     // A small layout keeps its rows as a table; emptying a cell of its last row changes that
-    // row in place.
-    void emptyingACellOfTheLastRowChangesThatRowInPlace() {
+    // row in place. Only a big layout's preview lays its rows out apart; clicks and edits still
+    // change single anchors in place there.
+    void pagesOnlyLayoutsChangeSingleRowsAndAnchorsInPlace() {
+        openHtmlView();
         showPagesOnlyLayout(7);
-        QCOMPARE(firstRowDisplay(), QStringLiteral("table-row"));
+        const char* firstRowDisplay = "getComputedStyle(document.querySelector('tr')).display";
+        QCOMPARE(previewText(firstRowDisplay), QStringLiteral("table-row"));
         selectAnchor(6, QStringLiteral("P7"));
         QSignalSpy loaded(&html(), &HtmlSitemapView::previewLoaded);
         QSignalSpy updated(&html(), &HtmlSitemapView::previewUpdated);
@@ -222,28 +249,23 @@ private slots:
         QCOMPARE(previewText("document.querySelector('table').rows.length + ':' + "
                              "document.querySelectorAll('td[width=\"32%\"]').length"),
                  QStringLiteral("2:6"));
-    }
 
-    // Only a big layout's preview lays its rows out apart; clicks and edits still change
-    // single anchors in place there.
-    void aBigLayoutOutlinesAndChangesSingleAnchorsInPlace() {
+        QtAlerts::queueAnswers({kOtherButtonCode});  // the deletion is not saved
         showPagesOnlyLayout(INT_MAX, size_t{1} << 20);
-        QCOMPARE(firstRowDisplay(), QStringLiteral("flex"));
+        QCOMPARE(previewText(firstRowDisplay), QStringLiteral("flex"));
         clickAnchor(1);
         QTRY_COMPARE(outlinedAnchors(), QStringLiteral("1"));
         selectAnchor(4, QStringLiteral("P5"));
         QTRY_COMPARE(outlinedAnchors(), QStringLiteral("4"));
-        QSignalSpy loaded(&html(), &HtmlSitemapView::previewLoaded);
-        QSignalSpy updated(&html(), &HtmlSitemapView::previewUpdated);
+        loaded.clear();
         retitle(QStringLiteral("Renamed"));
         QVERIFY(updated.wait(20000));
         QCOMPARE(loaded.count(), 0);
         QVERIFY(anchorTexts().startsWith(QStringLiteral("P1|P2|P3|P4|Renamed|P6|")));
     }
 
-    // The colour well shows the colour as entered; a style change enables Save and shows in
-    // the preview; leaving or closing with unsaved style asks (the question's words are the
-    // editor's own test).
+    // A style change enables Save and shows in the preview; leaving or closing with unsaved style
+    // asks (the question's words are the editor's own test).
     void styleChangesAreShownSavedOrOfferedBeforeLeaving() {
         openHtmlView();
         QVERIFY(!html().saveButton()->isEnabled());
@@ -251,7 +273,7 @@ private slots:
         field->selectAll();
         QTest::keyClicks(field, QStringLiteral("ff8800"));
         QTest::keyClick(field, Qt::Key_Return);
-        QTRY_COMPARE(centreOf(html().pageTitleControls().colourWell), QColor(255, 136, 0));
+        QVERIFY(html().saveButton()->isEnabled());
         QtAlerts::queueAnswers({kDefaultButtonCode});
         press(Qt::Key_S, Qt::ControlModifier);
         QTRY_VERIFY(!html().saveButton()->isEnabled());
@@ -281,52 +303,6 @@ private slots:
         QTRY_VERIFY(!window_->isVisible());
         QCOMPARE(QtAlerts::shownAlerts().back().kind, AlertKind::Question);
         QCOMPARE(layout("sitemap3c.html"), italic);
-    }
-
-    // Tab once reset the table and lost the next cell's edit; menu picks waited for focus
-    // to leave the cell. The status line counts the problems after each edit.
-    void theXmlTableWritesEveryEditKeepsItsCellAndCountsProblems() {
-        press(Qt::Key_4, Qt::ControlModifier);
-        QLabel* status = window_->xmlView().statusLine();
-        QCOMPARE(status->text(), QStringLiteral("No problems, 3 warnings"));
-        // A double-click opens a cell's editor, the keyboard replaces the text, Enter keeps it.
-        QTableView* table = window_->xmlView().table();
-        const QPoint secondUrl = table->visualRect(table->model()->index(1, 0)).center();
-        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, secondUrl);
-        QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, secondUrl);
-        typeInCell(QStringLiteral("http://elsewhere.example/a.html"), Qt::Key_Return);
-        QTRY_COMPARE(status->text(), QStringLiteral("1 problem, 3 warnings"));
-
-        const auto sitemapHolds = [this](const std::string& piece) {
-            return layout("sitemap.xml").find(piece) != std::string::npos;
-        };
-        QTest::mouseClick(table->viewport(), Qt::LeftButton, {},
-                          table->visualRect(table->model()->index(0, 0)).center());
-        QTest::keyClick(table, Qt::Key_F2);
-        const QString renamed = QString::fromStdString(server_->url("/renamed.html"));
-        typeInCell(renamed, Qt::Key_Tab);
-        QTRY_COMPARE(table->currentIndex(), table->model()->index(0, 1));
-        typeInCell(QStringLiteral("2024-05-17"), Qt::Key_Return);
-        QTRY_VERIFY(sitemapHolds("<lastmod>2024-05-17</lastmod>"));
-        QVERIFY(sitemapHolds("<loc>" + renamed.toStdString() + "</loc>"));
-        QCOMPARE(table->currentIndex(), table->model()->index(0, 1));
-
-        QTest::keyClick(table, Qt::Key_Right);
-        QTest::keyClick(table, Qt::Key_F2);
-        QTRY_VERIFY(qobject_cast<QComboBox*>(QApplication::focusWidget()) != nullptr);
-        auto* menu = qobject_cast<QComboBox*>(QApplication::focusWidget());
-        const std::string picked = menu->itemText(menu->currentIndex() + 1).toStdString();
-        QTest::keyClick(menu, Qt::Key_Down);
-        QTRY_VERIFY(sitemapHolds("<changefreq>" + picked + "</changefreq>"));
-        QCOMPARE(table->currentIndex(), table->model()->index(0, 2));
-
-        QtAlerts::queueAnswers({kDefaultButtonCode});
-        QTest::keyClick(table, Qt::Key_Delete);
-        QTRY_COMPARE(table->model()->rowCount(), 2);
-        QVERIFY(!sitemapHolds(renamed.toStdString()));
-        window_->toolbarAction(MainViewControl::Export)->trigger();
-        tick(window_->exportView().compressPartsBox());
-        QVERIFY(window_->exportView().exporter().compressParts());
     }
 };
 
