@@ -185,6 +185,9 @@ private slots:
         QTest::keyClicks(drawer.input(), QStringLiteral("?print"));
         QTest::keyClick(drawer.input(), Qt::Key_Return);
         QCOMPARE(drawer.table()->count(), 2);
+        QVERIFY(drawer.input()->text().isEmpty());
+        QTest::keyClick(drawer.input(), Qt::Key_Delete);
+        QCOMPARE(drawer.table()->count(), 2);  // Delete in the field deletes no filter
         QListWidget* list = drawer.table();
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
                           list->visualItemRect(list->item(0)).center());

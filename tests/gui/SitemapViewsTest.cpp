@@ -229,6 +229,9 @@ private slots:
                  html().deleteButton(), links.bold, links.face, links.colourWell}) {
             QVERIFY(!control->isEnabled());
         }
+        window_->resize(window_->minimumSize());
+        QTRY_COMPARE(window_->size(), window_->minimumSize());
+        QTRY_VERIFY(html().preview()->height() >= 150);
     }
 
     // A small layout keeps its rows as a table; emptying a cell of its last row changes that
