@@ -87,6 +87,184 @@ private:
             .join('|');
     }
 
+    void addTwoFiltersAndDeleteThemByKeyAndButton() {
+        FiltersDrawer& drawer = window_->filterDrawer();
+        click(scan().filtersButton());
+        QTRY_VERIFY(drawer.isVisible());
+        QTest::keyClicks(drawer.input(), QStringLiteral("PDF"));
+        click(drawer.addButton());
+        QTest::keyClicks(drawer.input(), QStringLiteral("?print"));
+        QTest::keyClick(drawer.input(), Qt::Key_Return);
+        QCOMPARE(drawer.table()->count(), 2);
+        QVERIFY(drawer.input()->text().isEmpty());
+        QTest::keyClick(drawer.input(), Qt::Key_Delete);
+        QCOMPARE(drawer.table()->count(), 2);  // Delete in the field deletes no filter
+        QListWidget* list = drawer.table();
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                          list->visualItemRect(list->item(0)).center());
+        QTest::keyClick(list, Qt::Key_Delete);
+        QCOMPARE(drawer.table()->count(), 1);
+        list->item(0)->setSelected(true);
+        click(drawer.deleteButton());
+        QCOMPARE(drawer.table()->count(), 0);
+        QCOMPARE(test::fileContents(home_->dataRoot() + "/Example/filters.zplp"), std::string());
+    }
+
+    // Offered on the session bus (the test runs with one of its own), the scripting command
+    // changes nothing in the window.
+    void expectTheUrlCommandToChangeNothing() {
+        QDBusConnection bus = QDBusConnection::sessionBus();
+        QDBusInterface command(QStringLiteral("org.loomcrest.Loomcrest"),
+                               QStringLiteral("/URLCommand"),
+                               QStringLiteral("org.loomcrest.Loomcrest.URLCommand"), bus);
+        QVERIFY(command.isValid());
+        // Answered from this process's own event loop, so the call is made asynchronously.
+        QDBusPendingCall call = command.asyncCall(QStringLiteral("performWithURL"),
+                                                  QStringLiteral("http://example.com/a"));
+        QTRY_VERIFY(call.isFinished());
+        QVERIFY(!call.isError());
+    }
+
+    void checkTheBrokenLinksView(const std::string& gone, const std::string& home) {
+        click(scan().brokenLinksButton());
+        QCOMPARE(window_->returnCurrentView(), 7);
+        // The details as columns (their texts are the scan's); a double-click opens the page,
+        // Ctrl+C copies the selected rows, the CSV button exports them; a list without details
+        // shows the URL alone.
+        BrokenLinksViewWidget& view = window_->brokenLinksView();
+        QTableWidget* table = view.table();
+        QCOMPARE(table->rowCount(), 1);
+        QCOMPARE(table->columnCount(), 5);
+        // A double-click is a press and release followed by a double-click event.
+        const QPoint cell = table->visualItemRect(table->item(0, 2)).center();
+        QtAlerts::forgetShownAlerts();
+        withoutABrowser([&] {
+            QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, cell);
+            QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, cell);
+        });
+        QVERIFY(QtAlerts::shownAlerts()[0].message.find(gone + "\n") != std::string::npos);
+
+        QApplication::clipboard()->clear();
+        QTest::keyClick(table, Qt::Key_C, Qt::ControlModifier);
+        QTRY_COMPARE(QApplication::clipboard()->text(),
+                     QString::fromStdString(gone + "\t404 - Not Found\t" + home + "\tG\t2\n"));
+
+        const QString exported = QString::fromStdString(home_->path() + "/broken.csv");
+        exportWith(view.csvButton(), exported);
+        QCOMPARE(test::fileContents(exported.toStdString()),
+                 "URL,Status,Found on,Link text,Links\r\n" + gone + ",404 - Not Found," + home +
+                     ",G,2\r\n");
+
+        QVERIFY(removeFile(home_->dataRoot() + "/Site/brokenLinks.tsv"));
+        window_->toolbarAction(MainViewControl::BrokenLinks)->trigger();
+        QCOMPARE(table->columnCount(), 1);
+        QCOMPARE(table->item(0, 0)->text(), QString::fromStdString(gone));
+    }
+
+    // A slow site's scan is cancelled from its progress sheet.
+    void cancelTheScanOfASlowSite() {
+        std::atomic<int> pagesAsked{0};
+        test::RawHttpServer slowServer([&](int connection, const std::string&,
+                                           const std::atomic<bool>&) {
+            ++pagesAsked;
+            std::string page = "<title>T</title>";
+            for (int i = 0; i < 50; ++i) {
+                page +=
+                    "<a href=\"p" + std::to_string(pagesAsked.load() * 100 + i) + ".html\">x</a>";
+            }
+            QThread::msleep(20);
+            test::RawHttpServer::send(connection,
+                                      test::RawHttpServer::response("200 OK", "text/html", page));
+        });
+        addSite(QStringLiteral("Slow"), QString::fromStdString(slowServer.url("/")));
+        selectSite(QStringLiteral("Slow"));
+        click(scan().scanButton());
+        QTRY_VERIFY(scan().sheets().progressSheet()->isVisible());
+        QTRY_VERIFY(pagesAsked > 12);
+        QTest::keyClick(scan().sheets().progressSheet(), Qt::Key_Escape);
+        QTRY_VERIFY_WITH_TIMEOUT(!scan().scanner().isScanning(), 10000);
+        QTRY_COMPARE(windowsBesides(*window_), QStringList());
+        QVERIFY(detail("pagesFound").toInt() > 10);
+    }
+
+    void editTheCrawlSettingsAndHaveSomeRefused() {
+        openCrawlSheet();
+        const QString defaultAgent = QString::fromStdString(CrawlSettings::defaultUserAgent());
+        QCOMPARE(crawlFields(), "1|0|" + defaultAgent + "|||");
+        retype(crawlSheet().connectionsField(), QStringLiteral("4"));
+        retype(crawlSheet().rateField(), QStringLiteral("2.5"));
+        tick(crawlSheet().fetchOnceBox());
+        QPlainTextEdit* headers = crawlSheet().headersField();
+        QTest::keyClicks(headers, QStringLiteral("Cookie: a=b"));
+        QTest::keyClick(headers, Qt::Key_Return);
+        QTest::keyClicks(headers, QStringLiteral("X-Token: t"));
+        click(crawlSheet().saveButton());
+        QTRY_VERIFY(!crawlSheet().isVisible());
+        const std::string saved = test::fileContents(crawlSettingsPath());
+
+        // Opened again, the sheet shows what was saved (the file's bytes are the settings'
+        // own tests' business); refused settings keep it open and write nothing.
+        openCrawlSheet();
+        QCOMPARE(crawlFields(), "4|2.5|" + defaultAgent + "|fetch once||Cookie: a=b\nX-Token: t\n");
+        retype(crawlSheet().connectionsField(), QStringLiteral("17"));
+        QtAlerts::queueAnswers({kDefaultButtonCode, kDefaultButtonCode});
+        QTest::keyClick(crawlSheet().connectionsField(), Qt::Key_Return);  // the default button
+        QTRY_COMPARE(QtAlerts::shownAlerts().size(), size_t{1});
+        QVERIFY(crawlSheet().isVisible());
+        click(crawlSheet().cancelButton());
+        QTRY_VERIFY(!crawlSheet().isVisible());
+        QCOMPARE(test::fileContents(crawlSettingsPath()), saved);
+        QtAlerts::forgetShownAlerts();
+    }
+
+    // The window's place and the export folder outlast the window.
+    void expectThePlaceAndTheExportFolderToBeKept() {
+        test::writeFile(home_->dataRoot() + "/Site/sitemap.xml", "<urlset>\n</urlset>");
+        const QRect placed(60, 50, 1010, 700);
+        window_->setGeometry(placed);
+        QTRY_COMPARE(window_->geometry(), placed);
+        press(Qt::Key_5, Qt::ControlModifier);
+        const QString folder = QString::fromStdString(home_->path() + "/exports");
+        QDir().mkpath(folder);
+        ExportViewWidget& exports = window_->exportView();
+        exportWith(exports.xmlExportButton(), folder + "/first.xml");
+        QTRY_COMPARE(exports.saveToField()->text(), folder);
+
+        // The real save dialog opens in that folder; it blocks, so it is answered from a timer.
+        QString openedIn;
+        QTimer answer;
+        connect(&answer, &QTimer::timeout, this, [&] {
+            if (auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
+                openedIn = dialog->directory().absolutePath();
+                dialog->reject();
+            }
+        });
+        answer.start(50);
+        click(exports.xmlExportButton());
+        QTRY_COMPARE(openedIn, folder);
+        exports.exporter().waitForExport();
+
+        press(Qt::Key_Q, Qt::ControlModifier);
+        QVERIFY(!window_->isVisible());
+        QVERIFY2(QtAlerts::shownAlerts().empty(), "nothing unsaved, nothing asked");
+        openWindow();
+        QCOMPARE(window_->geometry(), placed);
+        QCOMPARE(window_->exportView().saveToField()->text(), folder);
+    }
+
+    // A click on the menu's title opens it whether or not the window has the focus.
+    void restoreFromTheFileMenu(QAction* restore) {
+        QtAlerts::queueAnswers({kDefaultButtonCode});
+        QMenuBar* menuBar = window_->menuBar();
+        QAction* fileItem = menuBar->actions().front();
+        QMenu* fileMenu = fileItem->menu();
+        QTest::mouseClick(menuBar, Qt::LeftButton, {}, menuBar->actionGeometry(fileItem).center());
+        QTRY_VERIFY(fileMenu->isVisible());
+        QTest::mouseClick(fileMenu, Qt::LeftButton, {}, fileMenu->actionGeometry(restore).center());
+        QTRY_COMPARE(detail("pagesFound"), QStringLiteral("3"));
+        QVERIFY(!restore->isEnabled());
+    }
+
 private slots:
     void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
     void init() {
@@ -177,40 +355,10 @@ private slots:
         QCOMPARE(readSiteField(readSiteFile("Example"), SiteField::IgnoreRobotFile),
                  std::string("YES"));
 
-        FiltersDrawer& drawer = window_->filterDrawer();
-        click(scan().filtersButton());
-        QTRY_VERIFY(drawer.isVisible());
-        QTest::keyClicks(drawer.input(), QStringLiteral("PDF"));
-        click(drawer.addButton());
-        QTest::keyClicks(drawer.input(), QStringLiteral("?print"));
-        QTest::keyClick(drawer.input(), Qt::Key_Return);
-        QCOMPARE(drawer.table()->count(), 2);
-        QVERIFY(drawer.input()->text().isEmpty());
-        QTest::keyClick(drawer.input(), Qt::Key_Delete);
-        QCOMPARE(drawer.table()->count(), 2);  // Delete in the field deletes no filter
-        QListWidget* list = drawer.table();
-        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
-                          list->visualItemRect(list->item(0)).center());
-        QTest::keyClick(list, Qt::Key_Delete);
-        QCOMPARE(drawer.table()->count(), 1);
-        list->item(0)->setSelected(true);
-        click(drawer.deleteButton());
-        QCOMPARE(drawer.table()->count(), 0);
-        QCOMPARE(test::fileContents(home_->dataRoot() + "/Example/filters.zplp"), std::string());
+        addTwoFiltersAndDeleteThemByKeyAndButton();
 
         press(Qt::Key_5, Qt::ControlModifier);
-        // Offered on the session bus (the test runs with one of its own), the scripting command
-        // changes nothing in the window.
-        QDBusConnection bus = QDBusConnection::sessionBus();
-        QDBusInterface command(QStringLiteral("org.loomcrest.Loomcrest"),
-                               QStringLiteral("/URLCommand"),
-                               QStringLiteral("org.loomcrest.Loomcrest.URLCommand"), bus);
-        QVERIFY(command.isValid());
-        // Answered from this process's own event loop, so the call is made asynchronously.
-        QDBusPendingCall call = command.asyncCall(QStringLiteral("performWithURL"),
-                                                  QStringLiteral("http://example.com/a"));
-        QTRY_VERIFY(call.isFinished());
-        QVERIFY(!call.isError());
+        expectTheUrlCommandToChangeNothing();
         QCOMPARE(window_->returnCurrentView(), 5);
     }
 
@@ -242,41 +390,7 @@ private slots:
         QAction* restore = scan().restoreAction();
         QVERIFY(!restore->isEnabled());
 
-        click(scan().brokenLinksButton());
-        QCOMPARE(window_->returnCurrentView(), 7);
-        // The details as columns (their texts are the scan's); a double-click opens the page,
-        // Ctrl+C copies the selected rows, the CSV button exports them; a list without details
-        // shows the URL alone.
-        const std::string gone = server.url("/gone.html");
-        const std::string home = server.url("/");
-        BrokenLinksViewWidget& view = window_->brokenLinksView();
-        QTableWidget* table = view.table();
-        QCOMPARE(table->rowCount(), 1);
-        QCOMPARE(table->columnCount(), 5);
-        // A double-click is a press and release followed by a double-click event.
-        const QPoint cell = table->visualItemRect(table->item(0, 2)).center();
-        QtAlerts::forgetShownAlerts();
-        withoutABrowser([&] {
-            QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, cell);
-            QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, cell);
-        });
-        QVERIFY(QtAlerts::shownAlerts()[0].message.find(gone + "\n") != std::string::npos);
-
-        QApplication::clipboard()->clear();
-        QTest::keyClick(table, Qt::Key_C, Qt::ControlModifier);
-        QTRY_COMPARE(QApplication::clipboard()->text(),
-                     QString::fromStdString(gone + "\t404 - Not Found\t" + home + "\tG\t2\n"));
-
-        const QString exported = QString::fromStdString(home_->path() + "/broken.csv");
-        exportWith(view.csvButton(), exported);
-        QCOMPARE(test::fileContents(exported.toStdString()),
-                 "URL,Status,Found on,Link text,Links\r\n" + gone + ",404 - Not Found," + home +
-                     ",G,2\r\n");
-
-        QVERIFY(removeFile(home_->dataRoot() + "/Site/brokenLinks.tsv"));
-        window_->toolbarAction(MainViewControl::BrokenLinks)->trigger();
-        QCOMPARE(table->columnCount(), 1);
-        QCOMPARE(table->item(0, 0)->text(), QString::fromStdString(gone));
+        checkTheBrokenLinksView(server.url("/gone.html"), server.url("/"));
         window_->toolbarAction(MainViewControl::Export)->trigger();
         ExportViewWidget& exports = window_->exportView();
         QCOMPARE(exports.sitePicker()->currentText(), QStringLiteral("Site"));
@@ -293,16 +407,7 @@ private slots:
         click(scan().scanButton());
         QTRY_VERIFY_WITH_TIMEOUT(restore->isEnabled(), 10000);
         QTRY_COMPARE(detail("pagesFound"), QStringLiteral("1"));
-        QtAlerts::queueAnswers({kDefaultButtonCode});
-        QMenuBar* menuBar = window_->menuBar();
-        QAction* fileItem = menuBar->actions().front();
-        QMenu* fileMenu = fileItem->menu();
-        // A click on the menu's title opens it whether or not the window has the focus.
-        QTest::mouseClick(menuBar, Qt::LeftButton, {}, menuBar->actionGeometry(fileItem).center());
-        QTRY_VERIFY(fileMenu->isVisible());
-        QTest::mouseClick(fileMenu, Qt::LeftButton, {}, fileMenu->actionGeometry(restore).center());
-        QTRY_COMPARE(detail("pagesFound"), QStringLiteral("3"));
-        QVERIFY(!restore->isEnabled());
+        restoreFromTheFileMenu(restore);
 
         const FolderLock otherScan = FolderLock::tryLock(home_->dataRoot() + "/Site");
         QVERIFY(otherScan.held());
@@ -312,29 +417,7 @@ private slots:
         QTRY_COMPARE(QtAlerts::shownAlerts().size(), size_t{1});
         QVERIFY(scan().scanButton()->isEnabled());
 
-        // A slow site's scan is cancelled from its progress sheet.
-        std::atomic<int> pagesAsked{0};
-        test::RawHttpServer slowServer([&](int connection, const std::string&,
-                                           const std::atomic<bool>&) {
-            ++pagesAsked;
-            std::string page = "<title>T</title>";
-            for (int i = 0; i < 50; ++i) {
-                page +=
-                    "<a href=\"p" + std::to_string(pagesAsked.load() * 100 + i) + ".html\">x</a>";
-            }
-            QThread::msleep(20);
-            test::RawHttpServer::send(connection,
-                                      test::RawHttpServer::response("200 OK", "text/html", page));
-        });
-        addSite(QStringLiteral("Slow"), QString::fromStdString(slowServer.url("/")));
-        selectSite(QStringLiteral("Slow"));
-        click(scan().scanButton());
-        QTRY_VERIFY(scan().sheets().progressSheet()->isVisible());
-        QTRY_VERIFY(pagesAsked > 12);
-        QTest::keyClick(scan().sheets().progressSheet(), Qt::Key_Escape);
-        QTRY_VERIFY_WITH_TIMEOUT(!scan().scanner().isScanning(), 10000);
-        QTRY_COMPARE(windowsBesides(*window_), QStringList());
-        QVERIFY(detail("pagesFound").toInt() > 10);
+        cancelTheScanOfASlowSite();
     }
 
     // A malformed settings file's alert is the settings editor's own test. At the smallest size
@@ -342,33 +425,7 @@ private slots:
     void crawlSettingsTheDrawerEveryViewsShortcutAndTheWindowsPlaceWork() {
         reopenWithSites({"Site"});
         selectSite(QStringLiteral("Site"));
-        openCrawlSheet();
-        const QString defaultAgent = QString::fromStdString(CrawlSettings::defaultUserAgent());
-        QCOMPARE(crawlFields(), "1|0|" + defaultAgent + "|||");
-        retype(crawlSheet().connectionsField(), QStringLiteral("4"));
-        retype(crawlSheet().rateField(), QStringLiteral("2.5"));
-        tick(crawlSheet().fetchOnceBox());
-        QPlainTextEdit* headers = crawlSheet().headersField();
-        QTest::keyClicks(headers, QStringLiteral("Cookie: a=b"));
-        QTest::keyClick(headers, Qt::Key_Return);
-        QTest::keyClicks(headers, QStringLiteral("X-Token: t"));
-        click(crawlSheet().saveButton());
-        QTRY_VERIFY(!crawlSheet().isVisible());
-        const std::string saved = test::fileContents(crawlSettingsPath());
-
-        // Opened again, the sheet shows what was saved (the file's bytes are the settings'
-        // own tests' business); refused settings keep it open and write nothing.
-        openCrawlSheet();
-        QCOMPARE(crawlFields(), "4|2.5|" + defaultAgent + "|fetch once||Cookie: a=b\nX-Token: t\n");
-        retype(crawlSheet().connectionsField(), QStringLiteral("17"));
-        QtAlerts::queueAnswers({kDefaultButtonCode, kDefaultButtonCode});
-        QTest::keyClick(crawlSheet().connectionsField(), Qt::Key_Return);  // the default button
-        QTRY_COMPARE(QtAlerts::shownAlerts().size(), size_t{1});
-        QVERIFY(crawlSheet().isVisible());
-        click(crawlSheet().cancelButton());
-        QTRY_VERIFY(!crawlSheet().isVisible());
-        QCOMPARE(test::fileContents(crawlSettingsPath()), saved);
-        QtAlerts::forgetShownAlerts();
+        editTheCrawlSettingsAndHaveSomeRefused();
 
         const QSize smallest = window_->minimumSize();
         window_->resize(smallest);
@@ -398,37 +455,7 @@ private slots:
             }
         }
 
-        test::writeFile(home_->dataRoot() + "/Site/sitemap.xml", "<urlset>\n</urlset>");
-        const QRect placed(60, 50, 1010, 700);
-        window_->setGeometry(placed);
-        QTRY_COMPARE(window_->geometry(), placed);
-        press(Qt::Key_5, Qt::ControlModifier);
-        const QString folder = QString::fromStdString(home_->path() + "/exports");
-        QDir().mkpath(folder);
-        ExportViewWidget& exports = window_->exportView();
-        exportWith(exports.xmlExportButton(), folder + "/first.xml");
-        QTRY_COMPARE(exports.saveToField()->text(), folder);
-
-        // The real save dialog opens in that folder; it blocks, so it is answered from a timer.
-        QString openedIn;
-        QTimer answer;
-        connect(&answer, &QTimer::timeout, this, [&] {
-            if (auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
-                openedIn = dialog->directory().absolutePath();
-                dialog->reject();
-            }
-        });
-        answer.start(50);
-        click(exports.xmlExportButton());
-        QTRY_COMPARE(openedIn, folder);
-        exports.exporter().waitForExport();
-
-        press(Qt::Key_Q, Qt::ControlModifier);
-        QVERIFY(!window_->isVisible());
-        QVERIFY2(QtAlerts::shownAlerts().empty(), "nothing unsaved, nothing asked");
-        openWindow();
-        QCOMPARE(window_->geometry(), placed);
-        QCOMPARE(window_->exportView().saveToField()->text(), folder);
+        expectThePlaceAndTheExportFolderToBeKept();
     }
 
     // Escape answers as the button that changes nothing; it never picks save or discard.

@@ -83,6 +83,43 @@ private:
         QVERIFY(loaded.wait(20000));
     }
 
+    // Tab once reset the table and lost the next cell's edit; menu picks waited for focus
+    // to leave the cell. The status line counts the problems after each edit.
+    void editTheXmlTableByKeyboard() {
+        press(Qt::Key_4, Qt::ControlModifier);
+        QLabel* status = window_->xmlView().statusLine();
+        QCOMPARE(status->text(), QStringLiteral("No problems, 3 warnings"));
+        QTableView* table = window_->xmlView().table();
+        const auto sitemapHolds = [this](const std::string& piece) {
+            return layout("sitemap.xml").find(piece) != std::string::npos;
+        };
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, {},
+                          table->visualRect(table->model()->index(0, 0)).center());
+        QTest::keyClick(table, Qt::Key_F2);
+        const QString renamed = QStringLiteral("http://elsewhere.example/a.html");
+        typeInCell(renamed, Qt::Key_Tab);
+        QTRY_COMPARE(status->text(), QStringLiteral("1 problem, 3 warnings"));
+        QTRY_COMPARE(table->currentIndex(), table->model()->index(0, 1));
+        typeInCell(QStringLiteral("2024-05-17"), Qt::Key_Return);
+        QTRY_VERIFY(sitemapHolds("<lastmod>2024-05-17</lastmod>"));
+        QVERIFY(sitemapHolds("<loc>" + renamed.toStdString() + "</loc>"));
+        QCOMPARE(table->currentIndex(), table->model()->index(0, 1));
+
+        QTest::keyClick(table, Qt::Key_Right);
+        QTest::keyClick(table, Qt::Key_F2);
+        QTRY_VERIFY(qobject_cast<QComboBox*>(QApplication::focusWidget()) != nullptr);
+        auto* menu = qobject_cast<QComboBox*>(QApplication::focusWidget());
+        const std::string picked = menu->itemText(menu->currentIndex() + 1).toStdString();
+        QTest::keyClick(menu, Qt::Key_Down);
+        QTRY_VERIFY(sitemapHolds("<changefreq>" + picked + "</changefreq>"));
+        QCOMPARE(table->currentIndex(), table->model()->index(0, 2));
+
+        QtAlerts::queueAnswers({kDefaultButtonCode});
+        QTest::keyClick(table, Qt::Key_Delete);
+        QTRY_COMPARE(table->model()->rowCount(), 2);
+        QVERIFY(!sitemapHolds(renamed.toStdString()));
+    }
+
 private slots:
     void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
     void init() {
@@ -178,40 +215,7 @@ private slots:
                  "No web browser could be started to show " + home_->dataRoot() +
                      "/Site/tmpMap.html\nOpen it in your browser yourself.");
 
-        // Tab once reset the table and lost the next cell's edit; menu picks waited for focus
-        // to leave the cell. The status line counts the problems after each edit.
-        press(Qt::Key_4, Qt::ControlModifier);
-        QLabel* status = window_->xmlView().statusLine();
-        QCOMPARE(status->text(), QStringLiteral("No problems, 3 warnings"));
-        QTableView* table = window_->xmlView().table();
-        const auto sitemapHolds = [this](const std::string& piece) {
-            return layout("sitemap.xml").find(piece) != std::string::npos;
-        };
-        QTest::mouseClick(table->viewport(), Qt::LeftButton, {},
-                          table->visualRect(table->model()->index(0, 0)).center());
-        QTest::keyClick(table, Qt::Key_F2);
-        const QString renamed = QStringLiteral("http://elsewhere.example/a.html");
-        typeInCell(renamed, Qt::Key_Tab);
-        QTRY_COMPARE(status->text(), QStringLiteral("1 problem, 3 warnings"));
-        QTRY_COMPARE(table->currentIndex(), table->model()->index(0, 1));
-        typeInCell(QStringLiteral("2024-05-17"), Qt::Key_Return);
-        QTRY_VERIFY(sitemapHolds("<lastmod>2024-05-17</lastmod>"));
-        QVERIFY(sitemapHolds("<loc>" + renamed.toStdString() + "</loc>"));
-        QCOMPARE(table->currentIndex(), table->model()->index(0, 1));
-
-        QTest::keyClick(table, Qt::Key_Right);
-        QTest::keyClick(table, Qt::Key_F2);
-        QTRY_VERIFY(qobject_cast<QComboBox*>(QApplication::focusWidget()) != nullptr);
-        auto* menu = qobject_cast<QComboBox*>(QApplication::focusWidget());
-        const std::string picked = menu->itemText(menu->currentIndex() + 1).toStdString();
-        QTest::keyClick(menu, Qt::Key_Down);
-        QTRY_VERIFY(sitemapHolds("<changefreq>" + picked + "</changefreq>"));
-        QCOMPARE(table->currentIndex(), table->model()->index(0, 2));
-
-        QtAlerts::queueAnswers({kDefaultButtonCode});
-        QTest::keyClick(table, Qt::Key_Delete);
-        QTRY_COMPARE(table->model()->rowCount(), 2);
-        QVERIFY(!sitemapHolds(renamed.toStdString()));
+        editTheXmlTableByKeyboard();
         window_->toolbarAction(MainViewControl::Export)->trigger();
         tick(window_->exportView().compressPartsBox());
         QVERIFY(window_->exportView().exporter().compressParts());
