@@ -18,8 +18,8 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName(QStringLiteral("Loomcrest"));
     QApplication::setDesktopFileName(QStringLiteral("loomcrest"));
     QApplication::setApplicationVersion(QStringLiteral(LOOMCREST_VERSION));
-    QApplication::setWindowIcon(QIcon::fromTheme(
-        QStringLiteral("loomcrest"), QIcon(QStringLiteral(":/icons/loomcrest.png"))));
+    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("loomcrest"),
+                                                 QIcon(QStringLiteral(":/icons/loomcrest.png"))));
 
     QCommandLineParser options;
     options.setApplicationDescription(QStringLiteral("Loomcrest: sitemaps for the sites you run."));
