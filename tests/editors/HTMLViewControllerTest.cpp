@@ -310,6 +310,7 @@ TEST_F(HtmlEditor, ThePreviewIsACopyWithoutMarkersUnlessCancelled) {
     controller.waitForPreview();
     EXPECT_EQ(fileContents(path), "earlier preview");
     EXPECT_EQ(view.opened.size(), 1U);
+    EXPECT_EQ(fileContents(layout("sitemap3c.html")), threeColumnLayout()) << "discarded";
 }
 
 std::string div(const std::string& line) {
