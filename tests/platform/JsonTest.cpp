@@ -19,6 +19,7 @@ TEST(Json, ReadsValuesAndWritesThemBackCompactly) {
         {R"("a\"b\\c\/d\b\f\n\r\t")", R"("a\"b\\c/d\b\f\n\r\t")"},
         {R"("\u00e9\u20ac\ud83d\ude00")", "\"\xc3\xa9\xe2\x82\xac\xf0\x9f\x98\x80\""},
         {"\"\xc3\xa9 caf\xc3\xa9\"", "\"\xc3\xa9 caf\xc3\xa9\""},
+        {"\"\xf4\x8f\xbf\xbf\"", "\"\xf4\x8f\xbf\xbf\""},
         {R"("\u0001\u001f\u007f")", "\"\\u0001\\u001f\x7f\""},
         {R"({ "b" : [1, {"c": null}], "a": {} , "e": []})",
          R"({"b":[1,{"c":null}],"a":{},"e":[]})"},
