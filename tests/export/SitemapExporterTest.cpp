@@ -270,6 +270,23 @@ TEST_F(Export, BrokenLinksAsHtmlAndText) {
                                                        "brokenLinksExport.txt: txt"}));
 }
 
+TEST_F(Export, CopyFileStampsAnExistingDestination) {
+    writeFile(home.path() + "/source.html", "new");
+    SitemapExporter::copyFile(home.path() + "/source.html", home.path() + "/copy.html", ".html");
+    EXPECT_EQ(fileContents(home.path() + "/copy.html"), "new");
+    SitemapExporter::copyFile(home.path() + "/source.html", home.path() + "/copy.html", ".htm");
+    std::vector<std::string> stamped;
+    for (const std::string& entry : walkFolder(home.path())) {
+        if (entry.starts_with("copy_") && entry.ends_with(".htm")) {
+            stamped.push_back(entry);
+        }
+    }
+    ASSERT_EQ(stamped.size(), 1U);
+    EXPECT_EQ(stamped[0].size(), std::string("copy_HHMMSS.htm").size());
+    SitemapExporter::saveEditedSitemapContent("edited", home.path() + "/copy.html");
+    EXPECT_EQ(fileContents(home.path() + "/copy.html"), "edited");
+}
+
 TEST(SitePicker, ListsScannedSitesOrSaysNone) {
     TemporaryHome home;
     checkNeededFoldersExist();
